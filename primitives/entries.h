@@ -1,0 +1,19 @@
+// The one list of primitive entries: the slots, the dispatch table and its tests all expand it.
+#pragma once
+
+// clang-format off
+#define ORVANE_PRIMITIVE_ENTRIES(X) \
+    X(primMalloc) X(primFree) X(primFreeImage) \
+    X(primAlloc_8u_C1) X(primAlloc_8u_C3) X(primAlloc_16s_C1) X(primAlloc_16s_C3) \
+    X(primAlloc_16u_C1) X(primAlloc_16u_C3) X(primAlloc_32f_C1) X(primAlloc_32f_C3) X(primAlloc_32fc_C1) \
+    X(primSet_8u_C1) X(primSet_8u_C3) X(primSet_16s_C1) X(primSet_32f_C1) \
+    X(primCopy_8u_C1) X(primCopy_8u_C3) X(primCopy_16u_C1) X(primCopy_32f_C1) \
+    X(primSqrIntegral_8u32f64f_C1) X(primRectStdDev_32f_C1) \
+    X(primHaarClassifierInitAlloc_32f) X(primApplyHaarClassifier_32f_C1) \
+    X(primGetHaarClassifierSize_32f) X(primHaarClassifierFree_32f) \
+    /* resize */ \
+    /* rotate, border */ \
+    /* pixel, statistics */ \
+    /* edge */ \
+    /* morphology, flood fill */
+// clang-format on
