@@ -14,6 +14,7 @@
     /* resize */ \
     /* rotate, border */ \
     /* pixel, statistics */ \
+    X(primRGBToGray_8u_C3C1) \
     /* edge */ \
     /* morphology, flood fill */
 // clang-format on

@@ -12,6 +12,7 @@
 #include "primitives/haar.h"
 #include "primitives/integral.h"
 #include "primitives/memory.h"
+#include "primitives/pixel.h"
 
 namespace orvane {
 
