@@ -1,0 +1,28 @@
+// Picture files in and out. Reading turns whatever the file holds into 24-bit rows; writing encodes
+// in memory first and then puts the whole file in place at once.
+#pragma once
+
+#include "tools/support/picture.h"
+
+#include <string>
+
+namespace orvane::tools {
+
+/// Reads the photograph at `path` (bytes, no encoding assumed): JPEG, PNG, BMP, TIFF, GIF, PNM, and
+/// WebP, HEIC and AVIF where the system has loaders for them. The EXIF orientation is applied,
+/// transparency is laid over white, everything becomes 8-bit colour. The size is taken from the
+/// header and refused above the caps before anything is decoded; a JPEG that breaks off is refused.
+/// False leaves `*picture` empty and gives `*error` one line without the path.
+bool ReadPicture(const std::string& path, Picture* picture, std::string* error);
+
+/// Whether `WritePicture` knows the extension of `path`: .jpg, .jpeg, .png, .bmp, .tif or .tiff, in
+/// capitals or not.
+bool IsWritablePictureName(const std::string& path);
+
+/// Encodes `picture` in the format that the extension of `path` names. False gives `*error` one line.
+bool EncodePicture(const std::string& path, const Picture& picture, std::string* encoded, std::string* error);
+
+/// Encodes `picture` and writes the file as `WriteWholeFile` does.
+bool WritePicture(const std::string& path, const Picture& picture, bool force, std::string* error);
+
+} // namespace orvane::tools

@@ -1,0 +1,108 @@
+#include "tools/support/whole_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane::tools {
+namespace {
+
+bool Fail(std::string* error, const char* what, int code) {
+    *error = std::string(what) + ": " + std::strerror(code);
+    return false;
+}
+
+bool WriteAll(int file, const std::string& content) {
+    std::size_t done = 0;
+    while (done < content.size()) {
+        const ssize_t n = ::write(file, content.data() + done, content.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return false;
+        done += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+/// Creates a file of a free name beside `path`, with the permissions that a new file gets.
+int CreateTemporary(const std::string& path, std::string* temporary) {
+    const std::size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "" : path.substr(0, slash + 1);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        *temporary = folder + ".orvane-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp";
+        const int file = ::open(temporary->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (file >= 0 || errno != EEXIST) return file;
+    }
+    return -1;
+}
+
+/// Gives the file the name `to` unless that exists already, without a moment in between.
+bool RenameToFreeName(const std::string& from, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    // File systems without that call have hard links, which never replace either.
+    return ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0;
+}
+
+bool PutInPlace(const std::string& temporary, const std::string& path, bool force) {
+    if (!force) return RenameToFreeName(temporary, path);
+    return std::rename(temporary.c_str(), path.c_str()) == 0;
+}
+
+} // namespace
+
+bool ReadWholeFile(const std::string& path, std::string* content, std::string* error) {
+    content->clear();
+    // Without O_NONBLOCK a pipe that nobody writes to would hold the program for ever.
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0) return Fail(error, "cannot open", errno);
+    struct stat status {};
+    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(file);
+        *error = S_ISDIR(status.st_mode) ? "is a folder" : "is not a regular file";
+        return false;
+    }
+    char block[65536];
+    ssize_t n = 0;
+    while ((n = ::read(file, block, sizeof block)) != 0) {
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) break;
+        content->append(block, static_cast<std::size_t>(n));
+    }
+    const int code = errno;
+    ::close(file);
+    return n == 0 || Fail(error, "cannot read", code);
+}
+
+bool WriteWholeFile(const std::string& path, const std::string& content, bool force, std::string* error) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        *error = S_ISDIR(status.st_mode) ? "is a folder" : "is not a regular file";
+        return false;
+    }
+    std::string temporary;
+    const int file = CreateTemporary(path, &temporary);
+    if (file < 0) return Fail(error, "cannot write", errno);
+
+    bool good = WriteAll(file, content) && ::fsync(file) == 0;
+    int code = errno;
+    if (::close(file) != 0 && good) {
+        good = false;
+        code = errno;
+    }
+    if (good) {
+        good = PutInPlace(temporary, path, force);
+        code = errno;
+    }
+    if (good) return true;
+    ::unlink(temporary.c_str());
+    if (code == EEXIST && !force) {
+        *error = "exists already; --force replaces it";
+        return false;
+    }
+    return Fail(error, "cannot write", code);
+}
+
+} // namespace orvane::tools

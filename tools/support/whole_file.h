@@ -1,0 +1,18 @@
+// Output files that are there completely or not at all.
+#pragma once
+
+#include <string>
+
+namespace orvane::tools {
+
+/// Reads the regular file at `path` into `*content`. False gives `*error` one line without the path.
+bool ReadWholeFile(const std::string& path, std::string* content, std::string* error);
+
+/// Writes `content` to `path`: into a temporary file in the same folder, flushed to the disk and
+/// then renamed, so that nobody ever sees half a file. An existing file is replaced only with
+/// `force`, and whether it exists is decided by the same system call that puts the file in place.
+/// Anything but a regular file at `path` is never replaced. False leaves no temporary file behind
+/// and gives `*error` one line without the path.
+bool WriteWholeFile(const std::string& path, const std::string& content, bool force, std::string* error);
+
+} // namespace orvane::tools
