@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Each rule of check_sources.sh notices its own breach, and a clean tree passes.
+set -euo pipefail
+check=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/check_sources.sh
+tree=$(mktemp -d)
+trap 'rm -rf "$tree"' EXIT
+failures=0
+
+# expect RESULT FILE LINE: writes LINE into FILE of an otherwise clean tree and runs the check.
+expect() {
+    local expected=$1 file=$2 content=$3 result=passes
+    rm -rf "$tree"/*
+    mkdir -p "$tree/image" "$tree/$(dirname "$file")"
+    echo '#include "primitives/types.h"' >"$tree/image/clean.cpp"
+    printf '%s\n' "$content" >"$tree/$file"
+    bash "$check" "$tree" >"$tree/output" || result=fails
+    if [ "$result" = fails ] && ! grep -q "^$file" "$tree/output"; then result="fails without naming $file"; fi
+    if [ "$result" != "$expected" ]; then
+        echo "$file with \"${content:0:60}\" should be: $expected, but it: $result"
+        failures=$((failures + 1))
+    fi
+}
+
+expect passes platform/windows/window.cpp '#include <windows.h>'
+expect passes detect/scan.cpp '#include "primitives/types.h"'
+expect passes api/session.cpp '#include "actions/face_crop.h"'
+expect passes image/long.cpp "$(seq 600)"
+expect fails image/window.cpp '#include <windows.h>'
+expect fails api/loader.cpp '  # include <dlfcn.h>'
+expect fails tools/picture.cpp '#include <gdk-pixbuf/gdk-pixbuf.h>'
+expect fails dialog/view.h '#include <QWidget>'
+expect fails primitives/resize.cpp '#include "image/image_buffer.h"'
+expect fails detect/scan.cpp '#include "../api/session.h"'
+expect fails platform/linux/box.cpp '#include "primitives/types.h"'
+expect fails actions/crop.cpp '#include "tests/support/picture.h"'
+expect fails image/long.cpp "$(seq 601)"
+
+if [ "$failures" -gt 0 ]; then exit 1; fi
+echo "every rule notices its breach"
