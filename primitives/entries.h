@@ -11,10 +11,14 @@
     X(primSqrIntegral_8u32f64f_C1) X(primRectStdDev_32f_C1) \
     X(primHaarClassifierInitAlloc_32f) X(primApplyHaarClassifier_32f_C1) \
     X(primGetHaarClassifierSize_32f) X(primHaarClassifierFree_32f) \
-    /* resize */ \
+    X(primResize_8u_C1) X(primResize_8u_C3) \
     /* rotate, border */ \
     /* pixel, statistics */ \
     X(primRGBToGray_8u_C3C1) \
-    /* edge */ \
+    X(primFilterSobelHorizBorder_8u16s_C1) X(primFilterSobelNegVertBorder_8u16s_C1) \
+    X(primFilterScharrHorizBorder_8u16s_C1) X(primFilterScharrVertBorder_8u16s_C1) \
+    X(primFilterSobelHorizGetBufferSize) X(primFilterSobelNegVertGetBufferSize) \
+    X(primFilterScharrHorizGetBufferSize) X(primFilterScharrVertGetBufferSize) \
+    X(primCanny_16s8u_C1) X(primCannyGetBufferSize) \
     /* morphology, flood fill */
 // clang-format on

@@ -7,12 +7,14 @@
 // C3 channels, P3 planes; I in place; Sfs with a scale factor.
 #pragma once
 
+#include "primitives/edge.h"
 #include "primitives/entries.h"
 #include "primitives/fill_copy.h"
 #include "primitives/haar.h"
 #include "primitives/integral.h"
 #include "primitives/memory.h"
 #include "primitives/pixel.h"
+#include "primitives/resize.h"
 
 namespace orvane {
 

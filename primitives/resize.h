@@ -16,12 +16,12 @@ namespace generic {
 /// Status, in order of test: src or dst null -8; a source or destination size below 1, a negative
 /// region origin or a region size below 1 -6; a factor not above zero (or not a number) -23;
 /// interpolation not valid -22; region outside the source 29; nothing to write -201; no memory -9.
-int32 primResize_8u_C1(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst,
-                       int32 dstStep, ImageSize dstRoiSize, double xFactor, double yFactor, int32 interpolation);
+int32 primResize_8u_C1(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst, int32 dstStep,
+                       ImageSize dstRoiSize, double xFactor, double yFactor, int32 interpolation);
 
 /// The same for three interleaved channels.
-int32 primResize_8u_C3(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst,
-                       int32 dstStep, ImageSize dstRoiSize, double xFactor, double yFactor, int32 interpolation);
+int32 primResize_8u_C3(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst, int32 dstStep,
+                       ImageSize dstRoiSize, double xFactor, double yFactor, int32 interpolation);
 
 } // namespace generic
 } // namespace orvane
