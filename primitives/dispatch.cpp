@@ -25,8 +25,8 @@ void Assign(PrimitiveFunction implementation) {
 #define ORVANE_RECORD(name)                                                                                            \
     {#name,                                                                                                            \
      Assign<name>,                                                                                                     \
-     {reinterpret_cast<PrimitiveFunction>(&generic::name), nullptr, reinterpret_cast<PrimitiveFunction>(&generic::name),   \
-      reinterpret_cast<PrimitiveFunction>(&generic::name)}},
+     {reinterpret_cast<PrimitiveFunction>(&generic::name), nullptr,                                                    \
+      reinterpret_cast<PrimitiveFunction>(&generic::name), reinterpret_cast<PrimitiveFunction>(&generic::name)}},
 const DispatchRecord kRecords[] = {ORVANE_PRIMITIVE_ENTRIES(ORVANE_RECORD)};
 #undef ORVANE_RECORD
 

@@ -85,7 +85,8 @@ public:
         classifiers_ = smallClassifiers_.data();
         if (state.rectCount > kSmallRects || state.classifierCount > kSmallClassifiers) {
             largeRects_.reset(new (std::nothrow) ResolvedRect[static_cast<std::size_t>(state.rectCount)]);
-            largeClassifiers_.reset(new (std::nothrow) ResolvedClassifier[static_cast<std::size_t>(state.classifierCount)]);
+            largeClassifiers_.reset(new (std::nothrow)
+                                        ResolvedClassifier[static_cast<std::size_t>(state.classifierCount)]);
             if (!largeRects_ || !largeClassifiers_) return false;
             rects_ = largeRects_.get();
             classifiers_ = largeClassifiers_.get();
@@ -177,8 +178,8 @@ int32 primHaarClassifierInitAlloc_32f(HaarClassifier** state, const ImageRect* r
 
     auto* records = reinterpret_cast<ClassifierRecord*>(block + recordsAt);
     auto* feature = reinterpret_cast<FeatureRecord*>(block + featuresAt);
-    auto* object = new (block) HaarClassifier{classifierCount, static_cast<int32>(rectCount), inGroup[0],
-                                              inGroup[0] + inGroup[1], records};
+    auto* object = new (block)
+        HaarClassifier{classifierCount, static_cast<int32>(rectCount), inGroup[0], inGroup[0] + inGroup[1], records};
     bool usable = true;
     ClassifierRecord* record = records;
     for (int32 group = 0; group < 3; ++group) {

@@ -17,7 +17,8 @@ struct RectRows {
     double area;
 
     float StdDevAt(int32 x) const {
-        const double mean = (static_cast<double>(sumTop[x]) - sumTop[x + width] - sumBottom[x] + sumBottom[x + width]) / area;
+        const double mean =
+            (static_cast<double>(sumTop[x]) - sumTop[x + width] - sumBottom[x] + sumBottom[x + width]) / area;
         const double meanSquare =
             (squareTop[x] - squareTop[x + width] - squareBottom[x] + squareBottom[x + width]) / area;
         return static_cast<float>(std::sqrt(std::max(meanSquare - mean * mean, 0.0)));
@@ -27,9 +28,12 @@ struct RectRows {
 RectRows RowsOf(const float* sum, int32 sumStep, const double* sqsum, int32 sqsumStep, ImageRect rect, int32 y) {
     const int32 top = rect.y + y;
     const int32 bottom = top + rect.height;
-    return {RowAt(sum, sumStep, top) + rect.x,       RowAt(sum, sumStep, bottom) + rect.x,
-            RowAt(sqsum, sqsumStep, top) + rect.x,   RowAt(sqsum, sqsumStep, bottom) + rect.x,
-            rect.width,                              static_cast<double>(rect.width) * rect.height};
+    return {RowAt(sum, sumStep, top) + rect.x,
+            RowAt(sum, sumStep, bottom) + rect.x,
+            RowAt(sqsum, sqsumStep, top) + rect.x,
+            RowAt(sqsum, sqsumStep, bottom) + rect.x,
+            rect.width,
+            static_cast<double>(rect.width) * rect.height};
 }
 
 int32 CheckRectStdDev(const float* sum, int32 sumStep, const double* sqsum, int32 sqsumStep, const float* dst,

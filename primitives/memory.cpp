@@ -44,15 +44,11 @@ void* HeapAllocate(std::size_t bytes) { return g_heapAllocator(bytes); }
 
 void HeapFree(void* p) { std::free(p); }
 
-void SetHeapAllocator(HeapAllocator allocator) {
-    g_heapAllocator = allocator != nullptr ? allocator : ZeroedFromHeap;
-}
+void SetHeapAllocator(HeapAllocator allocator) { g_heapAllocator = allocator != nullptr ? allocator : ZeroedFromHeap; }
 
 namespace generic {
 
-void* primMalloc(int32 length) {
-    return length < 1 ? nullptr : AlignedBlock(static_cast<std::size_t>(length));
-}
+void* primMalloc(int32 length) { return length < 1 ? nullptr : AlignedBlock(static_cast<std::size_t>(length)); }
 
 void primFree(void* p) {
     if (p == nullptr) return;
@@ -63,13 +59,9 @@ void primFree(void* p) {
 
 void primFreeImage(void* p) { primFree(p); }
 
-uint8* primAlloc_8u_C1(int32 width, int32 height, int32* step) {
-    return AllocatePixels<uint8>(width, height, 1, step);
-}
+uint8* primAlloc_8u_C1(int32 width, int32 height, int32* step) { return AllocatePixels<uint8>(width, height, 1, step); }
 
-uint8* primAlloc_8u_C3(int32 width, int32 height, int32* step) {
-    return AllocatePixels<uint8>(width, height, 3, step);
-}
+uint8* primAlloc_8u_C3(int32 width, int32 height, int32* step) { return AllocatePixels<uint8>(width, height, 3, step); }
 
 int16* primAlloc_16s_C1(int32 width, int32 height, int32* step) {
     return AllocatePixels<int16>(width, height, 2, step);

@@ -83,12 +83,18 @@ int32 ProcessorCode(const CpuidSource& cpuid) {
     const Features f = ReadFeatures(cpuid);
     if (vendor.ebx == 0x756E6547 && vendor.edx == 0x49656E69 && vendor.ecx == 0x6C65746E) {
         switch (f.family) {
-        case 7: return 16;
-        case 31: return 17; // a four-bit family never reaches 31
-        case 15: return CodeOfFamily15(f);
-        case 5: return f.mmx ? 2 : 1;
-        case 6: return CodeOfFamily6(f);
-        default: break;
+        case 7:
+            return 16;
+        case 31:
+            return 17; // a four-bit family never reaches 31
+        case 15:
+            return CodeOfFamily15(f);
+        case 5:
+            return f.mmx ? 2 : 1;
+        case 6:
+            return CodeOfFamily6(f);
+        default:
+            break;
         }
     }
     return CodeOfFeatures(f);
@@ -98,13 +104,17 @@ int32 ProcessorClass(int32 code) {
     switch (code) {
     case 5:
     case 16:
-    case 17: return 1;
+    case 17:
+        return 1;
     case 6:
     case 7:
-    case 9: return 2;
+    case 9:
+        return 2;
     case 8:
-    case 32: return 3;
-    default: return 0;
+    case 32:
+        return 3;
+    default:
+        return 0;
     }
 }
 

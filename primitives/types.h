@@ -38,29 +38,29 @@ struct ImageRect {
 /// a warning (the operation did nothing).
 enum Status : int32 {
     kOk = 0,
-    kBadArgument = -5,          // a classifier rectangle, a border type, Canny thresholds
-    kBadSize = -6,              // a size below its minimum
-    kBadRange = -7,             // a lower bound above the upper bound
+    kBadArgument = -5, // a classifier rectangle, a border type, Canny thresholds
+    kBadSize = -6,     // a size below its minimum
+    kBadRange = -7,    // a lower bound above the upper bound
     kNullPointer = -8,
     kNoMemory = -9,
-    kSeedOutside = -11,         // a seed point outside the region
-    kStepTooSmall = -14,        // a step too small for the region
-    kThresholdOrder = -18,      // a high threshold below the low one
+    kSeedOutside = -11,    // a seed point outside the region
+    kStepTooSmall = -14,   // a step too small for the region
+    kThresholdOrder = -18, // a high threshold below the low one
     kBadInterpolation = -22,
-    kBadFactor = -23,           // a scale factor not above zero
+    kBadFactor = -23, // a scale factor not above zero
     kBadMaskSize = -33,
     kBadAnchor = -34,           // an anchor outside the mask
     kStepTooSmallForMask = -37, // a step too small for the region and the mask
     kDegenerateTransform = -56,
-    kSourceTooSmall = -57,      // a source region too small for the transform
-    kEmptyMask = -59,           // a filter mask of all zeros
+    kSourceTooSmall = -57, // a source region too small for the transform
+    kEmptyMask = -59,      // a filter mask of all zeros
     kBadChannelOrder = -60,
     kTooFewLevels = -107,
-    kStepNotMultiple = -108,    // a step that is not a multiple of the element size
-    kNothingToWrite = -201,     // a resize with nothing to write
-    kUnknownCode = -9999,       // a comparison code that the operation does not support
-    kNoIntersection = 29,       // the source region does not meet the source image, or a rotated region the destination
-    kEmptyResult = 30,          // the rotated region is empty inside the destination
+    kStepNotMultiple = -108, // a step that is not a multiple of the element size
+    kNothingToWrite = -201,  // a resize with nothing to write
+    kUnknownCode = -9999,    // a comparison code that the operation does not support
+    kNoIntersection = 29,    // the source region does not meet the source image, or a rotated region the destination
+    kEmptyResult = 30,       // the rotated region is empty inside the destination
 };
 
 /// Interpolation codes of the resize and rotation primitives.

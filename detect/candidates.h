@@ -1,0 +1,63 @@
+// From surviving windows to the one face: candidates are gathered into groups in two rounds, and the
+// group opened last is the face. No score is kept.
+#pragma once
+
+#include "image/image_buffer.h"
+
+#include <vector>
+
+namespace orvane {
+
+/// The chosen face, in pixels of the picture in g_sourceImage; rows count from the bottom, as in memory.
+struct FaceRecord {
+    int32 centreX = 0;
+    int32 centreY = 0;
+    int32 faceWidth = 0; // 0: no face
+    int32 faceHeight = 0;
+};
+
+extern FaceRecord g_faceRecord;
+
+extern int32 g_minGroupMembers; // members that a first-level group needs
+extern float g_groupRadius;     // distance limit of grouping in pixels; every scan sets it by picture width
+extern float g_groupSizeRatio;  // size limit of grouping
+
+struct Candidate {
+    int32 x; // centre column
+    int32 y; // centre row, from the bottom
+    int32 size;
+};
+
+/// Candidates that belong together, with their bounds, by which most groups are passed over at a glance.
+struct CandidateGroup {
+    std::vector<Candidate> members;
+    int32 minX, maxX, minY, maxY, maxSize;
+};
+
+/// Groups in the order in which they were opened. They grow as needed: no mask, however dense, can
+/// overrun them.
+struct CandidateList {
+    std::vector<CandidateGroup> groups;
+
+    /// Appends to the first group with a member that matches, or opens a new group. A candidate matches
+    /// a member within g_groupRadius that is not more than g_groupSizeRatio times smaller.
+    void Place(const Candidate& candidate);
+};
+
+/// Places every window whose mask byte is not 0, row by row from row 0; centres and sizes in pixels of
+/// the picture at full size. The window's width serves for its height as well.
+void HarvestMask(const ImageBuffer& mask, int32 windowW, int32 windowH, float scale, CandidateList& list);
+
+/// Merges the means of all groups with enough members into second-level groups and writes the last of
+/// these to `record`. `*found` receives their number; without any the record stays.
+void GroupCandidates(const CandidateList& list, FaceRecord* record, int32* found);
+
+/// g_faceRecord as a rectangle whose y counts down from the top of the picture; (0, 0, 0, 0) without a
+/// face. Always 0.
+int32 GetFaceRect(int32* x, int32* y, int32* w, int32* h);
+
+/// Sets g_faceRecord from such a rectangle. 0, or -10 when no classifier is loaded; the record is
+/// written in any case.
+int32 SetFaceRect(int32 x, int32 y, int32 w, int32 h);
+
+} // namespace orvane

@@ -1,0 +1,227 @@
+// The scan. Its planes are allocated at the first, largest scale and reused by all others.
+#include "detect/cascade_detector.h"
+
+#include "detect/classifier_file.h"
+#include "detect/edge_pruning.h"
+#include "image/session_images.h"
+#include "primitives/primitives.h"
+#include "primitives/trunc.h"
+
+#include <new>
+
+namespace orvane {
+
+std::unique_ptr<DetectorParams> g_detectorParams;
+float g_minFaceRatio = 0.07F;
+float g_maxFaceRatio = 0.95F;
+int32 g_maxFaceSize = 0;
+int32 g_positiveCount = 0;
+int32 g_pruneParameter = 0;
+
+namespace {
+
+constexpr float kSumInit = -16777216.0F; // keeps float sums exact up to 33,554,432
+constexpr uint8 kOpen = 255;
+
+/// The planes of one scale, shaped anew for each.
+struct ScalePlanes {
+    ImageBuffer scaled, sum, squareSum, normPlane, mask;
+    EdgeWorkspace edges;
+
+    bool Shape(int32 ew, int32 eh) {
+        return Shape(scaled, kDepth8u, ew, eh) && Shape(sum, kDepth32f, ew + 1, eh + 1) &&
+               Shape(squareSum, kDepth64f, ew + 1, eh + 1) && Shape(normPlane, kDepth32f, ew, eh) &&
+               Shape(mask, kDepth8u, ew, eh);
+    }
+
+    float* Sum() { return reinterpret_cast<float*>(sum.data); }
+    double* SquareSum() { return reinterpret_cast<double*>(squareSum.data); }
+    float* Norm() { return reinterpret_cast<float*>(normPlane.data); }
+
+private:
+    static bool Shape(ImageBuffer& plane, DepthCode depth, int32 width, int32 height) {
+        plane.channels = 1;
+        plane.depth = depth;
+        return plane.Reshape(width, height);
+    }
+};
+
+void SetLimitsByWidth(int32 width) {
+    const bool narrow = width < 500;
+    g_groupRadius = narrow ? 30.0F : 40.0F;
+    g_minFaceRatio = narrow ? 0.05F : 0.07F;
+}
+
+/// Copies `source` into `work`, and sets `grey` to its grey plane: `own` after a conversion, else
+/// `source` itself.
+int32 MakeGrey(ImageBuffer& work, ImageBuffer& source, ImageBuffer& own, const ImageBuffer*& grey) {
+    if (source.data == nullptr) return kNoPicture;
+    const bool sameSize = work.data != nullptr && work.width == source.width && work.height == source.height &&
+                          work.channels == 3 && work.depth == kDepth8u;
+    if (!sameSize && !work.Create(source.width, source.height, 3, kDepth8u, 0)) return kOutOfMemory;
+    if (source.channels == 3) {
+        if (!own.Create(source.width, source.height, 1, kDepth8u, 0)) return kOutOfMemory;
+        if (primCopy_8u_C3(source.data, source.Step(), work.data, work.Step(), source.Size()) != kOk ||
+            primRGBToGray_8u_C3C1(source.data, source.Step(), own.data, own.Step(), source.Size()) != kOk) {
+            return kNoPicture;
+        }
+        grey = &own;
+        return kSuccess;
+    }
+    for (int32 y = 0; y < source.height; ++y) {
+        const uint8* from = RowAt(source.data, source.Step(), y);
+        uint8* to = RowAt(work.data, work.Step(), y);
+        for (int32 x = 0; x < source.width; ++x, to += 3) to[0] = to[1] = to[2] = from[x];
+    }
+    grey = &source;
+    return kSuccess;
+}
+
+/// Whether the candidate store of a picture holds at least one group and one member.
+bool StoreIsPossible(ImageSize picture, int32 minFaceSize) {
+    // Under 20 pixels of width the smallest face is 0 pixels wide.
+    if (minFaceSize < 1) return false;
+    const int64 groups = int64{picture.height / minFaceSize} * (picture.width / minFaceSize);
+    const double members = static_cast<double>(g_maxFaceSize) * g_groupRadius * g_groupRadius / minFaceSize;
+    return groups >= 1 && members >= 1.0;
+}
+
+int32 PruneMask(ScalePlanes& p, ImageSize positions, int32 pruneMode) {
+    uint8* mask = p.mask.data;
+    const int32 step = p.mask.Step();
+    const auto [width, height] = positions;
+    switch (pruneMode) {
+    case 1:
+        return PruneRows(mask, step, width, height, g_pruneParameter);
+    case 2:
+        return PruneColumns(mask, step, width, height, g_pruneParameter);
+    case 3:
+        return PruneRowsColumns(mask, step, width, height, g_pruneParameter);
+    case 4:
+        if (PruneByEdges(p.scaled.data, p.scaled.Step(), mask, step, width, height, g_pruneParameter, p.edges) == kOk) {
+            return kOk;
+        }
+        // The scale is scanned unpruned then.
+        return primSet_8u_C1(kOpen, mask, step, positions);
+    default:
+        return kOk;
+    }
+}
+
+int32 RunStages(ScalePlanes& p, ImageSize positions) {
+    g_positiveCount = positions.width * positions.height;
+    for (std::size_t i = 0; i < g_classifier.stageObject.size(); ++i) {
+        const int32 status = primApplyHaarClassifier_32f_C1(
+            p.Sum(), p.sum.Step(), p.Norm(), p.normPlane.Step(), p.mask.data, p.mask.Step(), positions,
+            &g_positiveCount, g_classifier.stageThreshold[i], g_classifier.stageObject[i]);
+        if (status != kOk) return status;
+        if (g_positiveCount == 0) break;
+    }
+    return kOk;
+}
+
+/// Scans one scale; the surviving windows stand in the mask afterwards.
+int32 ScanScale(const ImageBuffer& grey, float inverseScale, ScalePlanes& p, int32 pruneMode) {
+    const int32 ew = p.scaled.width;
+    const int32 eh = p.scaled.height;
+    // The resize may leave the last column or row unwritten where a float size was rounded up.
+    p.scaled.Fill(0.0);
+    if (primResize_8u_C1(grey.data, grey.Size(), grey.Step(), {0, 0, grey.width, grey.height}, p.scaled.data,
+                         p.scaled.Step(), {ew, eh}, inverseScale, inverseScale, kNearest) != kOk ||
+        primSqrIntegral_8u32f64f_C1(p.scaled.data, p.scaled.Step(), p.Sum(), p.sum.Step(), p.SquareSum(),
+                                    p.squareSum.Step(), {ew, eh}, kSumInit, 0.0) != kOk) {
+        return kStepFailed;
+    }
+    const ImageSize positions{ew - g_classifier.maxFeatureWidth + 1, eh - g_classifier.maxFeatureHeight + 1};
+    // The last position's inner rectangle must end inside the sum plane. Columns are told by the step
+    // as well; for rows nobody else looks.
+    if (int64{positions.height} + g_classifier.windowHeight - 2 > eh) return kStepFailed;
+
+    p.mask.Fill(0.0);
+    if (primSet_8u_C1(kOpen, p.mask.data, p.mask.Step(), positions) != kOk ||
+        PruneMask(p, positions, pruneMode) != kOk) {
+        return kStepFailed;
+    }
+    // After the pruning, so that the norm is computed only where a window is still alive.
+    const ImageRect inner{1, 1, g_classifier.windowWidth - 2, g_classifier.windowHeight - 2};
+    if (RectStdDevUnderMask(p.Sum(), p.sum.Step(), p.SquareSum(), p.squareSum.Step(), p.Norm(), p.normPlane.Step(),
+                            positions, inner, p.mask.data, p.mask.Step()) != kOk) {
+        return kStepFailed;
+    }
+    return RunStages(p, positions) == kOk ? kSuccess : kStepFailed;
+}
+
+int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& candidates) {
+    const int32 windowWidth = g_classifier.windowWidth;
+    const int32 windowHeight = g_classifier.windowHeight;
+    ScalePlanes planes;
+    float scale = InitialScale(grey.width, params.minFaceSize, windowWidth);
+    float inverse = 1.0F / scale;
+    float scaledWidth = inverse * static_cast<float>(grey.width);
+    while (scaledWidth > static_cast<float>(windowWidth + 5)) {
+        const float scaledHeight = static_cast<float>(grey.height) * inverse;
+        if (!(scaledHeight > static_cast<float>(windowHeight + 5))) break;
+        if (!(static_cast<double>(g_maxFaceSize) > static_cast<double>(windowWidth) * scale)) break;
+        if (!planes.Shape(TruncToInt32(scaledWidth), TruncToInt32(scaledHeight))) return kOutOfMemory;
+        const int32 status = ScanScale(grey, inverse, planes, params.pruneMode);
+        if (status != kSuccess) return status;
+        HarvestMask(planes.mask, windowWidth, windowHeight, scale, candidates);
+        scale *= params.scaleFactor;
+        inverse = 1.0F / scale;
+        scaledWidth = inverse * static_cast<float>(grey.width);
+    }
+    return kSuccess;
+}
+
+int32 RunPass(float scaleFactor, int32 passTag) {
+    DetectorParams& params = *g_detectorParams;
+    params.minFaceSize = 0;
+    params.reservedSize = 0;
+    params.pruneMode = 4;
+    params.scaleFactor = scaleFactor;
+    params.passTag = passTag;
+    return ScanScales(g_workImage, params, g_sourceImage);
+}
+
+} // namespace
+
+float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
+    if (width < 352) return 1.0F;
+    if (width < 500) return 2.25F;
+    return static_cast<float>(static_cast<double>(minFaceSize) / windowWidth);
+}
+
+int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source) {
+    if (params.loadStatus < 0) return params.loadStatus;
+    if (source.width == 0 || source.height == 0) return kNoPicture;
+    SetLimitsByWidth(source.width);
+    ImageBuffer own;
+    const ImageBuffer* grey = nullptr;
+    if (const int32 status = MakeGrey(work, source, own, grey)) return status;
+    g_maxFaceSize = TruncToInt32(static_cast<double>(source.width) * g_maxFaceRatio + 0.5);
+    params.minFaceSize = TruncToInt32(static_cast<double>(source.width) * g_minFaceRatio);
+    if (params.scaleFactor <= 1.0F) params.scaleFactor = 1.1F;
+    if (!StoreIsPossible(source.Size(), params.minFaceSize)) return kBadCall;
+
+    FaceRecord face = g_faceRecord;
+    int32 found = 0;
+    try {
+        CandidateList candidates;
+        if (const int32 status = ScanAll(*grey, params, candidates)) return status;
+        GroupCandidates(candidates, &face, &found);
+    } catch (const std::bad_alloc&) {
+        return kOutOfMemory;
+    }
+    const bool hasFace = found != 0 && face.faceWidth > 0 && face.faceHeight > 0;
+    g_faceRecord = hasFace ? face : FaceRecord{};
+    return hasFace ? kSuccess : kNoFace;
+}
+
+int32 RunDetection(bool quick) {
+    if (g_detectorParams == nullptr) return kNoSession;
+    if (quick) return RunPass(1.09F, 2);
+    const int32 status = RunPass(1.05F, 0);
+    return status == kNoFace ? RunPass(1.02F, 1) : status;
+}
+
+} // namespace orvane

@@ -1,0 +1,192 @@
+// Reading of "Orvane.dat". The file has no magic number and no checksum, so nothing in it is believed:
+// the counts must agree with the file's length before a table is made, and every range and rectangle
+// is checked before the scan may follow it.
+#include "detect/classifier_file.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace orvane {
+
+static_assert(std::endian::native == std::endian::little, "the file's numbers are read as they stand");
+
+ClassifierTables g_classifier;
+
+namespace {
+
+constexpr int32 kHeaderBytes = 20;
+// The window is bounded by what a scan could ever place: larger ones meet no picture.
+constexpr int32 kMaxWindowSide = 4096;
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+/// Bytes in an open file, or -1.
+int64 LengthOf(std::FILE* file) {
+    if (std::fseek(file, 0, SEEK_END) != 0) return -1;
+    const long length = std::ftell(file);
+    return std::fseek(file, 0, SEEK_SET) == 0 ? length : -1;
+}
+
+template <typename T>
+bool ReadArray(std::FILE* file, std::vector<T>& array, int32 count) {
+    array.resize(static_cast<std::size_t>(count));
+    return std::fread(array.data(), sizeof(T), array.size(), file) == array.size();
+}
+
+bool ReadHeader(std::FILE* file, ClassifierTables& t) {
+    int32 header[5];
+    if (std::fread(header, 1, kHeaderBytes, file) != kHeaderBytes) return false;
+    t.windowWidth = header[0];
+    t.windowHeight = header[1];
+    t.stageCount = header[2];
+    t.classifierCount = header[3];
+    t.featureCount = header[4];
+    return true;
+}
+
+bool CountsAreSane(const ClassifierTables& t, int64 fileLength) {
+    if (t.windowWidth < 1 || t.windowHeight < 1 || t.windowWidth > kMaxWindowSide || t.windowHeight > kMaxWindowSide) {
+        return false;
+    }
+    if (t.stageCount < 0 || t.classifierCount < 0 || t.featureCount < 0) return false;
+    const int64 needed =
+        kHeaderBytes + int64{20} * t.stageCount + int64{16} * t.classifierCount + int64{20} * t.featureCount;
+    return needed <= fileLength;
+}
+
+bool ReadArrays(std::FILE* file, ClassifierTables& t) {
+    return ReadArray(file, t.stageThreshold, t.stageCount) && ReadArray(file, t.stageClassifierCount, t.stageCount) &&
+           ReadArray(file, t.stageReserved, t.stageCount) && ReadArray(file, t.stageClassifierStart, t.stageCount) &&
+           ReadArray(file, t.stageFeatureStart, t.stageCount) &&
+           ReadArray(file, t.classifierFeatureCount, t.classifierCount) &&
+           ReadArray(file, t.classifierThreshold, t.classifierCount) &&
+           ReadArray(file, t.classifierVal1, t.classifierCount) &&
+           ReadArray(file, t.classifierVal2, t.classifierCount) && ReadArray(file, t.featureRect, t.featureCount) &&
+           ReadArray(file, t.featureWeight, t.featureCount);
+}
+
+bool InWindow(const ImageRect& r, const ClassifierTables& t) {
+    return r.x >= 0 && r.y >= 0 && r.width >= 1 && r.height >= 1 && r.width <= t.windowWidth - r.x &&
+           r.height <= t.windowHeight - r.y && r.x < t.windowWidth && r.y < t.windowHeight;
+}
+
+bool AllFinite(const std::vector<float>& values) {
+    return std::all_of(values.begin(), values.end(), [](float v) { return std::isfinite(v); });
+}
+
+/// Stages may share ranges, but every range must lie in its array.
+bool StageRangeIsSane(const ClassifierTables& t, std::size_t stage) {
+    const int64 start = t.stageClassifierStart[stage];
+    const int64 count = t.stageClassifierCount[stage];
+    const int64 featureStart = t.stageFeatureStart[stage];
+    if (start < 0 || count < 0 || start + count > t.classifierCount) return false;
+    if (featureStart < 0 || featureStart > t.featureCount) return false;
+    int64 features = 0;
+    for (int64 c = start; c < start + count; ++c) {
+        const int32 n = t.classifierFeatureCount[static_cast<std::size_t>(c)];
+        if (n < 1) return false;
+        features += n;
+    }
+    return featureStart + features <= t.featureCount;
+}
+
+bool ContentIsSane(const ClassifierTables& t) {
+    for (std::size_t stage = 0; stage < t.stageThreshold.size(); ++stage) {
+        if (!StageRangeIsSane(t, stage)) return false;
+    }
+    return std::all_of(t.featureRect.begin(), t.featureRect.end(),
+                       [&](const ImageRect& r) { return InWindow(r, t); }) &&
+           AllFinite(t.stageThreshold) && AllFinite(t.classifierThreshold) && AllFinite(t.classifierVal1) &&
+           AllFinite(t.classifierVal2) && AllFinite(t.featureWeight);
+}
+
+PathString ClassifierFileName() {
+    PathString name;
+    for (const char c : {'O', 'r', 'v', 'a', 'n', 'e', '.', 'd', 'a', 't'})
+        name.push_back(static_cast<PathString::value_type>(c));
+    return name;
+}
+
+} // namespace
+
+int32 LoadClassifier() {
+    FreeClassifier(g_classifier);
+    g_classifier = {};
+    if (ReadClassifierFile(ClassifierFileName(), g_classifier) == kSuccess &&
+        PrepareClassifier(1, 0.0001F, g_classifier) == kOk) {
+        return kSuccess;
+    }
+    FreeClassifier(g_classifier);
+    g_classifier = {};
+    return kNoClassifier;
+}
+
+int32 ReadClassifierFile(const PathString& name, ClassifierTables& tables) {
+    const File file(OpenInModuleFolder(name));
+    if (file == nullptr) return kFileNotOpened;
+    ClassifierTables read;
+    if (!ReadHeader(file.get(), read) || !CountsAreSane(read, LengthOf(file.get()))) return kNoClassifier;
+    if (std::fseek(file.get(), kHeaderBytes, SEEK_SET) != 0) return kNoClassifier;
+    try {
+        if (!ReadArrays(file.get(), read)) return kNoClassifier;
+        read.stageObject.assign(read.stageThreshold.size(), nullptr);
+    } catch (const std::bad_alloc&) {
+        return kOutOfMemory;
+    }
+    if (!ContentIsSane(read)) return kNoClassifier;
+    tables = std::move(read);
+    return kSuccess;
+}
+
+int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tables) {
+    const int32 innerHeight = tables.windowHeight - 2 * border;
+    const int32 innerWidth = tables.windowWidth - 2 * border;
+    // A window without an inside has no norm; the scan would refuse it at every scale.
+    if (innerHeight < 1 || innerWidth < 1) return kBadSize;
+    const auto norm = static_cast<float>(1.0 / (innerHeight * innerWidth));
+    tables.maxFeatureWidth = 0;
+    tables.maxFeatureHeight = 0;
+    for (float& weight : tables.featureWeight) weight *= norm;
+    for (float& threshold : tables.stageThreshold) threshold -= thresholdBias;
+    for (ImageRect& rect : tables.featureRect) rect.y = tables.windowHeight - rect.height - rect.y;
+
+    for (std::size_t i = 0; i < tables.stageObject.size(); ++i) {
+        const int32 features = tables.stageFeatureStart[i];
+        const int32 classifiers = tables.stageClassifierStart[i];
+        const int32 status = primHaarClassifierInitAlloc_32f(
+            &tables.stageObject[i], tables.featureRect.data() + features, tables.featureWeight.data() + features,
+            tables.classifierThreshold.data() + classifiers, tables.classifierVal1.data() + classifiers,
+            tables.classifierVal2.data() + classifiers, tables.classifierFeatureCount.data() + classifiers,
+            tables.stageClassifierCount[i]);
+        if (status != kOk) return status;
+        ImageSize size;
+        primGetHaarClassifierSize_32f(tables.stageObject[i], &size);
+        tables.maxFeatureWidth = std::max(tables.maxFeatureWidth, size.width);
+        tables.maxFeatureHeight = std::max(tables.maxFeatureHeight, size.height);
+    }
+    return kOk;
+}
+
+int32 FreeClassifier(ClassifierTables& tables) {
+    int32 status = kOk;
+    for (HaarClassifier* stage : tables.stageObject) {
+        if (stage != nullptr) status = primHaarClassifierFree_32f(stage);
+    }
+    ClassifierTables emptied;
+    emptied.windowWidth = tables.windowWidth;
+    emptied.windowHeight = tables.windowHeight;
+    emptied.stageCount = tables.stageCount;
+    emptied.classifierCount = tables.classifierCount;
+    emptied.featureCount = tables.featureCount;
+    tables = std::move(emptied);
+    return status;
+}
+
+} // namespace orvane

@@ -1,0 +1,61 @@
+// The trained cascade: the tables of "Orvane.dat" and the stage objects made from them. Loaded once a
+// session; no detection changes it.
+#pragma once
+
+#include "image/result_codes.h"
+#include "platform/module_folder.h"
+#include "primitives/primitives.h"
+
+#include <vector>
+
+namespace orvane {
+
+/// The file's numbers, in file form until PrepareClassifier has changed them in place.
+struct ClassifierTables {
+    int32 windowWidth = 0; // detection window in pixels
+    int32 windowHeight = 0;
+    int32 stageCount = 0;
+    int32 classifierCount = 0;
+    int32 featureCount = 0;
+
+    std::vector<float> stageThreshold;
+    std::vector<int32> stageClassifierCount;
+    std::vector<int32> stageReserved; // read and kept, never used
+    std::vector<int32> stageClassifierStart;
+    std::vector<int32> stageFeatureStart;
+    std::vector<int32> classifierFeatureCount;
+    std::vector<float> classifierThreshold;
+    std::vector<float> classifierVal1;
+    std::vector<float> classifierVal2;
+    std::vector<ImageRect> featureRect; // window coordinates, y from the window's top in the file
+    std::vector<float> featureWeight;
+
+    std::vector<HaarClassifier*> stageObject; // one a stage, owned here
+    int32 maxFeatureWidth = 0;                // largest right and bottom bound over all stages
+    int32 maxFeatureHeight = 0;
+};
+
+/// The session's classifier.
+extern ClassifierTables g_classifier;
+
+/// Reads "Orvane.dat" and prepares it. 0, or -70 when the file is missing or unusable; the tables are
+/// empty then.
+int32 LoadClassifier();
+
+/// Reads a classifier file of the library's folder into `tables`. The layout, little-endian and without
+/// padding: five int32 counts (window width and height, stages S, classifiers C, rectangles F), then
+/// the arrays in the order of ClassifierTables; 20 + 20S + 16C + 20F bytes, what follows is not read.
+/// 0; -5 when the file can't be opened; -70 when its length, its counts, its ranges or a rectangle
+/// does not hold together; -50 when memory is exhausted.
+int32 ReadClassifierFile(const PathString& name, ClassifierTables& tables);
+
+/// Turns the trained numbers into what the scan wants; must run exactly once after a load. Weights are
+/// scaled by the window's inner area (its size less `border` at each side), `thresholdBias` is taken
+/// off every stage threshold, rectangles are turned to memory's row order, stage objects are made.
+/// 0, or the status of the primitive that failed.
+int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tables);
+
+/// Frees stages and arrays; the counts keep their values. Status of the last stage release.
+int32 FreeClassifier(ClassifierTables& tables);
+
+} // namespace orvane
