@@ -29,7 +29,8 @@ bool IsSupported(const BitmapHeader& header) {
 int32 BitmapFromPackedDib(void* dib, Bitmap& bitmap) {
     bitmap.Delete();
     const LockedBlock block(dib);
-    if (block.Data() == nullptr || block.Size() < kBitmapHeaderBytes) return kNoPicture;
+    if (block.Data() == nullptr) return kLockFailed;
+    if (block.Size() < kBitmapHeaderBytes) return kNoPicture;
     BitmapHeader header;
     std::memcpy(&header, block.Data(), kBitmapHeaderBytes);
     if (!IsSupported(header)) return kNoPicture;

@@ -11,9 +11,9 @@ inline constexpr int32 kMaxPictureSide = 32767;
 
 /// The bitmap in a memory block of the host, which stays the host's. A `biSizeImage` below the
 /// picture's true size copies that many bytes and leaves the rest black.
-/// 0; -60 for a block that can't be locked or is shorter than header and pixels say, for a header that
-/// is not that of an uncompressed 24-bit bottom-up bitmap, sizes out of range, or a `biSizeImage` beyond
-/// the picture's true size; -50 when memory is exhausted. On failure `bitmap` is empty.
+/// 0; -1 for a block that can't be locked; -60 for one shorter than header and pixels say, for a header
+/// that is not that of an uncompressed 24-bit bottom-up bitmap, sizes out of range, or a `biSizeImage`
+/// beyond the picture's true size; -50 when memory is exhausted. On failure `bitmap` is empty.
 int32 BitmapFromPackedDib(void* dib, Bitmap& bitmap);
 
 /// A bitmap as a new block in `*out`, owned by the host; row padding is zero.

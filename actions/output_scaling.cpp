@@ -1,0 +1,45 @@
+#include "actions/output_scaling.h"
+
+#include "actions/action_settings.h"
+#include "actions/assertion.h"
+#include "image/result_codes.h"
+#include "primitives/primitives.h"
+#include "primitives/trunc.h"
+
+#include <algorithm>
+
+namespace orvane {
+namespace {
+
+/// Enlarges one side of the output until it has the picture's proportions.
+void FitOutputTo(ImageSize picture) {
+    const double requested = static_cast<double>(g_outputWidth) / g_outputHeight;
+    const auto pictureAspect = static_cast<float>(static_cast<double>(picture.width) / picture.height);
+    if (requested > pictureAspect) {
+        g_outputHeight = TruncToInt32(static_cast<double>(g_outputWidth) / pictureAspect + 0.5);
+    } else if (requested < pictureAspect) {
+        g_outputWidth = TruncToInt32(static_cast<double>(g_outputHeight) * pictureAspect + 0.5);
+    }
+}
+
+} // namespace
+
+int32 ActionOutputScaling(const ImageBuffer& source, ImageBuffer& destination) {
+    if (source.width < 1 || source.height < 1) return kOutOfMemory;
+    FitOutputTo(source.Size());
+    if (!destination.Create(g_outputWidth, g_outputHeight, source.channels, kDepth8u, 0)) return kOutOfMemory;
+    const double fx = static_cast<double>(source.width) / destination.width;
+    const double fy = static_cast<double>(source.height) / destination.height;
+    // The larger enlargement of the two serves both axes; what overhangs is cut by the resize.
+    const double scale = 1.0 / std::min(fx, fy);
+    const int32 interpolation = scale < 1.0 ? kBoxAverage : kCubic;
+    destination.Fill(g_fillLevel);
+    const auto resize = source.channels == 3 ? primResize_8u_C3 : primResize_8u_C1;
+    const int32 status = resize(source.data, source.Size(), source.Step(), {0, 0, source.width, source.height},
+                                destination.data, destination.Step(), destination.Size(), scale, scale, interpolation);
+    if (status == kOk) return kSuccess;
+    PrintAssertion(status);
+    return kStepFailed;
+}
+
+} // namespace orvane

@@ -1,0 +1,149 @@
+// The twelve functions that a host sees. No exception leaves them: whatever was thrown inside can only
+// have been exhausted memory.
+#if defined(__GNUC__) && !defined(_WIN32)
+#define ORV_API __attribute__((visibility("default")))
+#else
+#define ORV_API
+#endif
+#include "orvane/orvane.h"
+
+#include "actions/action_settings.h"
+#include "api/session_state.h"
+#include "detect/cascade_detector.h"
+#include "detect/classifier_file.h"
+#include "dialog/window.h"
+#include "image/packed_dib.h"
+#include "platform/memory_block.h"
+#include "platform/module_folder.h"
+#include "primitives/dispatch.h"
+
+#include <cstddef>
+#include <cstring>
+#include <new>
+
+using namespace orvane;
+
+namespace {
+
+/// The low byte of a boolean argument.
+bool IsTrue(orv_Bool value) { return (value & 0xFF) != 0; }
+
+/// Runs the body of an export; exhausted memory becomes a result.
+template <typename Body>
+int32_t Guarded(Body body) {
+    try {
+        return body();
+    } catch (...) {
+        return kOutOfMemory;
+    }
+}
+
+/// The same for those exports that need a session.
+template <typename Body>
+int32_t InSession(Body body) {
+    if (g_dialog == nullptr) return kNoSession;
+    return Guarded([&] { return body(*g_dialog); });
+}
+
+int32 OpenSession() {
+    if (!FindModuleFolder()) return kNoSession;
+    g_actionEnabled.fill(0);
+    const int32 selection = SelectPrimitiveColumn();
+    if (g_detectorParams == nullptr) {
+        g_detectorParams = std::make_unique<DetectorParams>();
+        g_detectorParams->loadStatus = LoadClassifier();
+    }
+    if (selection != 0) return kNoSession;
+    if (g_dialog == nullptr) g_dialog = std::make_unique<COrvQuickViewDlg>();
+    constexpr int32 kPreviewBound = 400;
+    g_dialog->m_previewWidth = g_dialog->m_previewHeight = kPreviewBound;
+    g_dialog->m_previewMaxWidth = g_dialog->m_previewMaxHeight = kPreviewBound;
+    return kSuccess;
+}
+
+} // namespace
+
+extern "C" {
+
+ORV_API int32_t orv_InitDLL(void) { return Guarded(OpenSession); }
+
+ORV_API int32_t orv_ReleaseDLL(void) {
+    const int32 result = g_detectorParams == nullptr ? kNoSession : kSuccess;
+    if (g_detectorParams != nullptr) {
+        FreeClassifier(g_classifier);
+        g_detectorParams.reset();
+    }
+    g_dialog.reset();
+    return result;
+}
+
+ORV_API int32_t orv_SetLanguageFile(const char* path) {
+    return InSession([&](COrvQuickViewDlg& session) { return session.m_language.SetLanguageFile(path); });
+}
+
+ORV_API int32_t orv_SetOwnerWindow(orv_Window owner) {
+    return InSession([&](COrvQuickViewDlg&) -> int32 {
+        if (owner == nullptr || !IsWindowHandle(owner)) return kNoSession;
+        g_ownerWindow = owner;
+        return kSuccess;
+    });
+}
+
+ORV_API int32_t orv_SetVisibleMode(orv_Bool visible) {
+    return InSession([&](COrvQuickViewDlg& session) {
+        session.m_visible = IsTrue(visible);
+        return kSuccess;
+    });
+}
+
+ORV_API int32_t orv_SetSizeOutputImage(int32_t width, int32_t height) {
+    return InSession([&](COrvQuickViewDlg& session) {
+        session.m_outputWidth = width;
+        session.m_outputHeight = height;
+        return kSuccess;
+    });
+}
+
+ORV_API int32_t orv_SetFaceCropRatio(float ratio) {
+    g_cropRatio = ratio; // kept even when it is refused
+    if (!(ratio > 0.0F)) return kBadCall;
+    g_cropHeightFactor = ratio;
+    g_cropWidthFactor = static_cast<float>(static_cast<double>(g_outputWidth) * ratio / g_outputHeight);
+    return kSuccess;
+}
+
+ORV_API int32_t orv_EnableAction(int32_t action, orv_Bool enable) {
+    const uint8 flag = IsTrue(enable) ? 1 : 0;
+    if (action == ORV_ALL_ACTIONS) {
+        g_actionEnabled.fill(flag);
+        return kSuccess;
+    }
+    if (action < 0 || action >= kActionCount) return kBadCall;
+    g_actionEnabled[static_cast<std::size_t>(action)] = flag;
+    return kSuccess;
+}
+
+ORV_API int32_t orv_GetBitDepth(orv_Handle dib) {
+    const LockedBlock block(dib);
+    uint16 bitCount;
+    constexpr std::size_t kAt = offsetof(BitmapHeader, biBitCount);
+    if (block.Data() == nullptr || block.Size() < kAt + sizeof bitCount) return kLockFailed;
+    std::memcpy(&bitCount, static_cast<const uint8*>(block.Data()) + kAt, sizeof bitCount);
+    return bitCount;
+}
+
+ORV_API int32_t orv_DetectFacePicture(orv_Handle dib) {
+    return InSession([&](COrvQuickViewDlg& session) { return session.DetectFacePicture(dib); });
+}
+
+ORV_API int32_t orv_DetectFaceLive(int32_t deviceIndex) {
+    return InSession([&](COrvQuickViewDlg& session) { return session.DetectFaceLive(deviceIndex); });
+}
+
+ORV_API int32_t orv_GetOutputImage(orv_Handle* out) {
+    return InSession([&](COrvQuickViewDlg& session) {
+        return out == nullptr ? kNoSession : PackedDibFromBitmap(session.m_resultBitmap, out);
+    });
+}
+
+} // extern "C"

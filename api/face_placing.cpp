@@ -1,0 +1,77 @@
+// Where detector, operator and pipeline meet: the face is found in source pixels, marked in preview
+// pixels and kept in work pixels.
+#include "api/quick_view_dlg.h"
+#include "detect/candidates.h"
+#include "detect/cascade_detector.h"
+#include "image/packed_dib.h"
+#include "primitives/trunc.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace orvane {
+namespace {
+
+/// The scale between two sizes that fits both ways.
+double Fit(ImageSize a, ImageSize b) {
+    return std::min(static_cast<double>(a.width) / b.width, static_cast<double>(a.height) / b.height);
+}
+
+int32 Converted(int32 coordinate, double factor) { return TruncToInt32(coordinate * factor + 0.5); }
+
+} // namespace
+
+int32 COrvQuickViewDlg::DetectFaceRect(bool quick, int32 corners[4]) {
+    const int32 status = RunDetection(quick);
+    if (status < 0) return status;
+    int32 x, y, w, h;
+    GetFaceRect(&x, &y, &w, &h);
+    m_anchorLeft = corners[0] = x;
+    m_anchorTop = corners[1] = y;
+    m_anchorRight = corners[2] = x + w;
+    m_anchorBottom = corners[3] = y + h;
+    return status;
+}
+
+int32 COrvQuickViewDlg::DetectAndPlaceFace(bool forceDetection) {
+    const bool marked = m_anchorLeft != -1 && m_anchorRight != -1 && m_markLeft != -1;
+    return marked && !forceDetection ? PlaceByMarks() : PlaceByDetector();
+}
+
+int32 COrvQuickViewDlg::PlaceByMarks() {
+    const double f = Fit(m_resultBitmap.Size(), {m_previewWidth, m_previewHeight});
+    if (!LoadBitmapIntoSource(m_resultBitmap)) return kOutOfMemory;
+    const int32 left = Converted(m_markLeft, f);
+    const int32 top = Converted(m_markTop, f);
+    const int32 right = Converted(m_markRight, f);
+    const int32 bottom = Converted(m_markBottom, f);
+    return SetFaceRect(std::min(left, right), std::min(top, bottom), std::abs(right - left), std::abs(bottom - top));
+}
+
+int32 COrvQuickViewDlg::PlaceByDetector() {
+    if (!LoadBitmapIntoSource(m_sourceBitmap)) return m_sourceBitmap.IsEmpty() ? kNoPicture : kOutOfMemory;
+    int32 corners[4] = {m_markLeft, m_markTop, m_markRight, m_markBottom};
+    const int32 status = DetectFaceRect(false, corners);
+
+    const double toWork = 1.0 / Fit(m_sourceBitmap.Size(), m_resultBitmap.Size());
+    for (int32& corner : corners) corner = Converted(corner, toWork);
+    auto& [left, top, right, bottom] = corners;
+    if (!LoadBitmapIntoSource(m_resultBitmap)) return kOutOfMemory;
+    const int32 width = std::abs(right - left);
+    if (status >= 0 && width > 0) {
+        SetFaceRect(std::min(left, right), top, width, std::abs(top - bottom));
+    } else {
+        OnBnClickedClear();
+        std::fill_n(corners, 4, -1);
+    }
+
+    const double toPreview = Fit({m_previewWidth, m_previewHeight}, m_resultBitmap.Size());
+    m_markLeft = Converted(left, toPreview);
+    m_markRight = Converted(right, toPreview);
+    // The top mark holds the greater y from here on; the drawing does not care.
+    m_markTop = Converted(bottom, toPreview);
+    m_markBottom = Converted(top, toPreview);
+    return status;
+}
+
+} // namespace orvane

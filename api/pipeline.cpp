@@ -1,0 +1,62 @@
+// The chain passes pictures on by swapping: each slot reads the picture in hand and writes the scratch
+// image, which then becomes the picture in hand. The first slot reads the source itself, so that the
+// full-size picture is never copied only to be scaled down.
+#include "api/pipeline.h"
+
+#include "actions/action_settings.h"
+#include "actions/face_crop.h"
+#include "actions/output_scaling.h"
+#include "api/session_state.h"
+#include "image/result_codes.h"
+#include "image/session_images.h"
+
+namespace orvane {
+namespace {
+
+constexpr int32 kDefaultTolerance = 50;
+
+/// The body of one slot. A slot that leaves `scratch` empty passes the picture on as it is.
+int32 RunSlot(int32 slot, const ImageBuffer& picture, ImageBuffer& scratch) {
+    switch (slot) {
+    case kSlotCrop:
+        return ActionFaceCrop(picture, scratch);
+    case kSlotBackground:
+    case kSlotColour:
+    case kSlotRotation:
+        return kSuccess; // these have no body yet
+    case kSlotOutputScaling:
+        return ActionOutputScaling(picture, scratch);
+    default:
+        return kBadCall;
+    }
+}
+
+} // namespace
+
+int32 RunActionPipeline(int32 tolerance, int32 rotation) {
+    if (tolerance == -1) tolerance = kDefaultTolerance;
+    if (rotation != -1) g_rotationAngle = rotation;
+    g_maskImage.Fill(100.0);
+
+    const ImageBuffer* picture = &g_sourceImage;
+    ImageBuffer scratch;
+    int32 status = kSuccess;
+    for (int32 slot = 0; slot < kActionCount && status == kSuccess; ++slot) {
+        if (g_actionEnabled[static_cast<std::size_t>(slot)] != 0) {
+            status = RunSlot(slot, *picture, scratch);
+            if (scratch.depth != 0) { // the slot made a picture, or tried to
+                g_workImage.Swap(scratch);
+                scratch.Reset();
+                picture = &g_workImage;
+            }
+        }
+        if (slot == kSlotColour) {
+            g_colourStageImage.CopyFrom(*picture);
+            g_colourStageMask.CopyFrom(g_maskImage);
+        }
+    }
+    if (picture == &g_sourceImage) g_workImage.CopyFrom(g_sourceImage);
+    return status;
+}
+
+} // namespace orvane

@@ -1,0 +1,16 @@
+// The fixed chain of corrections between the loaded picture and the output: six optional slots, always
+// in the same order.
+#pragma once
+
+#include "primitives/types.h"
+
+namespace orvane {
+
+/// Runs the enabled slots from g_sourceImage, which stays untouched, into g_workImage; after slot 2 the
+/// snapshots g_colourStageImage and g_colourStageMask are taken. The chain stops at the first slot that
+/// fails, whose result is the answer; g_workImage then holds what the slots before it made.
+/// @param tolerance percent for the background removal; -1 asks for 50
+/// @param rotation  degrees, kept in g_rotationAngle; -1 leaves that as it is
+int32 RunActionPipeline(int32 tolerance, int32 rotation);
+
+} // namespace orvane

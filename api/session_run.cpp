@@ -1,0 +1,191 @@
+// The run of a session: from the bitmap handed in to the output bitmap.
+#include "actions/action_settings.h"
+#include "api/pipeline.h"
+#include "api/session_state.h"
+#include "api/stage_clock.h"
+#include "capture/video_source.h"
+#include "detect/candidates.h"
+#include "dialog/window.h"
+#include "image/packed_dib.h"
+#include "image/session_images.h"
+#include "primitives/trunc.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace orvane {
+
+StageTimes g_stageTimes;
+
+namespace {
+
+constexpr int32 kPictureMode = 1;
+constexpr int32 kLiveMode = 2;
+constexpr int32 kSmallestOriginal = 75;
+
+/// By how much the work picture differs from the source: small pictures grow, large ones shrink.
+float WorkFactor(int64 area) {
+    if (area <= 160'000) return 4.0F;
+    if (area <= 1'310'720) return 1.25F;
+    return area <= 1'920'000 ? 0.8F : 0.7F;
+}
+
+} // namespace
+
+bool COrvQuickViewDlg::HasWindow() const { return m_visible && CanOpenWindow(); }
+
+int32 COrvQuickViewDlg::DetectFacePicture(void* dib) {
+    g_stageTimes = {};
+    m_sourceMode = kPictureMode;
+    if (const int32 status = BitmapFromPackedDib(dib, m_sourceBitmap)) {
+        if (status == kNoPicture) ShowMessage("Error creating DIB");
+        return status == kLockFailed ? kNoPicture : status;
+    }
+    ReadBitmapHeader(m_sourceBitmap);
+    ComputeWorkSize();
+    int32 result;
+    if (HasWindow()) {
+        m_resultCode = kSuccess;
+        RunQuickView(*this);
+        result = m_resultCode;
+    } else {
+        result = RunHidden();
+    }
+    EndSession();
+    return result;
+}
+
+int32 COrvQuickViewDlg::RunHidden() {
+    const int32 result = BeginSession();
+    if (result == kSuccess) return ProduceOutput(m_tolerance, true);
+    if (result == kNoFace && CanOpenWindow()) {
+        // The operator is asked after all; the result stays 10 whatever the answer.
+        m_visible = true;
+        RunQuickView(*this);
+        m_visible = false;
+    }
+    return result;
+}
+
+int32 COrvQuickViewDlg::DetectFaceLive(int32 deviceIndex) {
+    g_stageTimes = {};
+    m_sourceMode = kLiveMode;
+    m_deviceIndex = deviceIndex;
+    SetOutputGeometry(m_outputWidth, m_outputHeight);
+    const int32 result = OpenCapture(deviceIndex);
+    EndSession();
+    return result;
+}
+
+int32 COrvQuickViewDlg::BeginSession() {
+    m_previewOffsetX = 11;
+    m_previewOffsetY = 12;
+    ClearMarks();
+    m_rotation = 0;
+    m_stage = 1;
+    ReadBitmapHeader(m_sourceBitmap);
+    if (m_bitmapHeader.biWidth >= kSmallestOriginal && m_bitmapHeader.biHeight >= kSmallestOriginal) {
+        g_originalWidth = m_bitmapHeader.biWidth;
+        g_originalHeight = m_bitmapHeader.biHeight;
+    }
+    ComputeWorkSize();
+    {
+        const StageClock clock(g_stageTimes.scale);
+        MakeWorkingPicture();
+    }
+    if (m_resultBitmap.IsEmpty()) return kOutOfMemory;
+    ReadBitmapHeader(m_resultBitmap);
+    const StageClock clock(g_stageTimes.detect);
+    return DetectAndPlaceFace(!HasWindow());
+}
+
+int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final) {
+    if (!HasWindow()) {
+        const StageClock clock(g_stageTimes.crop);
+        ShowConfirmation();
+    }
+    const StageClock clock(g_stageTimes.output);
+    g_actionEnabled[kSlotOutputScaling] = final ? 1 : 0;
+    if (final && g_actionEnabled[kSlotCrop] != 0) {
+        SetOutputGeometry(m_outputWidth, m_outputHeight);
+    } else if (final) {
+        ReadBitmapHeader(m_sourceBitmap);
+        SetOutputGeometry(m_bitmapHeader.biWidth, m_bitmapHeader.biHeight);
+    }
+    if (m_sourceMode == kLiveMode) {
+        SetFaceRect(std::min(m_markLeft, m_markRight), std::min(m_markTop, m_markBottom),
+                    std::abs(m_markRight - m_markLeft), std::abs(m_markBottom - m_markTop));
+    }
+    RunActionPipeline(tolerance, m_rotation);
+    const int32 status = StoreWorkIntoBitmap(m_resultBitmap);
+    ReadBitmapHeader(m_resultBitmap);
+    ComputeWorkSize();
+    return status;
+}
+
+void COrvQuickViewDlg::EndSession() {
+    m_sourceBitmap.Delete();
+    ClearMarks();
+    m_stage = 1;
+}
+
+void COrvQuickViewDlg::MakeWorkingPicture() {
+    const ActionFlagsGuard flags;
+    g_actionEnabled.fill(0);
+    if (!m_sourceBitmap.IsEmpty() && !LoadBitmapIntoSource(m_sourceBitmap)) {
+        m_resultBitmap.Delete();
+        return;
+    }
+    SetOutputGeometry(m_workWidth, m_workHeight);
+    g_actionEnabled[kSlotOutputScaling] = 1;
+    RunActionPipeline(-1, 0);
+    StoreWorkIntoBitmap(m_resultBitmap);
+    ReadBitmapHeader(m_resultBitmap);
+    SetOutputGeometry(m_outputWidth, m_outputHeight);
+}
+
+void COrvQuickViewDlg::ShowConfirmation() {
+    const ActionFlagsGuard flags;
+    g_actionEnabled.fill(0);
+    g_actionEnabled[kSlotCrop] = 1;
+    RunActionPipeline(0, 0);
+    StoreWorkIntoBitmap(m_resultBitmap);
+    if (CanOpenWindow()) ShowFaceConfirm(m_resultBitmap);
+}
+
+void COrvQuickViewDlg::OnBnClickedClear() {
+    ClearMarks();
+    m_stage = 1;
+}
+
+void COrvQuickViewDlg::ClearMarks() {
+    m_anchorLeft = m_anchorTop = m_anchorRight = m_anchorBottom = -1;
+    m_markLeft = m_markTop = m_markRight = m_markBottom = -1;
+}
+
+int32 COrvQuickViewDlg::ReadBitmapHeader(const Bitmap& bitmap) {
+    if (m_sourceMode == kLiveMode) return 1;
+    if (bitmap.IsEmpty()) return -1;
+    m_bitmapHeader = OutgoingHeader(bitmap.Width(), bitmap.Height());
+    return 1;
+}
+
+int32 COrvQuickViewDlg::ComputeWorkSize() {
+    const int32 w = m_bitmapHeader.biWidth;
+    const int32 h = m_bitmapHeader.biHeight;
+    m_previewWidth = m_previewMaxWidth;
+    m_previewHeight = m_previewMaxHeight;
+    if (w < 1 || h < 1) return 0;
+    const double r = static_cast<double>(w) / h;
+    if (r > static_cast<double>(m_previewWidth) / m_previewHeight) {
+        m_previewHeight = TruncToInt32(m_previewWidth / r);
+    } else {
+        m_previewWidth = TruncToInt32(m_previewHeight * r);
+    }
+    const double f = WorkFactor(static_cast<int64>(w) * h);
+    m_workWidth = TruncToInt32(w * f + 0.5);
+    m_workHeight = TruncToInt32(h * f + 0.5);
+    return 0;
+}
+
+} // namespace orvane

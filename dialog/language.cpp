@@ -1,0 +1,95 @@
+#include "dialog/language.h"
+
+#include "image/result_codes.h"
+
+#include <cctype>
+#include <cstdlib>
+#include <memory>
+
+namespace orvane {
+namespace {
+
+constexpr std::size_t kLongestText = 1023;
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+std::string ReadAll(std::FILE* file) {
+    std::string text;
+    char piece[4096];
+    while (const std::size_t n = std::fread(piece, 1, sizeof piece, file)) text.append(piece, n);
+    return text;
+}
+
+bool IsSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
+
+/// Walks the rows of a language file.
+class RowReader {
+public:
+    explicit RowReader(const std::string& text) : at_(text.c_str()) {}
+
+    /// The next row, its index -1 outside the table; false at the end and where no number stands.
+    bool Next(int32& index, std::wstring& row) {
+        SkipSpace();
+        const bool sign = *at_ == '-' || *at_ == '+';
+        if (std::isdigit(static_cast<unsigned char>(at_[sign ? 1 : 0])) == 0) return false;
+        char* end;
+        const long long number = std::strtoll(at_, &end, 10);
+        index = number >= 0 && number < LanguageTable::kRows ? static_cast<int32>(number) : -1;
+        at_ = end;
+        SkipSpace(); // runs over line ends: an index alone takes the next line's text
+        row.clear();
+        for (; *at_ != 0 && *at_ != '\n' && *at_ != '\r'; ++at_) {
+            if (row.size() < kLongestText) row.push_back(static_cast<unsigned char>(*at_));
+        }
+        return !row.empty();
+    }
+
+private:
+    void SkipSpace() {
+        while (IsSpace(*at_)) ++at_;
+    }
+
+    const char* at_;
+};
+
+PathString AsPath(const char* name) {
+    PathString path;
+    for (; *name != 0; ++name) {
+        path.push_back(static_cast<PathString::value_type>(static_cast<unsigned char>(*name)));
+    }
+    return path;
+}
+
+} // namespace
+
+LanguageTable::LanguageTable()
+    : rows_{L"???",       L"Freeze",
+            L"Unfreeze",  L"Ok",
+            L"Cancel",    L"Color Correction",
+            L"-",         L"+",
+            L"Clear",     L"Background Remotion",
+            L"Tolerance", L"Image Rotation",
+            L"Rotation",  L"Please click on the image to define the face position",
+            L"???"} {}
+
+int32 LanguageTable::SetLanguageFile(const char* name) {
+    if (name == nullptr) return kBadCall;
+    const std::unique_ptr<std::FILE, FileCloser> file(OpenInModuleFolder(AsPath(name)));
+    if (file == nullptr) return kBadCall;
+    const std::string text = ReadAll(file.get());
+    RowReader reader(text);
+    int32 index;
+    std::wstring row;
+    while (reader.Next(index, row)) {
+        if (index >= 0) rows_[static_cast<std::size_t>(index)] = row;
+    }
+    return kSuccess;
+}
+
+std::wstring LanguageTable::GetLanguageText(int32 index) const {
+    return index >= 0 && index < kRows ? rows_[static_cast<std::size_t>(index)] : L"??";
+}
+
+} // namespace orvane
