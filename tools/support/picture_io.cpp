@@ -1,5 +1,6 @@
 #include "tools/support/picture_io.h"
 
+#include "tools/support/bmp_end.h"
 #include "tools/support/jpeg_end.h"
 #include "tools/support/whole_file.h"
 
@@ -20,8 +21,7 @@ using PixbufPtr = std::unique_ptr<GdkPixbuf, Unref>;
 
 /// The loaders may be many; these are the ones that photographs come in.
 bool IsPhotoFormat(GdkPixbufFormat* format) {
-    static const char* const kNames[] = {"jpeg", "png",  "bmp",       "tiff", "gif",
-                                         "pnm",  "webp", "heif/avif", "heif", "avif"};
+    static const char* const kNames[] = {"jpeg", "png", "bmp", "tiff", "pnm", "webp", "heif/avif", "heif", "avif"};
     const std::unique_ptr<char, decltype(&g_free)> name(gdk_pixbuf_format_get_name(format), g_free);
     return std::any_of(std::begin(kNames), std::end(kNames),
                        [&](const char* known) { return std::strcmp(known, name.get()) == 0; });
@@ -135,7 +135,7 @@ bool CheckFile(const std::string& path, std::string* error) {
         *error = SizeText(width, height);
         return false;
     }
-    if (IsJpeg(content) && !JpegReachesItsEnd(content)) {
+    if ((IsJpeg(content) && !JpegReachesItsEnd(content)) || (IsBmp(content) && !BmpReachesItsEnd(content))) {
         *error = "damaged picture: it breaks off before its end";
         return false;
     }

@@ -8,10 +8,10 @@
 
 namespace orvane::tools {
 
-/// Reads the photograph at `path` (bytes, no encoding assumed): JPEG, PNG, BMP, TIFF, GIF, PNM, and
+/// Reads the photograph at `path` (bytes, no encoding assumed): JPEG, PNG, BMP, TIFF, PNM, and
 /// WebP, HEIC and AVIF where the system has loaders for them. The EXIF orientation is applied,
 /// transparency is laid over white, everything becomes 8-bit colour. The size is taken from the
-/// header and refused above the caps before anything is decoded; a JPEG that breaks off is refused.
+/// header and refused above the caps before anything is decoded; a file that breaks off is refused.
 /// False leaves `*picture` empty and gives `*error` one line without the path.
 bool ReadPicture(const std::string& path, Picture* picture, std::string* error);
 

@@ -1,0 +1,156 @@
+// Output files are there completely or not at all, and nothing existing is replaced unasked.
+#include "tools/support/whole_file.h"
+
+#include "tests/tools/temp_folder.h"
+
+#include <csignal>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orvane::tools {
+namespace {
+
+using Names = std::vector<std::string>;
+
+TEST(WholeFile, AFileComesBackAsWritten) {
+    const TempFolder folder;
+    const std::string content("a\0b\xFF\n", 5);
+    std::string error;
+    ASSERT_TRUE(WriteWholeFile(folder / "f", content, false, &error)) << error;
+    std::string back;
+    ASSERT_TRUE(ReadWholeFile(folder / "f", &back, &error)) << error;
+    EXPECT_EQ(back, content);
+    EXPECT_EQ(folder.Names(), Names{"f"}) << "a temporary file stayed";
+}
+
+TEST(WholeFile, ANewFileTakesTheUsualPermissions) {
+    const TempFolder folder;
+    const mode_t before = ::umask(027);
+    std::string error;
+    EXPECT_TRUE(WriteWholeFile(folder / "f", "x", false, &error)) << error;
+    ::umask(before);
+    struct stat status {};
+    ASSERT_EQ(::stat((folder / "f").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0640U);
+}
+
+TEST(WholeFile, AnExistingFileStaysWithoutForce) {
+    const TempFolder folder;
+    folder.Put("f", "before");
+    std::string error;
+    EXPECT_FALSE(WriteWholeFile(folder / "f", "after", false, &error));
+    EXPECT_EQ(error, "exists already; --force replaces it");
+    EXPECT_EQ(folder.Get("f"), "before");
+    EXPECT_EQ(folder.Names(), Names{"f"});
+}
+
+TEST(WholeFile, ForceReplacesAFile) {
+    const TempFolder folder;
+    folder.Put("f", "before");
+    std::string error;
+    EXPECT_TRUE(WriteWholeFile(folder / "f", "after", true, &error)) << error;
+    EXPECT_EQ(folder.Get("f"), "after");
+    EXPECT_EQ(folder.Names(), Names{"f"});
+}
+
+TEST(WholeFile, ALinkThatLeadsNowhereCountsAsExisting) {
+    const TempFolder folder;
+    std::filesystem::create_symlink("nowhere", folder / "f");
+    std::string error;
+    EXPECT_FALSE(WriteWholeFile(folder / "f", "x", false, &error));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "f"));
+    EXPECT_EQ(folder.Names(), Names{"f"});
+}
+
+TEST(WholeFile, FoldersDevicesAndPipesAreNeverReplaced) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder / "d");
+    ASSERT_EQ(::mkfifo((folder / "p").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/null", folder / "n");
+    std::string error;
+    for (const bool force : {false, true}) {
+        EXPECT_FALSE(WriteWholeFile(folder / "d", "x", force, &error));
+        EXPECT_EQ(error, "is a folder");
+        EXPECT_FALSE(WriteWholeFile(folder / "p", "x", force, &error));
+        EXPECT_EQ(error, "is not a regular file");
+        EXPECT_FALSE(WriteWholeFile(folder / "n", "x", force, &error));
+        EXPECT_EQ(error, "is not a regular file");
+    }
+    EXPECT_TRUE(std::filesystem::is_fifo(folder / "p"));
+    EXPECT_EQ(folder.Names().size(), 3U);
+}
+
+TEST(WholeFile, AFolderThatIsNotThereIsAnError) {
+    const TempFolder folder;
+    std::string error;
+    EXPECT_FALSE(WriteWholeFile(folder / "absent/f", "x", false, &error));
+    EXPECT_EQ(error, "cannot write: No such file or directory");
+}
+
+TEST(WholeFile, AWriteThatFailsHalfWayLeavesNothingAndKeepsTheOldFile) {
+    const TempFolder folder;
+    folder.Put("old", "before");
+    const std::string content(1 << 20, 'x');
+    // A child process may write no more than a few blocks, as on a disk that is full.
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const rlimit limit{65536, 65536};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        std::signal(SIGXFSZ, SIG_IGN);
+        std::string error;
+        const bool written = WriteWholeFile(folder / "new", content, false, &error) ||
+                             WriteWholeFile(folder / "old", content, true, &error);
+        ::_exit(written ? 1 : (error == "cannot write: File too large" ? 0 : 2));
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "1: a file was written, 2: another error was told";
+    EXPECT_EQ(folder.Names(), Names{"old"});
+    EXPECT_EQ(folder.Get("old"), "before");
+}
+
+TEST(WholeFile, OfSeveralWritersExactlyOneGetsAFreeName) {
+    const TempFolder folder;
+    for (int round = 0; round < 20; ++round) {
+        const std::string path = folder / ("f" + std::to_string(round));
+        // Processes, since the temporary names go by the process.
+        std::vector<pid_t> children;
+        for (int i = 0; i < 4; ++i) {
+            const pid_t child = ::fork();
+            if (child == 0) {
+                std::string error;
+                ::_exit(WriteWholeFile(path, std::string(1000, static_cast<char>('a' + i)), false, &error) ? 1 : 0);
+            }
+            children.push_back(child);
+        }
+        int winners = 0;
+        for (const pid_t child : children) {
+            int status = 0;
+            ASSERT_EQ(::waitpid(child, &status, 0), child);
+            winners += WEXITSTATUS(status);
+        }
+        EXPECT_EQ(winners, 1);
+        const std::string content = folder.Get("f" + std::to_string(round));
+        EXPECT_EQ(content, std::string(1000, content.at(0)));
+    }
+}
+
+TEST(WholeFile, ReadingRefusesWhatIsNoRegularFileWithoutWaiting) {
+    const TempFolder folder;
+    ASSERT_EQ(::mkfifo((folder / "p").c_str(), 0600), 0);
+    std::string content = "before";
+    std::string error;
+    EXPECT_FALSE(ReadWholeFile(folder / "p", &content, &error));
+    EXPECT_EQ(error, "is not a regular file");
+    EXPECT_FALSE(ReadWholeFile(folder.Path(), &content, &error));
+    EXPECT_EQ(error, "is a folder");
+    EXPECT_TRUE(content.empty());
+}
+
+} // namespace
+} // namespace orvane::tools

@@ -1,0 +1,32 @@
+#include "tools/orvane/help_text.h"
+
+namespace orvane::tools {
+
+const char* const kHelpText =
+    R"(orvane: finds the face in a photograph and makes a portrait for an identity card.
+
+  orvane portrait PHOTO... -o FILE|FOLDER [option...]
+  orvane detect PHOTO... [--json]
+  orvane info [--json]
+  orvane help | version
+
+portrait writes one picture a photo: into FILE, whose extension tells the format (.jpg, .png, .bmp,
+.tif), or into an existing FOLDER under the photo's name with .png.
+  --size WIDTHxHEIGHT  pixels of the portrait (480x860), each 75 to 32767; the width becomes a multiple
+                       of 4; where the picture has other proportions, one side grows
+  --crop-ratio RATIO   how much is left around the face (0.75): the crop is three times RATIO face
+                       heights high; above 0, up to 10
+  --actions LIST       what is done, of crop, background, colour, rotation, with commas (crop), or none;
+                       without crop the portrait keeps the photo's size
+  --tolerance PERCENT  what counts as background (40), 0 to 99
+  --rotate DEGREES     turns the portrait clockwise, -359 to 359; switches rotation on
+  --force              replaces existing files
+  --json               one object a photo and line on standard output
+detect prints the face rectangle in pixels of the photo, counted from its upper left corner.
+info prints version, library, classifier and processor. -- ends the options.
+
+Exit code: 0 all went well, 10 a photo had no face, 1 any error, also in the command line; 1 wins over
+10. Each photo that failed is one line on standard error, and the others are done all the same.
+)";
+
+} // namespace orvane::tools

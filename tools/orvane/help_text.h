@@ -1,0 +1,8 @@
+// The text of `orvane help`.
+#pragma once
+
+namespace orvane::tools {
+
+extern const char* const kHelpText;
+
+} // namespace orvane::tools

@@ -1,0 +1,97 @@
+#include "tools/orvane/output_names.h"
+
+#include "tools/support/picture_io.h"
+
+#include <optional>
+#include <set>
+#include <sys/stat.h>
+#include <utility>
+
+namespace orvane::tools {
+namespace {
+
+/// What makes two paths the same file.
+using FileIdentity = std::pair<dev_t, ino_t>;
+
+std::optional<FileIdentity> Identify(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    return FileIdentity(status.st_dev, status.st_ino);
+}
+
+bool IsFolder(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// Whether anything has this name, also a link that leads nowhere.
+bool Exists(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+/// The file's name without folders and without its last extension.
+std::string Stem(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+std::string InFolder(const std::string& folder, const std::string& name) {
+    return folder.back() == '/' ? folder + name : folder + "/" + name;
+}
+
+using FileIdentities = std::vector<std::optional<FileIdentity>>;
+
+FileIdentities IdentifyAll(const std::vector<std::string>& paths) {
+    FileIdentities files;
+    for (const std::string& path : paths) files.push_back(Identify(path));
+    return files;
+}
+
+bool IsAnotherPhoto(const std::string& path, std::size_t own, const FileIdentities& photos) {
+    const std::optional<FileIdentity> file = Identify(path);
+    if (!file) return false;
+    for (std::size_t i = 0; i < photos.size(); ++i) {
+        if (i != own && photos[i] == file) return true;
+    }
+    return false;
+}
+
+} // namespace
+
+bool PlanOutputs(const std::vector<std::string>& photos, const std::string& output, bool force,
+                 std::vector<PlannedOutput>* planned, std::string* error) {
+    planned->clear();
+    const bool folder = IsFolder(output);
+    if (!folder && output.back() == '/') {
+        *error = "there is no folder '" + output + "'";
+        return false;
+    }
+    if (!folder && photos.size() > 1) {
+        *error = "several photos want a folder for -o, and '" + output + "' is none";
+        return false;
+    }
+    if (!folder && !IsWritablePictureName(output)) {
+        *error = "'" + output + "' has no extension of a format that can be written (.jpg, .png, .bmp, .tif)";
+        return false;
+    }
+    const FileIdentities files = IdentifyAll(photos);
+    std::set<std::string> taken;
+    for (std::size_t i = 0; i < photos.size(); ++i) {
+        PlannedOutput plan;
+        plan.path = folder ? InFolder(output, Stem(photos[i]) + ".png") : output;
+        if (!taken.insert(plan.path).second) {
+            plan.error = "an earlier photo has the output '" + plan.path + "'";
+        } else if (!force && Exists(plan.path)) {
+            plan.error = "the output '" + plan.path + "' exists already; --force replaces it";
+        } else if (force && IsAnotherPhoto(plan.path, i, files)) {
+            plan.error = "the output '" + plan.path + "' is another one of the photos";
+        }
+        planned->push_back(plan);
+    }
+    return true;
+}
+
+} // namespace orvane::tools

@@ -1,0 +1,24 @@
+// Where each photo's portrait goes, and which photos can't have one there: decided for all photos
+// before the first is opened, so that no photo is replaced before it was read.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace orvane::tools {
+
+struct PlannedOutput {
+    std::string path;
+    std::string error; ///< One line when nothing may be written at `path`; else empty.
+};
+
+/// Plans the outputs of `photos`, one each and in their order. `output` is a folder when it is one on
+/// the disk or ends with a slash; a portrait then takes the photo's name with the extension .png.
+/// Refused are a name that an earlier photo has taken, an existing file without `force`, and, even
+/// with it, a file that is another one of the photos.
+/// False with one line in `*error` when no photo can be done: several photos for one file, a file name
+/// whose extension names no known format, a folder that does not exist.
+bool PlanOutputs(const std::vector<std::string>& photos, const std::string& output, bool force,
+                 std::vector<PlannedOutput>* planned, std::string* error);
+
+} // namespace orvane::tools

@@ -1,0 +1,118 @@
+#include "tools/orvane/report.h"
+
+#include "image/result_codes.h"
+#include "tools/orvane/json.h"
+#include "tools/orvane/utf8.h"
+
+#include <cstdio>
+
+namespace orvane::tools {
+namespace {
+
+struct Stage {
+    const char* name;
+    std::optional<double> StageMilliseconds::*value;
+};
+
+constexpr Stage kStages[] = {{"decode", &StageMilliseconds::decode}, {"scale", &StageMilliseconds::scale},
+                             {"detect", &StageMilliseconds::detect}, {"crop", &StageMilliseconds::crop},
+                             {"output", &StageMilliseconds::output}, {"encode", &StageMilliseconds::encode}};
+
+std::string Number(double value) {
+    char text[400];
+    std::snprintf(text, sizeof text, "%.1f", value);
+    return text;
+}
+
+/// "12.3 ms (decode 4.1, detect 8.2)"
+std::string TimesText(const StageMilliseconds& times) {
+    double sum = 0;
+    std::string stages;
+    for (const Stage& stage : kStages) {
+        const std::optional<double>& value = times.*stage.value;
+        if (!value) continue;
+        sum += *value;
+        stages += (stages.empty() ? "" : ", ") + std::string(stage.name) + " " + Number(*value);
+    }
+    return Number(sum) + " ms (" + stages + ")";
+}
+
+} // namespace
+
+std::string JsonLine(const PhotoReport& report) {
+    JsonObject line;
+    line.Text("photo", report.photo);
+    if (report.width > 0) {
+        line.Integer("width", report.width).Integer("height", report.height);
+    } else {
+        line.Null("width").Null("height");
+    }
+    if (report.status) {
+        line.Integer("status", *report.status);
+    } else {
+        line.Null("status");
+    }
+    if (report.face) {
+        const FaceBox& face = *report.face;
+        line.Object("face", JsonObject()
+                                .Integer("x", face.x)
+                                .Integer("y", face.y)
+                                .Integer("width", face.width)
+                                .Integer("height", face.height));
+    } else {
+        line.Null("face");
+    }
+    if (!report.output.empty()) line.Text("output", report.output);
+    if (!report.error.empty()) line.Text("error", report.error);
+    JsonObject times;
+    for (const Stage& stage : kStages) {
+        if (const std::optional<double>& value = report.milliseconds.*stage.value) times.Decimal(stage.name, *value);
+    }
+    return line.Object("milliseconds", times).Line();
+}
+
+std::string TextLine(const PhotoReport& report) {
+    if (!ErrorLine(report).empty() || !report.face) return "";
+    const FaceBox& face = *report.face;
+    std::string line = OneLine(report.photo) + ": face at " + std::to_string(face.x) + "," + std::to_string(face.y) +
+                       ", " + std::to_string(face.width) + "x" + std::to_string(face.height);
+    if (!report.output.empty()) line += ", portrait " + OneLine(report.output);
+    return line + ", " + TimesText(report.milliseconds);
+}
+
+std::string ErrorLine(const PhotoReport& report) {
+    if (!report.error.empty()) return OneLine(report.photo) + ": " + OneLine(report.error);
+    if (report.status.value_or(kSuccess) == kSuccess) return "";
+    return OneLine(report.photo) + ": " + StatusText(*report.status);
+}
+
+std::string StatusText(int32 status) {
+    switch (status) {
+    case kSuccess:
+        return "done";
+    case kNoFace:
+        return "no face was found";
+    case kBadCall:
+        return "the picture is too small";
+    case kStepFailed:
+        return "a step of the detection failed";
+    case kOutOfMemory:
+        return "not enough memory";
+    case kNoPicture:
+        return "no usable picture";
+    case kNoClassifier:
+        return "the classifier Orvane.dat beside the program is missing or unusable";
+    case kNoSession:
+        return "the library is not ready";
+    default:
+        return "the library answered " + std::to_string(status);
+    }
+}
+
+ExitCode Worse(ExitCode before, const PhotoReport& report) {
+    const bool noFace = report.status == kNoFace && report.error.empty();
+    if (before == kExitError || (!noFace && !ErrorLine(report).empty())) return kExitError;
+    return noFace ? kExitNoFace : before;
+}
+
+} // namespace orvane::tools
