@@ -117,7 +117,8 @@ TEST(WholeFile, AWriteThatFailsHalfWayLeavesNothingAndKeepsTheOldFile) {
 TEST(WholeFile, OfSeveralWritersExactlyOneGetsAFreeName) {
     const TempFolder folder;
     for (int round = 0; round < 20; ++round) {
-        const std::string path = folder / ("f" + std::to_string(round));
+        const std::string name = std::to_string(round);
+        const std::string path = folder / name;
         // Processes, since the temporary names go by the process.
         std::vector<pid_t> children;
         for (int i = 0; i < 4; ++i) {
@@ -135,7 +136,7 @@ TEST(WholeFile, OfSeveralWritersExactlyOneGetsAFreeName) {
             winners += WEXITSTATUS(status);
         }
         EXPECT_EQ(winners, 1);
-        const std::string content = folder.Get("f" + std::to_string(round));
+        const std::string content = folder.Get(name);
         EXPECT_EQ(content, std::string(1000, content.at(0)));
     }
 }
