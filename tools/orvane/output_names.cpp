@@ -1,34 +1,13 @@
 #include "tools/orvane/output_names.h"
 
+#include "tools/support/file_identity.h"
 #include "tools/support/picture_io.h"
 
 #include <optional>
 #include <set>
-#include <sys/stat.h>
-#include <utility>
 
 namespace orvane::tools {
 namespace {
-
-/// What makes two paths the same file.
-using FileIdentity = std::pair<dev_t, ino_t>;
-
-std::optional<FileIdentity> Identify(const std::string& path) {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
-    return FileIdentity(status.st_dev, status.st_ino);
-}
-
-bool IsFolder(const std::string& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-/// Whether anything has this name, also a link that leads nowhere.
-bool Exists(const std::string& path) {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) == 0;
-}
 
 /// The file's name without folders and without its last extension.
 std::string Stem(const std::string& path) {
@@ -46,12 +25,12 @@ using FileIdentities = std::vector<std::optional<FileIdentity>>;
 
 FileIdentities IdentifyAll(const std::vector<std::string>& paths) {
     FileIdentities files;
-    for (const std::string& path : paths) files.push_back(Identify(path));
+    for (const std::string& path : paths) files.push_back(IdentifyFile(path));
     return files;
 }
 
 bool IsAnotherPhoto(const std::string& path, std::size_t own, const FileIdentities& photos) {
-    const std::optional<FileIdentity> file = Identify(path);
+    const std::optional<FileIdentity> file = IdentifyFile(path);
     if (!file) return false;
     for (std::size_t i = 0; i < photos.size(); ++i) {
         if (i != own && photos[i] == file) return true;
@@ -84,7 +63,7 @@ bool PlanOutputs(const std::vector<std::string>& photos, const std::string& outp
         plan.path = folder ? InFolder(output, Stem(photos[i]) + ".png") : output;
         if (!taken.insert(plan.path).second) {
             plan.error = "an earlier photo has the output '" + plan.path + "'";
-        } else if (!force && Exists(plan.path)) {
+        } else if (!force && IsNameTaken(plan.path)) {
             plan.error = "the output '" + plan.path + "' exists already; --force replaces it";
         } else if (force && IsAnotherPhoto(plan.path, i, files)) {
             plan.error = "the output '" + plan.path + "' is another one of the photos";
