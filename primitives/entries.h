@@ -13,8 +13,11 @@
     X(primGetHaarClassifierSize_32f) X(primHaarClassifierFree_32f) \
     X(primResize_8u_C1) X(primResize_8u_C3) \
     /* rotate, border */ \
-    /* pixel, statistics */ \
-    X(primRGBToGray_8u_C3C1) \
+    X(primSetMasked_8u_C1) X(primCopyMasked_8u_C3) X(primCopy_8u_C3P3) X(primSwapChannels_8u_C3) \
+    X(primAnd_8u_C1I) X(primThresholdLTValGTVal_8u_C1) X(primThresholdVal_8u_C1I) X(primCompareC_8u_C1) \
+    X(primConvert_8u32f_C3) X(primConvert_32f8u_C3) X(primMulC_32f_C3I) X(primSubC_8u_C3ISfs) \
+    X(primRGBToGray_8u_C3C1) X(primRGBToHSV_8u_C3) \
+    X(primCountInRange_8u_C3) X(primHistogramEven_8u_C1) \
     X(primFilterSobelHorizBorder_8u16s_C1) X(primFilterSobelNegVertBorder_8u16s_C1) \
     X(primFilterScharrHorizBorder_8u16s_C1) X(primFilterScharrVertBorder_8u16s_C1) \
     X(primFilterSobelHorizGetBufferSize) X(primFilterSobelNegVertGetBufferSize) \

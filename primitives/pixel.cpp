@@ -1,6 +1,7 @@
 // Operations on single pixels: each row is walked on its own, no neighbour is read.
 #include "primitives/pixel.h"
 
+#include <algorithm>
 #ifdef __SSE2__
 #include <cstring>
 #include <emmintrin.h>
@@ -52,6 +53,41 @@ int32 GreyBlocks(const uint8*, uint8*, int32) { return 0; }
 
 #endif
 
+template <typename Holds>
+void CompareRow(const uint8* src, uint8* dst, int32 width, Holds holds) {
+    for (int32 x = 0; x < width; ++x) dst[x] = holds(src[x]) ? 255 : 0;
+}
+
+/// Hue, saturation and value, in this order, of a pixel whose bytes are not all equal.
+void ColourToHsv(int32 c0, int32 c1, int32 c2, int32 largest, int32 smallest, uint8* hsv) {
+    const double range = largest - smallest;
+    const double inverse = 1.0 / range;
+    const double r = (largest - c0) * inverse;
+    const double g = (largest - c1) * inverse;
+    const double b = (largest - c2) * inverse;
+    // The later channel wins where two tie for the largest.
+    double hue = c2 == largest ? 4.0 + g - r : c1 == largest ? 2.0 + r - b : b - g;
+    hue = hue * 255.0 / 6.0;
+    if (hue < 0.0) hue += 255.0;
+    hsv[0] = static_cast<uint8>(hue + 0.499999);
+    hsv[1] = static_cast<uint8>(range / largest * 255.0 + 0.499999);
+    hsv[2] = static_cast<uint8>(largest);
+}
+
+void HsvRow(const uint8* src, uint8* dst, int32 width) {
+    for (int32 x = 0; x < width; ++x, src += 3, dst += 3) {
+        const int32 c0 = src[0], c1 = src[1], c2 = src[2];
+        const int32 largest = std::max({c0, c1, c2});
+        const int32 smallest = std::min({c0, c1, c2});
+        if (largest == smallest) {
+            dst[0] = dst[1] = 0;
+            dst[2] = static_cast<uint8>(largest);
+        } else {
+            ColourToHsv(c0, c1, c2, largest, smallest, dst);
+        }
+    }
+}
+
 void GreyRow(const uint8* src, uint8* dst, int32 width) {
     int32 x = GreyBlocks(src, dst, width);
     for (src += std::ptrdiff_t{3} * x; x < width; ++x, src += 3) {
@@ -62,10 +98,162 @@ void GreyRow(const uint8* src, uint8* dst, int32 width) {
 
 } // namespace
 
+int32 primSetMasked_8u_C1(uint8 value, uint8* dst, int32 dstStep, ImageSize roi, const uint8* mask, int32 maskStep) {
+    if (dst == nullptr || mask == nullptr) return kNullPointer;
+    if (!HasPixels(roi)) return kBadSize;
+    if (dstStep < 1 || maskStep < 1) return kStepTooSmall;
+    for (int32 y = 0; y < roi.height; ++y) {
+        uint8* to = RowAt(dst, dstStep, y);
+        const uint8* under = RowAt(mask, maskStep, y);
+        for (int32 x = 0; x < roi.width; ++x) to[x] = under[x] != 0 ? value : to[x];
+    }
+    return kOk;
+}
+
+int32 primCopyMasked_8u_C3(const uint8* src, int32 srcStep, uint8* dst, int32 dstStep, ImageSize roi, const uint8* mask,
+                           int32 maskStep) {
+    if (src == nullptr || dst == nullptr || mask == nullptr) return kNullPointer;
+    if (!HasPixels(roi)) return kBadSize;
+    for (int32 y = 0; y < roi.height; ++y) {
+        const uint8* from = RowAt(src, srcStep, y);
+        uint8* to = RowAt(dst, dstStep, y);
+        const uint8* under = RowAt(mask, maskStep, y);
+        for (int32 x = 0; x < roi.width; ++x, from += 3, to += 3) {
+            if (under[x] == 0) continue;
+            to[0] = from[0];
+            to[1] = from[1];
+            to[2] = from[2];
+        }
+    }
+    return kOk;
+}
+
+int32 primCopy_8u_C3P3(const uint8* src, int32 srcStep, uint8* const dst[3], int32 dstStep, ImageSize roi) {
+    if (src == nullptr || dst == nullptr) return kNullPointer;
+    if (dst[0] == nullptr || dst[1] == nullptr || dst[2] == nullptr) return kNullPointer;
+    if (!HasPixels(roi)) return kBadSize;
+    for (int32 y = 0; y < roi.height; ++y) {
+        const uint8* from = RowAt(src, srcStep, y);
+        uint8* plane0 = RowAt(dst[0], dstStep, y);
+        uint8* plane1 = RowAt(dst[1], dstStep, y);
+        uint8* plane2 = RowAt(dst[2], dstStep, y);
+        for (int32 x = 0; x < roi.width; ++x, from += 3) {
+            plane0[x] = from[0];
+            plane1[x] = from[1];
+            plane2[x] = from[2];
+        }
+    }
+    return kOk;
+}
+
+int32 primSwapChannels_8u_C3(const uint8* src, int32 srcStep, uint8* dst, int32 dstStep, ImageSize roi,
+                             const int32 order[3]) {
+    if (src == nullptr || dst == nullptr || order == nullptr) return kNullPointer;
+    if (!HasPixels(roi)) return kBadSize;
+    if (srcStep < 1 || dstStep < 1) return kStepTooSmall;
+    for (int32 i = 0; i < 3; ++i) {
+        if (order[i] < 0 || order[i] > 2) return kBadChannelOrder;
+    }
+    const int32 first = order[0], second = order[1], third = order[2];
+    for (int32 y = 0; y < roi.height; ++y) {
+        const uint8* from = RowAt(src, srcStep, y);
+        uint8* to = RowAt(dst, dstStep, y);
+        for (int32 x = 0; x < roi.width; ++x, from += 3, to += 3) {
+            to[0] = from[first];
+            to[1] = from[second];
+            to[2] = from[third];
+        }
+    }
+    return kOk;
+}
+
+int32 primAnd_8u_C1I(const uint8* src, int32 srcStep, uint8* srcDst, int32 srcDstStep, ImageSize roi) {
+    if (src == nullptr || srcDst == nullptr) return kNullPointer;
+    if (srcStep < 1 || srcDstStep < 1) return kStepTooSmall;
+    if (!HasPixels(roi)) return kBadSize;
+    for (int32 y = 0; y < roi.height; ++y) {
+        const uint8* from = RowAt(src, srcStep, y);
+        uint8* to = RowAt(srcDst, srcDstStep, y);
+        for (int32 x = 0; x < roi.width; ++x) to[x] = static_cast<uint8>(to[x] & from[x]);
+    }
+    return kOk;
+}
+
+int32 primThresholdLTValGTVal_8u_C1(const uint8* src, int32 srcStep, uint8* dst, int32 dstStep, ImageSize roi,
+                                    uint8 thresholdLT, uint8 valueLT, uint8 thresholdGT, uint8 valueGT) {
+    if (src == nullptr || dst == nullptr) return kNullPointer;
+    if (!HasPixels(roi)) return kBadSize;
+    if (srcStep < 1 || dstStep < 1) return kStepTooSmall;
+    if (thresholdGT < thresholdLT) return kThresholdOrder;
+    for (int32 y = 0; y < roi.height; ++y) {
+        const uint8* from = RowAt(src, srcStep, y);
+        uint8* to = RowAt(dst, dstStep, y);
+        for (int32 x = 0; x < roi.width; ++x) {
+            const uint8 v = from[x];
+            to[x] = v > thresholdGT ? valueGT : v < thresholdLT ? valueLT : v;
+        }
+    }
+    return kOk;
+}
+
+int32 primThresholdVal_8u_C1I(uint8* srcDst, int32 step, ImageSize roi, uint8 threshold, uint8 value, int32 compareOp) {
+    if (compareOp != kLess && compareOp != kGreater) return kUnknownCode;
+    if (srcDst == nullptr) return kNullPointer;
+    if (!HasPixels(roi)) return kBadSize;
+    if (step < 1) return kStepTooSmall;
+    for (int32 y = 0; y < roi.height; ++y) {
+        uint8* row = RowAt(srcDst, step, y);
+        if (compareOp == kLess) {
+            for (int32 x = 0; x < roi.width; ++x) row[x] = row[x] < threshold ? value : row[x];
+        } else {
+            for (int32 x = 0; x < roi.width; ++x) row[x] = row[x] > threshold ? value : row[x];
+        }
+    }
+    return kOk;
+}
+
+int32 primCompareC_8u_C1(const uint8* src, int32 srcStep, uint8 value, uint8* dst, int32 dstStep, ImageSize roi,
+                         int32 compareOp) {
+    if (src == nullptr || dst == nullptr) return kNullPointer;
+    if (srcStep < 1 || dstStep < 1) return kStepTooSmall;
+    if (!HasPixels(roi)) return kBadSize;
+    for (int32 y = 0; y < roi.height; ++y) {
+        const uint8* from = RowAt(src, srcStep, y);
+        uint8* to = RowAt(dst, dstStep, y);
+        switch (compareOp) {
+        case kLess:
+            CompareRow(from, to, roi.width, [value](uint8 v) { return v < value; });
+            break;
+        case kLessOrEqual:
+            CompareRow(from, to, roi.width, [value](uint8 v) { return v <= value; });
+            break;
+        case kEqual:
+            CompareRow(from, to, roi.width, [value](uint8 v) { return v == value; });
+            break;
+        case kGreaterOrEqual:
+            CompareRow(from, to, roi.width, [value](uint8 v) { return v >= value; });
+            break;
+        case kGreater:
+            CompareRow(from, to, roi.width, [value](uint8 v) { return v > value; });
+            break;
+        default:
+            return kOk;
+        }
+    }
+    return kOk;
+}
+
 int32 primRGBToGray_8u_C3C1(const uint8* src, int32 srcStep, uint8* dst, int32 dstStep, ImageSize roi) {
     if (src == nullptr || dst == nullptr) return kNullPointer;
     if (!HasPixels(roi)) return kBadSize;
     for (int32 y = 0; y < roi.height; ++y) GreyRow(RowAt(src, srcStep, y), RowAt(dst, dstStep, y), roi.width);
+    return kOk;
+}
+
+int32 primRGBToHSV_8u_C3(const uint8* src, int32 srcStep, uint8* dst, int32 dstStep, ImageSize roi) {
+    if (src == nullptr || dst == nullptr) return kNullPointer;
+    if (!HasPixels(roi)) return kBadSize;
+    for (int32 y = 0; y < roi.height; ++y) HsvRow(RowAt(src, srcStep, y), RowAt(dst, dstStep, y), roi.width);
     return kOk;
 }
 

@@ -7,6 +7,7 @@
 // C3 channels, P3 planes; I in place; Sfs with a scale factor.
 #pragma once
 
+#include "primitives/arithmetic.h"
 #include "primitives/edge.h"
 #include "primitives/entries.h"
 #include "primitives/fill_copy.h"
@@ -15,6 +16,7 @@
 #include "primitives/memory.h"
 #include "primitives/pixel.h"
 #include "primitives/resize.h"
+#include "primitives/statistics.h"
 
 namespace orvane {
 

@@ -71,6 +71,15 @@ enum Interpolation : int32 {
     kBoxAverage = 8,
 };
 
+/// Comparison codes of the threshold and comparison primitives.
+enum CompareOp : int32 {
+    kLess = 0,
+    kLessOrEqual = 1,
+    kEqual = 2,
+    kGreaterOrEqual = 3,
+    kGreater = 4,
+};
+
 /// Row `y` of a plane whose rows lie `step` bytes apart. The product is taken in pointer width, so
 /// that planes beyond 2 GiB stay addressable.
 template <typename T>

@@ -1,0 +1,58 @@
+// Counting operations: one pass over the pixels, then arithmetic on what was counted.
+#include "primitives/statistics.h"
+
+#include <algorithm>
+
+namespace orvane::generic {
+
+int32 primCountInRange_8u_C3(const uint8* src, int32 srcStep, ImageSize roi, int32 counts[3], const uint8 lower[3],
+                             const uint8 upper[3]) {
+    if (src == nullptr || counts == nullptr || lower == nullptr || upper == nullptr) return kNullPointer;
+    if (srcStep < 1) return kStepTooSmall;
+    if (!HasPixels(roi)) return kBadSize;
+    for (int32 c = 0; c < 3; ++c) {
+        if (lower[c] > upper[c]) return kBadRange;
+    }
+    uint32 found[3] = {0, 0, 0};
+    for (int32 y = 0; y < roi.height; ++y) {
+        const uint8* pixel = RowAt(src, srcStep, y);
+        for (int32 x = 0; x < roi.width; ++x, pixel += 3) {
+            for (int32 c = 0; c < 3; ++c) found[c] += pixel[c] >= lower[c] && pixel[c] <= upper[c] ? 1u : 0u;
+        }
+    }
+    for (int32 c = 0; c < 3; ++c) counts[c] = static_cast<int32>(found[c]);
+    return kOk;
+}
+
+int32 primHistogramEven_8u_C1(const uint8* src, int32 srcStep, ImageSize roi, int32* hist, int32* levels,
+                              int32 levelCount, int32 lowerLevel, int32 upperLevel) {
+    if (src == nullptr || hist == nullptr || levels == nullptr) return kNullPointer;
+    if (!HasPixels(roi)) return kBadSize;
+    if (srcStep < 1) return kStepTooSmall;
+    if (levelCount < 2) return kTooFewLevels;
+
+    const int64 range = int64{upperLevel} - lowerLevel;
+    const int64 width = range / (levelCount - 1);
+    const int64 wider = range % (levelCount - 1); // below zero for a falling range: no bin is wider
+    int64 level = lowerLevel;
+    for (int32 k = 0; k < levelCount; ++k) {
+        levels[k] = static_cast<int32>(level); // between lowerLevel and upperLevel, so it fits
+        level += width + (k < wider ? 1 : 0);
+    }
+
+    uint32 below[257] = {}; // below[v]: pixels of a value under v, once summed
+    for (int32 y = 0; y < roi.height; ++y) {
+        const uint8* row = RowAt(src, srcStep, y);
+        for (int32 x = 0; x < roi.width; ++x) ++below[row[x] + 1];
+    }
+    for (int32 v = 1; v < 257; ++v) below[v] += below[v - 1];
+
+    for (int32 k = 0; k < levelCount - 1; ++k) {
+        const int32 from = std::clamp(levels[k], 0, 256);
+        const int32 to = std::clamp(levels[k + 1], 0, 256);
+        hist[k] = from < to ? static_cast<int32>(below[to] - below[from]) : 0;
+    }
+    return kOk;
+}
+
+} // namespace orvane::generic
