@@ -86,3 +86,4 @@ private:
 
 /// Expects two planes of one element type to agree in every byte of their blocks.
 #define EXPECT_SAME_PLANE(T, result, expected) EXPECT_PRED_FORMAT2((::orvane::test::Plane<T>::Same), result, expected)
+#define ASSERT_SAME_PLANE(T, result, expected) ASSERT_PRED_FORMAT2((::orvane::test::Plane<T>::Same), result, expected)
