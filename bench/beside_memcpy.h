@@ -1,0 +1,57 @@
+// Runs an operation as a benchmark and sets its speed beside a memcpy of the same bytes, measured in
+// the same run right after it.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <vector>
+
+namespace orvane::bench {
+
+/// The median of a list of times.
+inline double Median(std::vector<double> seconds) {
+    const auto middle = seconds.begin() + static_cast<std::ptrdiff_t>(seconds.size() / 2);
+    std::nth_element(seconds.begin(), middle, seconds.end());
+    return *middle;
+}
+
+/// Seconds that one call takes.
+template <typename Operation>
+double SecondsOf(Operation&& operation) {
+    const auto start = std::chrono::steady_clock::now();
+    operation();
+    benchmark::ClobberMemory();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Seconds of one memcpy of `bytes`, with warm buffers.
+inline double MemcpySeconds(std::size_t bytes) {
+    std::vector<unsigned char> from(bytes, 1), to(bytes);
+    std::vector<double> seconds;
+    for (int i = 0; i < 15; ++i) {
+        seconds.push_back(SecondsOf([&] {
+            std::memcpy(to.data(), from.data(), bytes);
+            benchmark::DoNotOptimize(to.data());
+        }));
+    }
+    return Median(seconds);
+}
+
+/// Benchmarks `operation`, which handles `bytes` of input a call. The counters, by the median call: MB/s
+/// of the operation and of memcpy, and how many memcpy times one call takes.
+template <typename Operation>
+void RunBesideMemcpy(benchmark::State& state, std::size_t bytes, Operation operation) {
+    std::vector<double> seconds;
+    for (auto _ : state) seconds.push_back(SecondsOf(operation));
+    const double once = Median(seconds);
+    const double copy = MemcpySeconds(bytes);
+    const double megabytes = static_cast<double>(bytes) * 1e-6;
+    state.counters["MB/s"] = megabytes / once;
+    state.counters["memcpy_MB/s"] = megabytes / copy;
+    state.counters["memcpys"] = once / copy;
+}
+
+} // namespace orvane::bench

@@ -1,0 +1,18 @@
+// The photograph that the benchmarks work on, in any size.
+#pragma once
+
+#include "image/image_buffer.h"
+
+#include <string>
+
+namespace orvane::bench {
+
+/// Reads the photograph to work on. Without one (an empty path) a pattern of noise and soft shapes takes
+/// its place, in which no face is to be expected. False, with a line on standard error, when the file
+/// can't be read.
+bool LoadPhoto(const std::string& path);
+
+/// The photograph scaled to `size` (its proportions give way), as a three-channel picture.
+void MakePhoto(ImageSize size, ImageBuffer& picture);
+
+} // namespace orvane::bench
