@@ -1,0 +1,153 @@
+// The search costs one table look-up a sample and feature. Sums over samples run in a fixed order, so that
+// the chosen stumps never depend on the number of threads.
+#include "tools/train/boosting.h"
+
+#include "tools/train/parallel.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvane::train {
+namespace {
+
+constexpr int kBins = 256;
+constexpr double kTrimmedShare = 0.01;
+
+/// A feature value in units of the window's deviation; a flat window counts as far on its own side.
+double Normalised(double value, float deviation) {
+    if (deviation > 0.0f) return value / deviation;
+    return value < 0.0 ? -1e6 : 1e6;
+}
+
+struct Histogram {
+    float weight[kBins];
+};
+
+/// Weight by bin. Two tables take turns, because neighbouring samples often share a bin and would wait for
+/// one another's store.
+void Fill(Histogram& out, const uint8* bins, const std::uint32_t* samples, const float* weights, std::size_t count) {
+    Histogram second{};
+    out = {};
+    std::size_t i = 0;
+    for (; i + 2 <= count; i += 2) {
+        out.weight[bins[samples[i]]] += weights[i];
+        second.weight[bins[samples[i + 1]]] += weights[i + 1];
+    }
+    if (i < count) out.weight[bins[samples[i]]] += weights[i];
+    for (int b = 0; b < kBins; ++b) out.weight[b] += second.weight[b];
+}
+
+} // namespace
+
+QuantisedValues::QuantisedValues(const std::vector<Feature>& pool, const std::vector<Patch>& patches, float norm,
+                                 int threads)
+    : ranges_(pool.size()), bytes_(pool.size() * patches.size()), samples_(patches.size()) {
+    ForEachIndex(pool.size(), threads, [&](std::size_t f) {
+        std::vector<float> values(samples_);
+        for (std::size_t s = 0; s < samples_; ++s) {
+            values[s] = static_cast<float>(Normalised(patches[s].Measure(pool[f], norm), patches[s].Deviation()));
+        }
+        // The range between the outer half per cents of a sample of the values: outliers share the end bins.
+        std::vector<float> some;
+        const std::size_t stride = std::max<std::size_t>(1, samples_ / 2000);
+        for (std::size_t s = 0; s < samples_; s += stride) some.push_back(values[s]);
+        std::sort(some.begin(), some.end());
+        const std::size_t tail = some.size() / 200;
+        const float low = some.empty() ? 0.0f : some[tail];
+        const float high = some.empty() ? 1.0f : some[some.size() - 1 - tail];
+        ranges_[f] = {low, std::max((high - low) / kBins, 1e-6f)};
+        uint8* row = bytes_.data() + f * samples_;
+        for (std::size_t s = 0; s < samples_; ++s) {
+            const float bin = (values[s] - low) / ranges_[f].step;
+            row[s] = static_cast<uint8>(std::clamp(bin, 0.0f, 255.0f));
+        }
+    });
+}
+
+Booster::Booster(const std::vector<Feature>& pool, const QuantisedValues& values, std::size_t positives, int threads)
+    : pool_(pool), values_(values), positives_(positives), threads_(threads), scores_(values.Samples(), 0.0),
+      weights_(values.Samples()) {
+    const auto negatives = static_cast<double>(values.Samples() - positives);
+    for (std::size_t s = 0; s < weights_.size(); ++s) {
+        weights_[s] = static_cast<float>(0.5 / (s < positives ? static_cast<double>(positives) : negatives));
+    }
+}
+
+void Booster::SelectHeavySamples() {
+    std::vector<float> sorted = weights_;
+    std::sort(sorted.begin(), sorted.end());
+    double total = 0.0;
+    for (const float w : sorted) total += w;
+    double light = 0.0;
+    float least = 0.0f;
+    for (const float w : sorted) {
+        light += w;
+        if (light > kTrimmedShare * total) break;
+        least = w;
+    }
+    heavy_.clear();
+    heavyWeights_.clear();
+    heavyPositives_ = 0;
+    for (std::size_t s = 0; s < weights_.size(); ++s) {
+        if (weights_[s] < least) continue;
+        heavy_.push_back(static_cast<std::uint32_t>(s));
+        heavyWeights_.push_back(weights_[s]);
+        if (s < positives_) ++heavyPositives_;
+    }
+}
+
+Booster::Split Booster::BestSplit(std::size_t feature) const {
+    Histogram faces;
+    Histogram others;
+    const uint8* bins = values_.Row(feature);
+    Fill(faces, bins, heavy_.data(), heavyWeights_.data(), heavyPositives_);
+    Fill(others, bins, heavy_.data() + heavyPositives_, heavyWeights_.data() + heavyPositives_,
+         heavy_.size() - heavyPositives_);
+    double facesTotal = 0.0;
+    double othersTotal = 0.0;
+    for (int b = 0; b < kBins; ++b) {
+        facesTotal += faces.weight[b];
+        othersTotal += others.weight[b];
+    }
+    Split best;
+    double faceSum = 0.0;
+    double otherSum = 0.0;
+    const double floor = 1e-4 * (facesTotal + othersTotal); // a side needs some weight to have a mean
+    for (int b = 1; b < kBins; ++b) {
+        faceSum += faces.weight[b - 1];
+        otherSum += others.weight[b - 1];
+        const double leftWeight = faceSum + otherSum;
+        const double rightWeight = facesTotal + othersTotal - leftWeight;
+        if (leftWeight < floor || rightWeight < floor) continue;
+        const double left = faceSum - otherSum;
+        const double right = (facesTotal - faceSum) - (othersTotal - otherSum);
+        const double gain = left * left / leftWeight + right * right / rightWeight;
+        if (gain > best.gain) {
+            best = {gain, b, static_cast<float>(left / leftWeight), static_cast<float>(right / rightWeight)};
+        }
+    }
+    return best;
+}
+
+Stump Booster::AddStump(const std::vector<std::uint32_t>& candidates) {
+    SelectHeavySamples();
+    std::vector<Split> splits(candidates.size());
+    ForEachIndex(candidates.size(), threads_, [&](std::size_t i) { splits[i] = BestSplit(candidates[i]); });
+    const auto better = [](const Split& a, const Split& b) { return a.gain < b.gain; };
+    const auto best = std::max_element(splits.begin(), splits.end(), better); // the first of equals
+    const std::size_t feature = candidates[static_cast<std::size_t>(best - splits.begin())];
+
+    const uint8* bins = values_.Row(feature);
+    double total = 0.0;
+    for (std::size_t s = 0; s < weights_.size(); ++s) {
+        scores_[s] += bins[s] < best->bin ? best->below : best->above;
+        weights_[s] =
+            static_cast<float>(std::exp(s < positives_ ? -scores_[s] : scores_[s]) /
+                               static_cast<double>(s < positives_ ? positives_ : weights_.size() - positives_));
+        total += weights_[s];
+    }
+    for (float& w : weights_) w = static_cast<float>(w / total);
+    return {pool_[feature], values_.Edge(feature, best->bin), best->below, best->above};
+}
+
+} // namespace orvane::train

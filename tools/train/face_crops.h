@@ -1,0 +1,57 @@
+// Face crops for training: 48x48 grey pictures around a face box, and the jittered windows cut out of them.
+#pragma once
+
+#include "tools/train/feature.h"
+#include "tools/train/random.h"
+
+#include <string>
+#include <vector>
+
+namespace orvane::train {
+
+inline constexpr int32 kCropSide = 48;
+inline constexpr double kCropBoxSide = 32.0; // the annotated face box: the crop's middle
+
+struct FaceCrop {
+    std::vector<uint8> pixels; // kCropSide rows, lowest row first
+    double draw = 1.0;         // how often it is drawn, relative to the others
+    bool held = false;         // kept apart for setting stage thresholds
+};
+
+/// How a window is cut: the face as the window shows it, and how far samples stray from that.
+struct Framing {
+    double windowToBox = 0.85; // window side over face box side
+    double shift = 0.06;       // positions stray by this share of the window, each way
+    double scale = 0.08;       // sizes by this, natural logarithm
+    double roll = 5.0;         // degrees, on top of the face's own
+};
+
+struct CropSet {
+    std::vector<FaceCrop> crops;
+    std::string error; // not empty: nothing was read
+};
+
+/// Reads `positives.csv` and `positives.bin` of a data folder: split `train`, the licence classes named
+/// ("ABC"), without crops whose box leaves the picture or that were enlarged. Crops of a source are drawn
+/// with the `balance` power of their number: 1 keeps the proportions, 0 makes sources equal. Persons are
+/// kept together when a fifth of them is held apart.
+CropSet ReadCrops(const std::string& folder, const std::string& classes, double balance);
+
+/// Draws crops by their `draw`, held ones or the others.
+class CropLottery {
+public:
+    CropLottery(const std::vector<FaceCrop>& crops, bool held);
+    bool Empty() const { return members_.empty(); }
+    const FaceCrop& Draw(Random& random) const;
+
+private:
+    const std::vector<FaceCrop>* crops_;
+    std::vector<std::size_t> members_;
+    std::vector<double> cumulated_;
+};
+
+/// One window out of a crop: strayed, perhaps mirrored, with changed light, contrast, sharpness and noise,
+/// and sampled as roughly as the detector samples.
+Window CutWindow(const FaceCrop& crop, const Framing& framing, ImageSize windowSize, Random& random);
+
+} // namespace orvane::train

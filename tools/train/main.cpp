@@ -1,0 +1,179 @@
+// orvane-train: makes the detector's classifier file out of face crops and face-free pictures, and judges it.
+#include "primitives/dispatch.h"
+#include "tools/train/evaluate.h"
+#include "tools/train/trainer.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <thread>
+
+namespace orvane::train {
+namespace {
+
+constexpr const char* kUsage =
+    "usage: orvane-train train --data FOLDER --out FILE [--work FOLDER] [option...]\n"
+    "       orvane-train evaluate --data FOLDER --classifier FILE [--quick] [--misses TABLE]\n"
+    "\n"
+    "train: learns a cascade from positives.csv, positives.bin, negatives.csv and negatives/ of FOLDER\n"
+    "  --work FOLDER        keep a checkpoint a stage, and go on behind the last one\n"
+    "  --classes A,B,C      licence classes that may be used (all)\n"
+    "  --seed N             same seed and data, same file (1)\n"
+    "  --threads N          changes the time, never the result (the processor's)\n"
+    "  --stages N           20          --hit-rate R         of each stage, 0.997\n"
+    "  --max-stumps N       a stage, 200  --false-alarms R   of each stage, 0.4\n"
+    "  --faces N            windows a stage, 12000           --negatives N  windows a stage, 12000\n"
+    "  --least-negatives N  end when a harvest brings fewer, 1200\n"
+    "  --passes N           over all pictures, turned and mirrored, for one harvest, 16\n"
+    "  --per-picture N      windows of one picture and pass, 24\n"
+    "  --crop-share R       share of the negatives out of face crops, 0.12\n"
+    "  --features N         pool of a stage, 16000           --candidates N  looked at for a stump, 3000\n"
+    "  --balance R          1: sources in their proportions, 0: all alike, 0.6\n"
+    "  --window N           side of the window, 24           --framing R  window over face box, 0.85\n"
+    "  --shift R --scale R --roll DEG  how far faces stray in training, 0.06 0.08 5\n"
+    "\n"
+    "evaluate: runs the detector over portraits.csv, portraits/, nofaces.csv and nofaces/ of FOLDER\n"
+    "  --quick              the detector's quick mode\n"
+    "  --misses TABLE       write every miss, misplaced and false face there\n"
+    "  --box-scale R        annotated side over the detector's, 1.1765\n"
+    "  --box-down R         annotated centre below the detector's, in the detector's side, 0\n";
+
+/// Options as `--name value`; each is taken by the setting of its name.
+class Arguments {
+public:
+    using Setting = std::function<void(const char* value)>;
+
+    void Add(const char* name, std::string& into) {
+        settings_.push_back({name, [&into](const char* v) { into = v; }});
+    }
+    void Add(const char* name, double& into) {
+        settings_.push_back({name, [this, &into](const char* v) { into = Number(v); }});
+    }
+    template <typename Integer>
+    void AddCount(const char* name, Integer& into) {
+        settings_.push_back({name, [this, &into](const char* v) {
+                                 const double n = Number(v);
+                                 good_ = good_ && n >= 0.0 && n < 1e9;
+                                 into = good_ ? static_cast<Integer>(n) : Integer{};
+                             }});
+    }
+    void AddFlag(const char* name, bool& into) { flags_.push_back({name, &into}); }
+
+    bool Parse(int count, char** values) {
+        for (int i = 0; i < count; ++i) {
+            if (!Take(values[i], i + 1 < count ? values[i + 1] : nullptr, i)) {
+                std::fprintf(stderr, "orvane-train: cannot make use of %s\n", values[i]);
+                return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    bool Take(const char* name, const char* value, int& i) {
+        for (const auto& [flag, into] : flags_) {
+            if (std::strcmp(flag, name) == 0) return *into = true;
+        }
+        for (const auto& [setting, take] : settings_) {
+            if (std::strcmp(setting, name) != 0) continue;
+            if (value == nullptr) return false;
+            take(value);
+            ++i;
+            return good_;
+        }
+        return false;
+    }
+    double Number(const char* text) {
+        char* end = nullptr;
+        const double n = std::strtod(text, &end);
+        good_ = good_ && end != text && *end == '\0';
+        return n;
+    }
+
+    std::vector<std::pair<const char*, Setting>> settings_;
+    std::vector<std::pair<const char*, bool*>> flags_;
+    bool good_ = true;
+};
+
+bool IsSensible(const TrainOptions& o) {
+    return o.stages >= 1 && o.maxStumps >= 1 && o.hitRate > 0.0 && o.hitRate <= 1.0 && o.falseAlarms > 0.0 &&
+           o.falseAlarms < 1.0 && o.features >= 1 && o.candidates >= 1 && o.faces >= 100 && o.harvest.wanted >= 100 &&
+           o.harvest.perPicture >= 1 && o.harvest.threads >= 1 && o.windowSize.width >= 12 &&
+           o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 && o.framing.windowToBox <= 1.5 &&
+           o.leastNegatives >= 1;
+}
+
+int RunTrain(int count, char** values) {
+    TrainOptions o;
+    o.harvest.threads = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
+    Arguments arguments;
+    arguments.Add("--data", o.data);
+    arguments.Add("--out", o.out);
+    arguments.Add("--work", o.work);
+    arguments.Add("--classes", o.classes);
+    arguments.AddCount("--seed", o.seed);
+    arguments.AddCount("--threads", o.harvest.threads);
+    arguments.AddCount("--stages", o.stages);
+    arguments.AddCount("--max-stumps", o.maxStumps);
+    arguments.Add("--hit-rate", o.hitRate);
+    arguments.Add("--false-alarms", o.falseAlarms);
+    arguments.AddCount("--faces", o.faces);
+    arguments.AddCount("--negatives", o.harvest.wanted);
+    arguments.AddCount("--least-negatives", o.leastNegatives);
+    arguments.AddCount("--passes", o.harvest.passes);
+    arguments.AddCount("--per-picture", o.harvest.perPicture);
+    arguments.Add("--crop-share", o.harvest.cropShare);
+    arguments.AddCount("--features", o.features);
+    arguments.AddCount("--candidates", o.candidates);
+    arguments.Add("--balance", o.balance);
+    arguments.AddCount("--window", o.windowSize.width);
+    arguments.Add("--framing", o.framing.windowToBox);
+    arguments.Add("--shift", o.framing.shift);
+    arguments.Add("--scale", o.framing.scale);
+    arguments.Add("--roll", o.framing.roll);
+    if (!arguments.Parse(count, values)) return 1;
+    o.windowSize.height = o.windowSize.width;
+    if (o.data.empty() || o.out.empty() || !IsSensible(o)) {
+        std::fputs(kUsage, stderr);
+        return 1;
+    }
+
+    TrainData data;
+    CropSet crops = ReadCrops(o.data, o.classes, o.balance);
+    data.pictures = ReadPictures(o.data, o.classes, o.harvest.threads);
+    for (const std::string& error : {crops.error, data.pictures.error}) {
+        if (error.empty()) continue;
+        std::fprintf(stderr, "orvane-train: %s\n", error.c_str());
+        return 1;
+    }
+    data.crops = std::move(crops.crops);
+    return Train(o, data, stdout);
+}
+
+int RunEvaluate(int count, char** values) {
+    EvaluateOptions o;
+    Arguments arguments;
+    arguments.Add("--data", o.data);
+    arguments.Add("--classifier", o.classifier);
+    arguments.Add("--misses", o.misses);
+    arguments.AddFlag("--quick", o.quick);
+    arguments.Add("--box-scale", o.mapping.boxToWindow);
+    arguments.Add("--box-down", o.mapping.down);
+    if (!arguments.Parse(count, values)) return 1;
+    if (o.data.empty() || o.classifier.empty()) {
+        std::fputs(kUsage, stderr);
+        return 1;
+    }
+    return Evaluate(o, stdout);
+}
+
+} // namespace
+} // namespace orvane::train
+
+int main(int argc, char** argv) {
+    if (orvane::SelectPrimitiveColumn() != 0) return 1;
+    if (argc >= 2 && std::strcmp(argv[1], "train") == 0) return orvane::train::RunTrain(argc - 2, argv + 2);
+    if (argc >= 2 && std::strcmp(argv[1], "evaluate") == 0) return orvane::train::RunEvaluate(argc - 2, argv + 2);
+    std::fputs(orvane::train::kUsage, argc >= 2 && std::strcmp(argv[1], "--help") == 0 ? stdout : stderr);
+    return argc >= 2 && std::strcmp(argv[1], "--help") == 0 ? 0 : 1;
+}

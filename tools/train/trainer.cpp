@@ -1,0 +1,261 @@
+// The stage loop. Each stage is a function of the seed, the data and the stages before it, which is what
+// makes a resumed training end in the same bytes.
+#include "tools/train/trainer.h"
+
+#include "tools/train/boosting.h"
+#include "tools/train/checkpoint.h"
+#include "tools/train/parallel.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace orvane::train {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
+
+struct Faces {
+    std::vector<Window> windows;
+    double reached = 1.0; // share of what was cut that passed the cascade so far
+};
+
+/// Cuts windows until `wanted` pass the cascade so far. Gives up when hardly any does.
+Faces CutFaces(const TrainOptions& options, const TrainData& data, const Cascade& cascade, bool held,
+               std::size_t wanted) {
+    const CropLottery lottery(data.crops, held);
+    Faces faces;
+    if (lottery.Empty()) return faces;
+    constexpr std::size_t kBlock = 1024;
+    std::size_t cut = 0;
+    while (faces.windows.size() < wanted && cut < 20 * wanted + kBlock) {
+        std::vector<Window> block(kBlock);
+        std::vector<char> passed(kBlock);
+        ForEachIndex(kBlock, options.harvest.threads, [&](std::size_t i) {
+            Random random({options.seed, cascade.stages.size(), held ? 11u : 10u, cut + i});
+            block[i] = CutWindow(lottery.Draw(random), options.framing, cascade.windowSize, random);
+            passed[i] = Passes(cascade, Patch(block[i].data(), cascade.windowSize)) ? 1 : 0;
+        });
+        for (std::size_t i = 0; i < kBlock && faces.windows.size() < wanted; ++i, ++cut) {
+            if (passed[i] != 0) faces.windows.push_back(std::move(block[i]));
+        }
+    }
+    faces.reached = static_cast<double>(faces.windows.size()) / static_cast<double>(std::max<std::size_t>(cut, 1));
+    return faces;
+}
+
+std::vector<Patch> PatchesOf(const std::vector<Window>& first, const std::vector<Window>& second, ImageSize size) {
+    std::vector<Patch> patches;
+    patches.reserve(first.size() + second.size());
+    for (const Window& window : first) patches.emplace_back(window.data(), size);
+    for (const Window& window : second) patches.emplace_back(window.data(), size);
+    return patches;
+}
+
+/// The features that the search for stump `number` looks at: a random part of the pool. The first stump of
+/// all must reach the window's last column and row, since the detector sizes its planes by the rectangles.
+std::vector<std::uint32_t> Candidates(const TrainOptions& options, const std::vector<Feature>& pool, std::size_t stage,
+                                      std::size_t number) {
+    std::vector<std::uint32_t> chosen;
+    if (stage == 0 && number == 0) {
+        for (std::uint32_t f = 0; f < pool.size(); ++f) {
+            int32 right = 0;
+            int32 top = 0;
+            for (const ImageRect& r : pool[f].rects) {
+                right = std::max(right, r.x + r.width);
+                top = std::max(top, r.y + r.height);
+            }
+            if (right == options.windowSize.width && top == options.windowSize.height) chosen.push_back(f);
+        }
+        if (!chosen.empty()) return chosen;
+    }
+    Random random({options.seed, stage, 20, number});
+    const auto n = static_cast<std::uint32_t>(pool.size());
+    for (int i = 0; i < options.candidates; ++i) chosen.push_back(random.Below(n));
+    std::sort(chosen.begin(), chosen.end());
+    chosen.erase(std::unique(chosen.begin(), chosen.end()), chosen.end());
+    return chosen;
+}
+
+/// The held samples' sums, kept up to date stump by stump.
+class HeldScores {
+public:
+    HeldScores(std::vector<Patch> patches, std::size_t faces, float norm)
+        : patches_(std::move(patches)), faces_(faces), norm_(norm), scores_(patches_.size(), 0.0) {}
+
+    void Add(const Stump& stump, int threads) {
+        ForEachIndex((patches_.size() + kChunk - 1) / kChunk, threads, [&](std::size_t chunk) {
+            const std::size_t end = std::min(patches_.size(), (chunk + 1) * kChunk);
+            for (std::size_t i = chunk * kChunk; i < end; ++i) {
+                const double bound = static_cast<double>(stump.threshold) * patches_[i].Deviation();
+                scores_[i] += patches_[i].Measure(stump.feature, norm_) < bound ? stump.below : stump.above;
+            }
+        });
+    }
+
+    /// Replaces the running sums by the detector's own.
+    void Recompute(const Stage& stage) {
+        for (std::size_t i = 0; i < patches_.size(); ++i) scores_[i] = StageSum(stage, patches_[i], norm_);
+    }
+
+    /// The largest sum that still lets `hitRate` of the faces pass.
+    double ThresholdFor(double hitRate) const {
+        std::vector<double> sorted(scores_.begin(), scores_.begin() + static_cast<std::ptrdiff_t>(faces_));
+        std::sort(sorted.begin(), sorted.end());
+        const auto lost = static_cast<std::size_t>((1.0 - hitRate) * static_cast<double>(faces_));
+        return sorted[std::min(lost, sorted.size() - 1)];
+    }
+
+    double FacesKept(double threshold) const { return Share(0, faces_, threshold); }
+    double NegativesKept(double threshold) const { return Share(faces_, scores_.size(), threshold); }
+
+private:
+    static constexpr std::size_t kChunk = 1024;
+
+    double Share(std::size_t from, std::size_t to, double threshold) const {
+        std::size_t kept = 0;
+        for (std::size_t i = from; i < to; ++i) kept += scores_[i] < threshold ? 0 : 1;
+        return static_cast<double>(kept) / static_cast<double>(std::max<std::size_t>(to - from, 1));
+    }
+
+    std::vector<Patch> patches_;
+    std::size_t faces_;
+    float norm_;
+    std::vector<double> scores_;
+};
+
+/// The file's threshold for a wanted least sum: after the bias is off, `sum` itself must still pass.
+float FileThreshold(double sum) {
+    auto threshold = static_cast<float>(sum + static_cast<double>(kThresholdBias));
+    while (sum < threshold - kThresholdBias) threshold = std::nextafter(threshold, -1e9f);
+    return threshold;
+}
+
+void SayStump(std::FILE* progress, int stage, std::size_t stumps, double hits, double alarms) {
+    std::fprintf(progress, "stage %2d  %3zu stumps  hit rate %.4f  false alarms %.4f\n", stage, stumps, hits, alarms);
+    std::fflush(progress);
+}
+
+} // namespace
+
+bool TrainStage(const TrainOptions& options, const TrainData& data, Cascade& cascade, StageReport& report,
+                std::FILE* progress) {
+    const Clock::time_point start = Clock::now();
+    const std::size_t index = cascade.stages.size();
+    const int threads = options.harvest.threads;
+    const ImageSize size = cascade.windowSize;
+    const float norm = AreaNorm(size);
+    report = {};
+    report.stage = static_cast<int>(index);
+
+    const Negatives negatives =
+        Harvest(data.pictures, data.crops, options.framing, CompiledCascade(cascade), options.harvest, options.seed,
+                index, [&](std::size_t found, std::size_t pictures) {
+                    std::fprintf(progress, "stage %2zu  %zu of %zu negatives out of %zu pictures\n", index, found,
+                                 options.harvest.wanted, pictures);
+                    std::fflush(progress);
+                });
+    report.negatives = negatives.windows.size() + negatives.held.size();
+    report.fromCrops = negatives.fromCrops;
+    report.pictures = negatives.pictures;
+    if (report.negatives < options.leastNegatives || negatives.held.empty()) return false;
+
+    const Faces faces = CutFaces(options, data, cascade, false, options.faces * 4 / 5);
+    const Faces held = CutFaces(options, data, cascade, true, options.faces / 5);
+    if (faces.windows.empty() || held.windows.empty()) return false;
+    report.faces = faces.windows.size() + held.windows.size();
+    report.facesReached = held.reached;
+
+    const std::vector<Feature> pool = MakeFeaturePool(size, options.features, options.seed * 1000 + index);
+    const QuantisedValues values(pool, PatchesOf(faces.windows, negatives.windows, size), norm, threads);
+    Booster booster(pool, values, faces.windows.size(), threads);
+    HeldScores scores(PatchesOf(held.windows, negatives.held, size), held.windows.size(), norm);
+
+    Stage stage;
+    while (static_cast<int>(stage.stumps.size()) < options.maxStumps) {
+        stage.stumps.push_back(booster.AddStump(Candidates(options, pool, index, stage.stumps.size())));
+        scores.Add(stage.stumps.back(), threads);
+        const double threshold = scores.ThresholdFor(options.hitRate);
+        const double alarms = scores.NegativesKept(threshold);
+        if (stage.stumps.size() % 20 == 0) {
+            SayStump(progress, report.stage, stage.stumps.size(), scores.FacesKept(threshold), alarms);
+        }
+        if (alarms <= options.falseAlarms) break;
+    }
+    SortForDetector(stage);
+    scores.Recompute(stage);
+    stage.threshold = FileThreshold(scores.ThresholdFor(options.hitRate));
+    const double passing = stage.threshold - kThresholdBias;
+    report.hitRate = scores.FacesKept(passing);
+    report.falseAlarms = scores.NegativesKept(passing);
+    report.stumps = static_cast<int>(stage.stumps.size());
+    report.seconds = SecondsSince(start);
+    cascade.stages.push_back(std::move(stage));
+    return true;
+}
+
+int Train(const TrainOptions& options, const TrainData& data, std::FILE* progress) {
+    Cascade cascade;
+    cascade.windowSize = options.windowSize;
+    std::vector<StageReport> reports;
+    const std::string fingerprint = Fingerprint(options, data);
+    if (!options.work.empty()) {
+        const std::string fault = LoadCheckpoint(options.work, fingerprint, cascade, reports);
+        if (!fault.empty()) {
+            std::fprintf(progress, "%s\n", fault.c_str());
+            return 1;
+        }
+        if (!reports.empty()) std::fprintf(progress, "going on behind stage %d\n", reports.back().stage);
+    }
+    std::fprintf(progress, "%s\n", fingerprint.c_str());
+    while (static_cast<int>(cascade.stages.size()) < options.stages) {
+        StageReport report;
+        if (!TrainStage(options, data, cascade, report, progress)) {
+            std::fprintf(progress, "stage %2d  %zu negatives are left: the training ends here\n", report.stage,
+                         report.negatives);
+            break;
+        }
+        SayStump(progress, report.stage, static_cast<std::size_t>(report.stumps), report.hitRate, report.falseAlarms);
+        reports.push_back(report);
+        const int left = options.stages - static_cast<int>(cascade.stages.size());
+        std::fprintf(
+            progress, "stage %2d  done in %.0f s, %zu negatives out of %zu pictures; about %.0f min for %d more\n",
+            report.stage, report.seconds, report.negatives, report.pictures, report.seconds * left / 60.0, left);
+        if (!options.work.empty() && !SaveCheckpoint(options.work, fingerprint, cascade, reports)) {
+            std::fprintf(progress, "cannot write the checkpoint in %s\n", options.work.c_str());
+            return 1;
+        }
+    }
+    if (const std::string fault = FindFault(cascade); !fault.empty()) {
+        std::fprintf(progress, "the cascade is of no use: %s\n", fault.c_str());
+        return 1;
+    }
+    if (!WriteFile(options.out, ToFile(cascade))) {
+        std::fprintf(progress, "cannot write %s\n", options.out.c_str());
+        return 1;
+    }
+    return 0;
+}
+
+std::string Fingerprint(const TrainOptions& o, const TrainData& data) {
+    uint64 sum = 1469598103934665603ull;
+    const auto mix = [&](const std::vector<uint8>& bytes) {
+        for (const uint8 b : bytes) sum = (sum ^ b) * 1099511628211ull;
+    };
+    for (const FaceCrop& crop : data.crops) mix(crop.pixels);
+    for (const GreyPicture& picture : data.pictures.pictures) mix(picture.pixels);
+    char text[512];
+    std::snprintf(text, sizeof text,
+                  "classes %s seed %llu window %dx%d stumps %d hit %g alarms %g features %d of %d faces %zu balance %g "
+                  "framing %g %g %g %g negatives %zu least %zu crops %g passes %d each %d data %zu %zu %016llx",
+                  o.classes.c_str(), static_cast<unsigned long long>(o.seed), o.windowSize.width, o.windowSize.height,
+                  o.maxStumps, o.hitRate, o.falseAlarms, o.candidates, o.features, o.faces, o.balance,
+                  o.framing.windowToBox, o.framing.shift, o.framing.scale, o.framing.roll, o.harvest.wanted,
+                  o.leastNegatives, o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, data.crops.size(),
+                  data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
+    return text;
+}
+
+} // namespace orvane::train

@@ -1,0 +1,63 @@
+// Building a cascade stage by stage: draw faces, harvest negatives, boost, set the threshold, write down.
+#pragma once
+
+#include "tools/train/harvest.h"
+
+#include <cstdio>
+#include <string>
+
+namespace orvane::train {
+
+struct TrainOptions {
+    std::string data; // folder with positives.csv, positives.bin, negatives.csv, negatives/
+    std::string out;  // the classifier file
+    std::string work; // checkpoints; empty: none are kept
+    std::string classes = "ABC";
+    uint64 seed = 1;
+    ImageSize windowSize{24, 24};
+    int stages = 20;
+    int maxStumps = 200;               // of a stage
+    double hitRate = 0.997;            // faces that a stage keeps
+    double falseAlarms = 0.4;          // negatives that a stage may keep; fewer stumps reach it in early stages
+    int features = 16000;              // the pool
+    int candidates = 3000;             // features looked at for one stump
+    std::size_t faces = 12000;         // windows for a stage, held ones among them
+    std::size_t leastNegatives = 1200; // training ends when a harvest brings fewer
+    double balance = 0.6;
+    Framing framing;
+    HarvestOptions harvest;
+};
+
+struct StageReport {
+    int stage = 0;
+    int stumps = 0;
+    double hitRate = 0.0;     // of held faces that reached the stage
+    double falseAlarms = 0.0; // of held negatives that reached the stage
+    std::size_t faces = 0;
+    double facesReached = 0.0; // share of fresh jittered faces that the stages before let through
+    std::size_t negatives = 0;
+    std::size_t fromCrops = 0;
+    std::size_t pictures = 0;
+    double seconds = 0.0;
+};
+
+/// What training works on; tests fill it by hand.
+struct TrainData {
+    std::vector<FaceCrop> crops;
+    PictureSet pictures;
+};
+
+/// Trains one further stage on top of `cascade`. False when there were too few negatives or faces left.
+/// Depends on nothing but the arguments: no state is carried from stage to stage.
+bool TrainStage(const TrainOptions& options, const TrainData& data, Cascade& cascade, StageReport& report,
+                std::FILE* progress);
+
+/// Trains up to `options.stages` stages and writes the classifier file. With a work folder every stage is
+/// written down as it ends, and a training that was stopped goes on behind its last whole stage.
+/// 0, or 1 after a line to `progress` that says what failed.
+int Train(const TrainOptions& options, const TrainData& data, std::FILE* progress);
+
+/// Everything that the result depends on, in one line: two trainings agree in it or are different.
+std::string Fingerprint(const TrainOptions& options, const TrainData& data);
+
+} // namespace orvane::train
