@@ -39,6 +39,7 @@ int32 ActionOutputScaling(const ImageBuffer& source, ImageBuffer& destination) {
                                 destination.data, destination.Step(), destination.Size(), scale, scale, interpolation);
     if (status == kOk) return kSuccess;
     PrintAssertion(status);
+    destination.Release(); // a blank sheet must not pass for the picture
     return kStepFailed;
 }
 
