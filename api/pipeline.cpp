@@ -33,7 +33,7 @@ int32 RunSlot(int32 slot, const ImageBuffer& picture, ImageBuffer& scratch) {
 
 } // namespace
 
-int32 RunActionPipeline(int32 tolerance, int32 rotation) {
+int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots) {
     if (tolerance == -1) tolerance = kDefaultTolerance;
     if (rotation != -1) g_rotationAngle = rotation;
     g_maskImage.Fill(100.0);
@@ -50,7 +50,7 @@ int32 RunActionPipeline(int32 tolerance, int32 rotation) {
                 picture = &g_workImage;
             }
         }
-        if (slot == kSlotColour) {
+        if (slot == kSlotColour && snapshots == Snapshots::taken) {
             g_colourStageImage.CopyFrom(*picture);
             g_colourStageMask.CopyFrom(g_maskImage);
         }

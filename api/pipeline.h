@@ -6,11 +6,16 @@
 
 namespace orvane {
 
+/// The copies of picture and mask after slot 2 serve the operator's turning of a finished picture. A run
+/// that only makes the work picture leaves them out: nobody can turn that one, and it is large.
+enum class Snapshots { taken, leftOut };
+
 /// Runs the enabled slots from g_sourceImage, which stays untouched, into g_workImage; after slot 2 the
 /// snapshots g_colourStageImage and g_colourStageMask are taken. The chain stops at the first slot that
 /// fails, whose result is the answer; g_workImage then holds what the slots before it made.
 /// @param tolerance percent for the background removal; -1 asks for 50
 /// @param rotation  degrees, kept in g_rotationAngle; -1 leaves that as it is
-int32 RunActionPipeline(int32 tolerance, int32 rotation);
+/// @param snapshots whether the snapshots are taken
+int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots = Snapshots::taken);
 
 } // namespace orvane

@@ -138,7 +138,7 @@ void COrvQuickViewDlg::MakeWorkingPicture() {
     }
     SetOutputGeometry(m_workWidth, m_workHeight);
     g_actionEnabled[kSlotOutputScaling] = 1;
-    RunActionPipeline(-1, 0);
+    RunActionPipeline(-1, 0, Snapshots::leftOut);
     StoreWorkIntoBitmap(m_resultBitmap);
     ReadBitmapHeader(m_resultBitmap);
     SetOutputGeometry(m_outputWidth, m_outputHeight);

@@ -18,6 +18,15 @@ void ClearRowPadding(uint8* rows, int32 width, int32 height) {
         std::memset(RowAt(rows, step, y) + used, 0, static_cast<std::size_t>(step - used));
 }
 
+/// Makes an 8-bit picture of this shape, in the storage at hand where that is large enough: pictures of
+/// one session follow each other in like sizes. Whoever shapes a picture fills it wholly afterwards.
+bool Shape(ImageBuffer& image, int32 width, int32 height, int32 channels) {
+    if (image.depth != kDepth8u || image.channels != channels || image.planar != 0) {
+        return image.Create(width, height, channels, kDepth8u, 0);
+    }
+    return image.Reshape(width, height);
+}
+
 bool IsSupported(const BitmapHeader& header) {
     return header.biSize == kBitmapHeaderBytes && header.biBitCount == 24 && header.biCompression == 0 &&
            header.biWidth <= kMaxPictureSide && header.biHeight <= kMaxPictureSide &&
@@ -67,8 +76,8 @@ int32 InitPicture(int32 mode, int32 width, int32 height, int32 channels, int32 b
     g_pictureChannels = channels;
     g_pictureBits = bits;
     if (mode != 1) return kStepFailed;
-    if (!g_sourceImage.Create(width, height, channels, kDepth8u, 0)) return kOutOfMemory;
-    return g_workImage.Create(width, height, 3, kDepth8u, 0) ? kSuccess : kOutOfMemory;
+    return Shape(g_sourceImage, width, height, channels) && Shape(g_workImage, width, height, 3) ? kSuccess
+                                                                                                 : kOutOfMemory;
 }
 
 bool LoadBitmapIntoSource(const Bitmap& bitmap, int32 mode) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -53,10 +54,14 @@ struct ResolvedRect {
     double weight;
 };
 
+/// A classifier, and the sums after it from which the stage's outcome is certain whatever the classifiers
+/// behind it give.
 struct ResolvedClassifier {
     double threshold;
     double val1;
     double val2;
+    double failsBelow;
+    double passesFrom;
 };
 
 int32 GroupOf(int32 rectCount) { return rectCount == 2 ? 0 : rectCount == 3 ? 1 : 2; }
@@ -80,7 +85,7 @@ inline double WeightedSum(const float* window, const ResolvedRect& r) {
 /// The stage's rectangles and classifiers, resolved for one sum plane. Small stages live on the stack.
 class ResolvedStage {
 public:
-    bool Resolve(const HaarClassifier& state, std::ptrdiff_t stride) {
+    bool Resolve(const HaarClassifier& state, std::ptrdiff_t stride, double threshold) {
         rects_ = smallRects_.data();
         classifiers_ = smallClassifiers_.data();
         if (state.rectCount > kSmallRects || state.classifierCount > kSmallClassifiers) {
@@ -94,7 +99,7 @@ public:
         ResolvedRect* rect = rects_;
         for (int32 c = 0; c < state.classifierCount; ++c) {
             const ClassifierRecord& record = state.classifiers[c];
-            classifiers_[c] = {record.threshold, record.val1, record.val2};
+            classifiers_[c] = {record.threshold, record.val1, record.val2, 0.0, 0.0};
             for (int32 f = 0; f < record.rectCount; ++f) {
                 const FeatureRecord& feature = record.features[f];
                 const auto offset = [&](int corner) {
@@ -103,30 +108,58 @@ public:
                 *rect++ = {offset(0), offset(1), offset(2), offset(3), feature.weight};
             }
         }
+        FindCertainSums(state.classifierCount, threshold);
         return true;
     }
 
-    double SumAt(const HaarClassifier& state, const float* window, double norm) const {
+    /// Whether the stage's sum reaches `threshold`, the one given to Resolve.
+    bool Passes(const HaarClassifier& state, const float* window, double norm, double threshold) const {
         double stageSum = 0.0;
         const ResolvedRect* rect = rects_;
-        int32 c = 0;
-        const auto add = [&](double e) {
-            const ResolvedClassifier& classifier = classifiers_[c];
-            stageSum += e < classifier.threshold * norm ? classifier.val1 : classifier.val2;
+        const ResolvedClassifier* classifier = classifiers_;
+        const ResolvedClassifier* const endOfTwo = classifier + state.twoRectCount;
+        const ResolvedClassifier* const endOfThree = classifier + state.twoOrThreeRectCount;
+        const ResolvedClassifier* const end = classifier + state.classifierCount;
+        const auto isCertain = [&](double e) {
+            stageSum += e < classifier->threshold * norm ? classifier->val1 : classifier->val2;
+            return stageSum < classifier->failsBelow || stageSum >= classifier->passesFrom;
         };
-        for (; c < state.twoRectCount; ++c, rect += 2) add(WeightedSum(window, rect[0]) + WeightedSum(window, rect[1]));
-        for (; c < state.twoOrThreeRectCount; ++c, rect += 3) {
-            add(WeightedSum(window, rect[0]) + WeightedSum(window, rect[1]) + WeightedSum(window, rect[2]));
+        for (; classifier != endOfTwo; ++classifier, rect += 2) {
+            if (isCertain(WeightedSum(window, rect[0]) + WeightedSum(window, rect[1])))
+                return stageSum >= classifier->passesFrom;
         }
-        for (; c < state.classifierCount; ++c) {
+        for (; classifier != endOfThree; ++classifier, rect += 3) {
+            if (isCertain(WeightedSum(window, rect[0]) + WeightedSum(window, rect[1]) + WeightedSum(window, rect[2]))) {
+                return stageSum >= classifier->passesFrom;
+            }
+        }
+        for (; classifier != end; ++classifier) {
             double e = 0.0;
-            for (int32 f = 0; f < state.classifiers[c].rectCount; ++f) e += WeightedSum(window, *rect++);
-            add(e);
+            for (int32 f = 0; f < state.classifiers[classifier - classifiers_].rectCount; ++f)
+                e += WeightedSum(window, *rect++);
+            if (isCertain(e)) return stageSum >= classifier->passesFrom;
         }
-        return stageSum;
+        // Written so that a sum that is not a number passes.
+        return !(stageSum < threshold);
     }
 
 private:
+    /// The bounds keep a margin far above the rounding of the sums, so that leaving early never changes an
+    /// outcome; values that are not finite make bounds that no sum meets.
+    void FindCertainSums(int32 count, double threshold) {
+        double most = 0.0, least = 0.0, magnitude = std::fabs(threshold);
+        for (int32 c = 0; c < count; ++c)
+            magnitude += std::max(std::fabs(classifiers_[c].val1), std::fabs(classifiers_[c].val2));
+        const double margin = magnitude * 1e-9;
+        for (int32 c = count - 1; c >= 0; --c) {
+            ResolvedClassifier& classifier = classifiers_[c];
+            classifier.failsBelow = threshold - margin - most;
+            classifier.passesFrom = threshold + margin - least;
+            most += std::max(classifier.val1, classifier.val2);
+            least += std::min(classifier.val1, classifier.val2);
+        }
+    }
+
     static constexpr int32 kSmallRects = 768;
     static constexpr int32 kSmallClassifiers = 320;
     std::array<ResolvedRect, kSmallRects> smallRects_;
@@ -215,17 +248,17 @@ int32 primApplyHaarClassifier_32f_C1(const float* src, int32 srcStep, const floa
     if (srcStep % 4 != 0 || normStep % 4 != 0) return kStepNotMultiple;
 
     ResolvedStage stage;
-    if (!stage.Resolve(*state, srcStep / 4)) return kNoMemory;
+    if (!stage.Resolve(*state, srcStep / 4, threshold)) return kNoMemory;
     int32 passed = 0;
     for (int32 y = 0; y < roi.height; ++y) {
         const float* sumRow = RowAt(src, srcStep, y);
         const float* normRow = RowAt(norm, normStep, y);
         uint8* maskRow = RowAt(mask, maskStep, y);
         for (int32 x = NextAlive(maskRow, 0, roi.width); x < roi.width; x = NextAlive(maskRow, x + 1, roi.width)) {
-            if (stage.SumAt(*state, sumRow + x, normRow[x]) < threshold) {
-                maskRow[x] = 0;
-            } else {
+            if (stage.Passes(*state, sumRow + x, normRow[x], threshold)) {
                 ++passed;
+            } else {
+                maskRow[x] = 0;
             }
         }
     }
