@@ -1,0 +1,228 @@
+// The chain of the six slots, against a plain form of it.
+#include "api/pipeline.h"
+
+#include "actions/action_settings.h"
+#include "detect/candidates.h"
+#include "image/result_codes.h"
+#include "tests/reference/pipeline.h"
+#include "tests/support/fresh_session.h"
+#include "tests/support/heap_limit.h"
+#include "tests/support/pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+namespace orvane {
+namespace {
+
+class Pipeline : public ::testing::Test {
+protected:
+    /// A source with a face in it, a mask that a run left behind, and snapshots of an earlier one.
+    Pipeline() {
+        test::MakeRandomPicture(g_sourceImage, 101, 90, 3, 1);
+        test::MakeRandomPicture(g_workImage, 5, 4, 3, 2);
+        test::MakeRandomPicture(g_maskImage, 101, 90, 1, 3);
+        test::MakeRandomPicture(g_colourStageImage, 6, 5, 3, 4);
+        test::MakeRandomPicture(g_colourStageMask, 6, 5, 1, 5);
+        g_faceRecord = {50, 40, 20, 20};
+        SetOutputGeometry(76, 120);
+    }
+
+    static ActionFlags Flags(int32 bits) {
+        ActionFlags flags{};
+        for (std::size_t i = 0; i < flags.size(); ++i) flags[i] = static_cast<uint8>(bits >> i & 1);
+        return flags;
+    }
+
+    /// Runs both forms on the present state and compares all that they leave.
+    static void ExpectAsPlain() {
+        test::reference::PipelineState expected;
+        expected.TakePresent();
+        const int32 expectedStatus = test::reference::RunPipeline(expected, g_actionEnabled);
+        EXPECT_EQ(RunActionPipeline(50, 0), expectedStatus);
+        EXPECT_SAME_PICTURE(g_workImage, expected.work);
+        EXPECT_SAME_PICTURE(g_sourceImage, expected.source);
+        EXPECT_SAME_PICTURE(g_maskImage, expected.mask);
+        EXPECT_SAME_PICTURE(g_colourStageImage, expected.colourStageImage);
+        EXPECT_SAME_PICTURE(g_colourStageMask, expected.colourStageMask);
+        EXPECT_EQ(g_outputWidth, expected.output.width);
+        EXPECT_EQ(g_outputHeight, expected.output.height);
+    }
+
+    static void ExpectMaskIs100(const ImageBuffer& mask) {
+        ImageBuffer expected;
+        ASSERT_TRUE(expected.Create(101, 90, 1, kDepth8u, 0));
+        expected.Fill(100.0);
+        EXPECT_SAME_PICTURE(mask, expected);
+    }
+
+private:
+    test::FreshSession fresh_;
+};
+
+TEST_F(Pipeline, DoesWithEveryChoiceOfSlotsWhatThePlainFormDoes) {
+    for (int32 bits = 0; bits < 64; ++bits) {
+        SCOPED_TRACE("flags " + std::to_string(bits));
+        g_actionEnabled = Flags(bits);
+        ExpectAsPlain();
+        SetOutputGeometry(76, 120);
+    }
+}
+
+TEST_F(Pipeline, DoesTheSameWithoutAFace) {
+    for (int32 bits = 0; bits < 64; ++bits) {
+        SCOPED_TRACE("flags " + std::to_string(bits));
+        g_faceRecord = {};
+        g_actionEnabled = Flags(bits);
+        test::MakeRandomPicture(g_colourStageImage, 6, 5, 3, 4);
+        ExpectAsPlain();
+        SetOutputGeometry(76, 120);
+    }
+}
+
+TEST_F(Pipeline, DoesTheSameWithACropWithoutPixels) {
+    for (int32 bits = 0; bits < 64; ++bits) {
+        SCOPED_TRACE("flags " + std::to_string(bits));
+        g_faceRecord = {50, 40, 1, 1};
+        g_actionEnabled = Flags(bits);
+        test::MakeRandomPicture(g_colourStageImage, 6, 5, 3, 4);
+        ExpectAsPlain();
+        SetOutputGeometry(76, 120);
+    }
+}
+
+TEST_F(Pipeline, DoesTheSameWithoutAMaskAndWithoutASource) {
+    for (int32 bits = 0; bits < 64; ++bits) {
+        SCOPED_TRACE("flags " + std::to_string(bits));
+        g_actionEnabled = Flags(bits);
+        g_maskImage.Reset();
+        ExpectAsPlain();
+        EXPECT_EQ(g_maskImage.data, nullptr);
+        SetOutputGeometry(76, 120);
+    }
+    g_sourceImage.Reset();
+    g_actionEnabled = Flags(0);
+    EXPECT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    EXPECT_EQ(g_workImage.data, nullptr);
+    EXPECT_EQ(g_colourStageImage.data, nullptr);
+}
+
+TEST_F(Pipeline, WithAllFlagsClearCopiesTheSourceAndTakesTheSnapshots) {
+    ImageBuffer source;
+    source.CopyFrom(g_sourceImage);
+    EXPECT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    EXPECT_SAME_PICTURE(g_workImage, source);
+    EXPECT_SAME_PICTURE(g_colourStageImage, source);
+    ExpectMaskIs100(g_colourStageMask);
+    EXPECT_SAME_PICTURE(g_sourceImage, source);
+    EXPECT_NE(g_workImage.data, g_sourceImage.data) << "pictures never share pixels";
+    EXPECT_NE(g_colourStageImage.data, g_workImage.data);
+}
+
+TEST_F(Pipeline, MinusOneKeepsTheLastRotation) {
+    EXPECT_EQ(RunActionPipeline(-1, 33), kSuccess);
+    EXPECT_EQ(g_rotationAngle, 33);
+    EXPECT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    EXPECT_EQ(g_rotationAngle, 33);
+}
+
+TEST_F(Pipeline, AnyOtherRotationIsTakenAtOnceEvenWithItsSlotOff) {
+    for (const int32 angle : {0, 1, 359, -2, 720}) {
+        EXPECT_EQ(RunActionPipeline(40, angle), kSuccess);
+        EXPECT_EQ(g_rotationAngle, angle);
+    }
+    g_faceRecord = {};
+    g_actionEnabled = Flags(1 << kSlotCrop);
+    EXPECT_EQ(RunActionPipeline(40, 5), kNoFace);
+    EXPECT_EQ(g_rotationAngle, 5) << "also when the first slot fails";
+}
+
+TEST_F(Pipeline, SlotFourEndsItAndLeavesTheSource) {
+    g_actionEnabled = Flags(1 << kSlotNone);
+    EXPECT_EQ(RunActionPipeline(-1, -1), kBadCall);
+    EXPECT_SAME_PICTURE(g_workImage, g_sourceImage);
+    EXPECT_SAME_PICTURE(g_colourStageImage, g_sourceImage);
+}
+
+TEST_F(Pipeline, AllSlotsTogetherEndBeforeTheScaling) {
+    g_actionEnabled = Flags(0x3F);
+    EXPECT_EQ(RunActionPipeline(-1, -1), kBadCall);
+    ImageBuffer crop;
+    ASSERT_EQ(test::reference::FaceCrop(g_sourceImage, crop), kSuccess);
+    EXPECT_SAME_PICTURE(g_workImage, crop);
+    EXPECT_EQ(g_outputWidth, 76);
+    EXPECT_EQ(g_outputHeight, 120);
+}
+
+TEST_F(Pipeline, ACropWithoutAFaceEndsItBeforeTheSnapshots) {
+    g_faceRecord = {};
+    g_actionEnabled = Flags(0x3F);
+    EXPECT_EQ(RunActionPipeline(-1, -1), kNoFace);
+    EXPECT_SAME_PICTURE(g_workImage, g_sourceImage);
+    EXPECT_EQ(g_colourStageImage.width, 6) << "the snapshot of an earlier run must stay";
+    EXPECT_EQ(g_colourStageMask.width, 6);
+    EXPECT_EQ(g_outputWidth, 76);
+}
+
+TEST_F(Pipeline, ResetsTheMaskOfTheLastRunTo100) {
+    for (const int32 bits : {0, 1 << kSlotCrop, 1 << kSlotNone}) {
+        test::MakeRandomPicture(g_maskImage, 101, 90, 1, 3);
+        g_actionEnabled = Flags(bits);
+        RunActionPipeline(-1, -1);
+        ExpectMaskIs100(g_maskImage);
+    }
+}
+
+TEST_F(Pipeline, MakesNoMaskOfItsOwn) {
+    g_maskImage.Reset();
+    EXPECT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    EXPECT_EQ(g_maskImage.data, nullptr);
+    EXPECT_EQ(g_colourStageMask.data, nullptr);
+}
+
+TEST_F(Pipeline, StartsFromTheSourceEveryTime) {
+    g_actionEnabled = Flags(1 << kSlotCrop);
+    ASSERT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    ImageBuffer first;
+    first.CopyFrom(g_workImage);
+    ASSERT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    EXPECT_SAME_PICTURE(g_workImage, first);
+}
+
+TEST_F(Pipeline, AnyNonzeroFlagIsOn) {
+    g_actionEnabled[kSlotNone] = 0x80;
+    EXPECT_EQ(RunActionPipeline(-1, -1), kBadCall);
+}
+
+TEST_F(Pipeline, OutOfMemoryShowsAsAResultOrAsAWorkPictureWithoutPixels) {
+    g_actionEnabled = Flags(1 << kSlotCrop | 1 << kSlotOutputScaling);
+    ASSERT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    ImageBuffer good;
+    good.CopyFrom(g_workImage);
+    ::testing::internal::CaptureStdout(); // the resize says so each time
+    int32 allowed = 0;
+    for (bool done = false; !done && allowed < 100; ++allowed) {
+        SetOutputGeometry(76, 120);
+        int32 status;
+        {
+            const test::HeapLimit limit(allowed);
+            status = RunActionPipeline(-1, -1);
+        }
+        done = status == kSuccess;
+        if (done) {
+            EXPECT_SAME_PICTURE(g_workImage, good);
+        } else {
+            EXPECT_TRUE(status == kOutOfMemory || status == kStepFailed) << status << " with " << allowed;
+            EXPECT_EQ(g_workImage.data, nullptr) << "with " << allowed << " allocations";
+        }
+    }
+    std::fflush(stdout);
+    ::testing::internal::GetCapturedStdout();
+    EXPECT_GT(allowed, 2);
+    EXPECT_LT(allowed, 100);
+}
+
+} // namespace
+} // namespace orvane

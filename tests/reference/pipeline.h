@@ -1,0 +1,54 @@
+// The chain of corrections once more, with a whole-picture copy for every hand-over.
+#pragma once
+
+#include "api/session_state.h"
+#include "image/session_images.h"
+#include "tests/reference/actions.h"
+
+namespace orvane::test::reference {
+
+/// The pictures and the size that a run works on.
+struct PipelineState {
+    ImageBuffer source, work, mask, colourStageImage, colourStageMask;
+    ImageSize output;
+
+    /// What the library holds at present.
+    void TakePresent() {
+        source.CopyFrom(g_sourceImage);
+        work.CopyFrom(g_workImage);
+        mask.CopyFrom(g_maskImage);
+        colourStageImage.CopyFrom(g_colourStageImage);
+        colourStageMask.CopyFrom(g_colourStageMask);
+        output = {g_outputWidth, g_outputHeight};
+    }
+};
+
+inline int32 RunPipeline(PipelineState& s, const ActionFlags& enabled) {
+    if (s.mask.data != nullptr) s.mask.Fill(100.0);
+    s.work.CopyFrom(s.source);
+    ImageBuffer scratch;
+    scratch.CopyFrom(s.work);
+    int32 status = 0;
+    for (int32 slot = 0; slot < 6; ++slot) {
+        if (enabled[static_cast<std::size_t>(slot)] != 0) {
+            if (slot == 0) {
+                status = FaceCrop(s.work, scratch);
+            } else if (slot <= 3) {
+                scratch.CopyFrom(s.work); // these pass the picture on
+            } else if (slot == 4) {
+                status = -10;
+            } else {
+                status = OutputScaling(s.work, s.output, scratch);
+            }
+            s.work.CopyFrom(scratch);
+        }
+        if (slot == 2) {
+            s.colourStageImage.CopyFrom(s.work);
+            s.colourStageMask.CopyFrom(s.mask);
+        }
+        if (status != 0) break;
+    }
+    return status;
+}
+
+} // namespace orvane::test::reference

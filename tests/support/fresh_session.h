@@ -1,0 +1,31 @@
+// The state of a library in which nothing has happened yet.
+#pragma once
+
+#include "api/session_state.h"
+#include "api/stage_clock.h"
+#include "image/session_images.h"
+#include "tests/support/settings_guard.h"
+
+namespace orvane::test {
+
+/// Empties the session's pictures and clears flags and settings when it comes and when it goes.
+class FreshSession {
+public:
+    FreshSession() { Reset(); }
+    ~FreshSession() { Reset(); }
+    FreshSession(const FreshSession&) = delete;
+    FreshSession& operator=(const FreshSession&) = delete;
+
+private:
+    static void Reset() {
+        for (ImageBuffer* image :
+             {&g_sourceImage, &g_workImage, &g_maskImage, &g_colourStageImage, &g_colourStageMask}) {
+            image->Reset();
+        }
+        g_actionEnabled.fill(0);
+    }
+
+    FreshSettings settings_;
+};
+
+} // namespace orvane::test
