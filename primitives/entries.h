@@ -23,5 +23,6 @@
     X(primFilterSobelHorizGetBufferSize) X(primFilterSobelNegVertGetBufferSize) \
     X(primFilterScharrHorizGetBufferSize) X(primFilterScharrVertGetBufferSize) \
     X(primCanny_16s8u_C1) X(primCannyGetBufferSize) \
-    /* morphology, flood fill */
+    X(primErode3x3_8u_C1I) X(primErode_8u_C1I) X(primFilterBox_8u_C1I) \
+    X(primFloodFill4_8u_C1I) X(primFloodFill8_8u_C1I) X(primFloodFillGetSize)
 // clang-format on

@@ -1,0 +1,33 @@
+// Flood fills: everything of one value that hangs together with a seed pixel gets a new value.
+#pragma once
+
+#include "primitives/types.h"
+
+namespace orvane {
+
+/// What a flood fill changed.
+struct ConnectedRegion {
+    double area;     ///< number of changed pixels
+    double value[3]; ///< the new value, 0, 0
+    ImageRect rect;  ///< bounding box of the changed pixels
+};
+
+namespace generic {
+
+/// Gives `newValue` to every pixel that is connected to the seed, inside the region, through pixels of the
+/// seed's value: by the four direct neighbours, or by all eight. A seed that has the new value already
+/// changes nothing, not even `region`.
+/// @param buffer work space of the size that `primFloodFillGetSize` gives for this region, at any address
+/// Status, in order of test: null pointer -8; a roi size below 1 -6; step below width -14; seed outside
+/// the region -11; a region whose buffer size does not fit into 32 bits (above 357 million pixels) -9.
+int32 primFloodFill4_8u_C1I(uint8* image, int32 step, ImageSize roi, ImagePoint seed, uint8 newValue,
+                            ConnectedRegion* region, uint8* buffer);
+int32 primFloodFill8_8u_C1I(uint8* image, int32 step, ImageSize roi, ImagePoint seed, uint8 newValue,
+                            ConnectedRegion* region, uint8* buffer);
+
+/// Bytes of a flood fill's buffer: 6*width*height + 32, cut to 32 bits.
+/// Status, in order of test: null pointer -8; a roi size below 1 -6.
+int32 primFloodFillGetSize(ImageSize roi, int32* size);
+
+} // namespace generic
+} // namespace orvane
