@@ -75,17 +75,17 @@ ImageBuffer& ImageBuffer::operator=(ImageBuffer&& other) noexcept {
 }
 
 int32 ImageBuffer::Step() const {
-    const int64 elementBytes = depth >> 3 & 0x1F;
-    int64 step;
-    if (depth == kDepth64f) {
-        step = int64{8} * width;
-    } else if (planar != 0) {
-        step = elementBytes * width;
-    } else {
-        step = elementBytes * channels * width * ((depth & 0x400) != 0 ? 2 : 1);
+    constexpr int64 kMax = std::numeric_limits<int32>::max();
+    const bool onePlaneRow = depth == kDepth64f || planar != 0; // the channels play no part
+    const int64 samples = onePlaneRow ? int64{width} : int64{width} * channels;
+    if (width < 0 || samples < 0 || samples > kMax) return 0;
+    int64 step = 8 * samples;
+    if (depth != kDepth64f) {
+        const bool complex = !onePlaneRow && (depth & 0x400) != 0;
+        step = (depth >> 3 & 0x1F) * samples * (complex ? 2 : 1);
+        step = (step + 3) / 4 * 4;
     }
-    if (depth != kDepth64f) step = (step + 3) / 4 * 4;
-    return step < 0 || step > std::numeric_limits<int32>::max() ? 0 : static_cast<int32>(step);
+    return step > kMax ? 0 : static_cast<int32>(step);
 }
 
 void ImageBuffer::Allocate() {
@@ -104,8 +104,9 @@ void ImageBuffer::Allocate() {
 }
 
 int64 ImageBuffer::StorageBytes() const {
-    const int64 planes = depth == kDepth64f && planar != 0 ? channels : 1;
-    return int64{Step()} * planes * height;
+    constexpr auto kMax = std::numeric_limits<int64>::max();
+    const int64 rows = depth == kDepth64f && planar != 0 ? int64{channels} * height : height;
+    return rows > std::numeric_limits<int32>::max() ? kMax : Step() * rows;
 }
 
 bool ImageBuffer::Reshape(int32 newWidth, int32 newHeight) {
