@@ -15,11 +15,18 @@ struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-std::string ReadAll(std::FILE* file) {
-    std::string text;
+/// The whole file, its line ends as '\n' alone. False for what opens but can't be read, as a folder does
+/// on some systems.
+bool ReadText(std::FILE* file, std::string& text) {
     char piece[4096];
     while (const std::size_t n = std::fread(piece, 1, sizeof piece, file)) text.append(piece, n);
-    return text;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool lineEnd = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+        if (!lineEnd) text[kept++] = text[i];
+    }
+    text.resize(kept);
+    return std::ferror(file) == 0;
 }
 
 bool IsSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
@@ -40,7 +47,7 @@ public:
         at_ = end;
         SkipSpace(); // runs over line ends: an index alone takes the next line's text
         row.clear();
-        for (; *at_ != 0 && *at_ != '\n' && *at_ != '\r'; ++at_) {
+        for (; *at_ != 0 && *at_ != '\n'; ++at_) {
             if (row.size() < kLongestText) row.push_back(static_cast<unsigned char>(*at_));
         }
         return !row.empty();
@@ -77,8 +84,8 @@ LanguageTable::LanguageTable()
 int32 LanguageTable::SetLanguageFile(const char* name) {
     if (name == nullptr) return kBadCall;
     const std::unique_ptr<std::FILE, FileCloser> file(OpenInModuleFolder(AsPath(name)));
-    if (file == nullptr) return kBadCall;
-    const std::string text = ReadAll(file.get());
+    std::string text;
+    if (file == nullptr || !ReadText(file.get(), text)) return kBadCall;
     RowReader reader(text);
     int32 index;
     std::wstring row;

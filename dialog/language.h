@@ -18,7 +18,7 @@ public:
     /// Overlays rows from a file in the library's folder: lines of a decimal index, white space and the
     /// text up to the end of the line, one byte a character. Reading ends at the first line that does not
     /// begin with a number; rows out of range are skipped, texts are cut at 1023 characters. 0, or -10
-    /// when the file can't be opened, with the table unchanged.
+    /// when the file can't be opened or read, with the table unchanged.
     int32 SetLanguageFile(const char* name);
 
     /// A row's text; "??" for an index outside the table.
