@@ -1,4 +1,4 @@
-// An exhausted heap for tests.
+// An exhausted heap for tests, and one that fails once.
 #pragma once
 
 #include "primitives/memory.h"
@@ -18,6 +18,24 @@ public:
     ~HeapLimit() { SetHeapAllocator(nullptr); }
     HeapLimit(const HeapLimit&) = delete;
     HeapLimit& operator=(const HeapLimit&) = delete;
+
+private:
+    static inline int left_ = 0;
+};
+
+/// While it lives, the one request that follows `before` others fails. One at a time.
+class HeapFault {
+public:
+    explicit HeapFault(int before) {
+        left_ = before;
+        SetHeapAllocator([](std::size_t bytes) -> void* { return left_-- != 0 ? std::calloc(bytes, 1) : nullptr; });
+    }
+    ~HeapFault() { SetHeapAllocator(nullptr); }
+    HeapFault(const HeapFault&) = delete;
+    HeapFault& operator=(const HeapFault&) = delete;
+
+    /// Whether so many requests came that one was refused.
+    static bool Happened() { return left_ < 0; }
 
 private:
     static inline int left_ = 0;
