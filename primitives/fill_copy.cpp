@@ -1,7 +1,6 @@
 // Plain fills and copies: one row at a time, nothing between the rows is touched.
 #include "primitives/fill_copy.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace orvane::generic {
@@ -12,7 +11,11 @@ int32 FillRows(T value, T* dst, int32 dstStep, ImageSize roi) {
     if (dst == nullptr) return kNullPointer;
     if (!HasPixels(roi)) return kBadSize;
     if (dstStep < 1) return kStepTooSmall;
-    for (int32 y = 0; y < roi.height; ++y) std::fill_n(RowAt(dst, dstStep, y), roi.width, value);
+    for (int32 y = 0; y < roi.height; ++y) {
+        // As bytes: any step is taken, so a row may lie beside the element's alignment.
+        auto* out = RowAt(reinterpret_cast<unsigned char*>(dst), dstStep, y);
+        for (int32 x = 0; x < roi.width; ++x, out += sizeof(T)) std::memcpy(out, &value, sizeof(T));
+    }
     return kOk;
 }
 

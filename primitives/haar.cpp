@@ -2,14 +2,13 @@
 // Records are ordered by rectangle count (two, three, others), which is also the order of summation.
 #include "primitives/haar.h"
 
-#include "primitives/memory.h"
+#include "primitives/heap_array.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <new>
 
 namespace orvane {
@@ -89,12 +88,11 @@ public:
         rects_ = smallRects_.data();
         classifiers_ = smallClassifiers_.data();
         if (state.rectCount > kSmallRects || state.classifierCount > kSmallClassifiers) {
-            largeRects_.reset(new (std::nothrow) ResolvedRect[static_cast<std::size_t>(state.rectCount)]);
-            largeClassifiers_.reset(new (std::nothrow)
-                                        ResolvedClassifier[static_cast<std::size_t>(state.classifierCount)]);
-            if (!largeRects_ || !largeClassifiers_) return false;
-            rects_ = largeRects_.get();
-            classifiers_ = largeClassifiers_.get();
+            if (!largeRects_.Allocate(state.rectCount) || !largeClassifiers_.Allocate(state.classifierCount)) {
+                return false;
+            }
+            rects_ = largeRects_.data();
+            classifiers_ = largeClassifiers_.data();
         }
         ResolvedRect* rect = rects_;
         for (int32 c = 0; c < state.classifierCount; ++c) {
@@ -164,8 +162,8 @@ private:
     static constexpr int32 kSmallClassifiers = 320;
     std::array<ResolvedRect, kSmallRects> smallRects_;
     std::array<ResolvedClassifier, kSmallClassifiers> smallClassifiers_;
-    std::unique_ptr<ResolvedRect[]> largeRects_;
-    std::unique_ptr<ResolvedClassifier[]> largeClassifiers_;
+    HeapArray<ResolvedRect> largeRects_;
+    HeapArray<ResolvedClassifier> largeClassifiers_;
     ResolvedRect* rects_ = nullptr;
     ResolvedClassifier* classifiers_ = nullptr;
 };
@@ -202,10 +200,13 @@ int32 primHaarClassifierInitAlloc_32f(HaarClassifier** state, const ImageRect* r
         ++inGroup[GroupOf(counts[c])];
     }
 
+    constexpr int64 kMost = std::numeric_limits<int32>::max();
+    if (rectCount > kMost) return kNoMemory;
+
     const int64 recordsAt = sizeof(HaarClassifier);
     const int64 featuresAt = recordsAt + static_cast<int64>(sizeof(ClassifierRecord)) * classifierCount;
     const int64 bytes = featuresAt + static_cast<int64>(sizeof(FeatureRecord)) * rectCount;
-    if (bytes > std::numeric_limits<int32>::max()) return kNoMemory;
+    if (bytes > kMost) return kNoMemory;
     auto* block = static_cast<unsigned char*>(primMalloc(static_cast<int32>(bytes)));
     if (block == nullptr) return kNoMemory;
 

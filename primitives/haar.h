@@ -32,7 +32,8 @@ int32 primHaarClassifierInitAlloc_32f(HaarClassifier** state, const ImageRect* r
 /// @param mask changed in place
 /// @param positive out: mask bytes kept; the value on entry plays no part in the result
 /// Status, in order of test: null pointer -8; a roi size below 1 -6; srcStep or normStep below 4*width,
-/// maskStep below width -14; srcStep or normStep not a multiple of 4 -108.
+/// maskStep below width -14; srcStep or normStep not a multiple of 4 -108; no memory, only for a stage of
+/// many hundred rectangles, -9.
 int32 primApplyHaarClassifier_32f_C1(const float* src, int32 srcStep, const float* norm, int32 normStep, uint8* mask,
                                      int32 maskStep, ImageSize roi, int32* positive, float threshold,
                                      const HaarClassifier* state);

@@ -33,7 +33,8 @@ T* AllocatePixels(int32 width, int32 height, int32 pixelBytes, int32* step) {
     *step = 0;
     if (width < 1 || height < 1) return nullptr;
     const int64 row = (static_cast<int64>(width) * pixelBytes + kAlignment - 1) / kAlignment * kAlignment;
-    if (row * height > std::numeric_limits<int32>::max()) return nullptr;
+    // Divided, not multiplied: the product of the largest sizes leaves 64 bits.
+    if (row > std::numeric_limits<int32>::max() / height) return nullptr;
     *step = static_cast<int32>(row);
     return static_cast<T*>(AlignedBlock(static_cast<std::size_t>(row * height)));
 }
