@@ -116,7 +116,7 @@ TEST(WholeFile, AWriteThatFailsHalfWayLeavesNothingAndKeepsTheOldFile) {
 
 TEST(WholeFile, OfSeveralWritersExactlyOneGetsAFreeName) {
     const TempFolder folder;
-    for (int round = 0; round < 20; ++round) {
+    for (int round = 0; round < 8; ++round) {
         const std::string name = std::to_string(round);
         const std::string path = folder / name;
         // Processes, since the temporary names go by the process.

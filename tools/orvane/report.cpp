@@ -72,7 +72,7 @@ std::string JsonLine(const PhotoReport& report) {
 }
 
 std::string TextLine(const PhotoReport& report) {
-    if (!ErrorLine(report).empty() || !report.face) return "";
+    if (!report.error.empty() || !report.face) return "";
     const FaceBox& face = *report.face;
     std::string line = OneLine(report.photo) + ": face at " + std::to_string(face.x) + "," + std::to_string(face.y) +
                        ", " + std::to_string(face.width) + "x" + std::to_string(face.height);
@@ -82,8 +82,7 @@ std::string TextLine(const PhotoReport& report) {
 
 std::string ErrorLine(const PhotoReport& report) {
     if (!report.error.empty()) return OneLine(report.photo) + ": " + OneLine(report.error);
-    if (report.status.value_or(kSuccess) == kSuccess) return "";
-    return OneLine(report.photo) + ": " + StatusText(*report.status);
+    return report.status == kNoFace ? OneLine(report.photo) + ": " + StatusText(kNoFace) : "";
 }
 
 std::string StatusText(int32 status) {
@@ -110,9 +109,8 @@ std::string StatusText(int32 status) {
 }
 
 ExitCode Worse(ExitCode before, const PhotoReport& report) {
-    const bool noFace = report.status == kNoFace && report.error.empty();
-    if (before == kExitError || (!noFace && !ErrorLine(report).empty())) return kExitError;
-    return noFace ? kExitNoFace : before;
+    if (before == kExitError || !report.error.empty()) return kExitError;
+    return report.status == kNoFace ? kExitNoFace : before;
 }
 
 } // namespace orvane::tools

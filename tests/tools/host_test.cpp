@@ -1,0 +1,153 @@
+// The library as the tool uses it: what a photo comes to is what any host gets, and every setting
+// arrives.
+#include "tools/orvane/host.h"
+
+#include "actions/action_settings.h"
+#include "api/session_state.h"
+#include "detect/cascade_detector.h"
+#include "detect/classifier_file.h"
+#include "image/packed_dib.h"
+#include "orvane/orvane.h"
+#include "platform/module_folder.h"
+#include "tests/support/heap_limit.h"
+#include "tests/tools/bright_square.h"
+#include "tests/tools/temp_folder.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace orvane::tools {
+namespace {
+
+class HostTest : public testing::Test {
+protected:
+    HostTest() {
+        // In place of whatever lies beside the test program.
+        folder_.Put("Orvane.dat", BrightSquareClassifier());
+        g_moduleFolder = folder_.Path();
+        FreeClassifier(g_classifier);
+        g_detectorParams->loadStatus = LoadClassifier();
+    }
+
+    PhotoReport Make(const Options& options, Picture* portrait) {
+        PhotoReport report;
+        host_.MakePortrait(photo_, options, portrait, &report);
+        return report;
+    }
+
+    TempFolder folder_;
+    Host host_;
+    Picture photo_ = PhotoWithSquare(323, 240, 100, 80);
+};
+
+/// A photo as a host hands it in.
+orv_Handle Packed(const Picture& photo) {
+    const BitmapHeader header = OutgoingHeader(photo.width, photo.height);
+    orv_Handle block = orv_BlockAlloc(sizeof header + photo.pixels.size());
+    auto* bytes = static_cast<uint8*>(orv_BlockLock(block));
+    std::memcpy(bytes, &header, sizeof header);
+    std::memcpy(bytes + sizeof header, photo.pixels.data(), photo.pixels.size());
+    orv_BlockUnlock(block);
+    return block;
+}
+
+TEST_F(HostTest, APortraitIsWhatAnyHostGets) {
+    ASSERT_EQ(host_.Status(), 0);
+    for (const bool crop : {true, false}) {
+        Options options;
+        options.actions.crop = crop;
+        options.width = 122;
+        options.height = 160;
+        Picture portrait;
+        const PhotoReport report = Make(options, &portrait);
+        EXPECT_EQ(report.status, 0);
+        EXPECT_EQ(report.error, "");
+
+        orv_SetSizeOutputImage(122, 160);
+        orv_EnableAction(ORV_CROP, crop);
+        orv_Handle photo = Packed(photo_);
+        ASSERT_EQ(orv_DetectFacePicture(photo), 0);
+        orv_BlockFree(photo);
+        orv_Handle block = nullptr;
+        ASSERT_EQ(orv_GetOutputImage(&block), 0);
+        const auto* bytes = static_cast<const uint8*>(orv_BlockLock(block));
+        ASSERT_EQ(orv_BlockSize(block), sizeof(BitmapHeader) + portrait.pixels.size());
+        EXPECT_EQ(std::memcmp(bytes + sizeof(BitmapHeader), portrait.pixels.data(), portrait.pixels.size()), 0);
+        orv_BlockFree(block);
+    }
+}
+
+TEST_F(HostTest, DetectAndPortraitFindTheSameFace) {
+    PhotoReport detected;
+    host_.Detect(photo_, &detected);
+    ASSERT_TRUE(detected.face);
+    Picture portrait;
+    const PhotoReport made = Make(Options(), &portrait);
+    ASSERT_TRUE(made.face);
+    EXPECT_EQ(detected.face->x, made.face->x);
+    EXPECT_EQ(detected.face->y, made.face->y);
+    EXPECT_EQ(detected.face->width, made.face->width);
+    EXPECT_EQ(detected.face->height, made.face->height);
+}
+
+TEST_F(HostTest, EverySettingReachesTheLibrary) {
+    Options options;
+    options.actions = {true, true, true, true};
+    options.rotation = 90;
+    options.tolerance = 7;
+    options.cropRatio = 0.5F;
+    options.width = 200;
+    options.height = 100;
+    Picture portrait;
+    EXPECT_EQ(Make(options, &portrait).status, 0);
+    EXPECT_EQ(g_actionEnabled, (ActionFlags{1, 1, 1, 1, 0, 1}));
+    EXPECT_EQ(g_rotationAngle, 90);
+    EXPECT_EQ(g_dialog->m_tolerance, 7);
+    EXPECT_EQ(g_cropRatio, 0.5F);
+    EXPECT_EQ(g_dialog->m_outputWidth, 200);
+    EXPECT_EQ(g_dialog->m_outputHeight, 100);
+
+    EXPECT_EQ(Make(Options(), &portrait).status, 0);
+    EXPECT_EQ(g_actionEnabled, (ActionFlags{1, 0, 0, 0, 0, 1})) << "flags of the photo before stayed";
+    EXPECT_EQ(g_rotationAngle, 0) << "the turn of the photo before stayed";
+    EXPECT_EQ(g_dialog->m_tolerance, 40);
+}
+
+TEST_F(HostTest, WithoutAFaceThereIsNoPortrait) {
+    photo_ = PhotoWithoutFace();
+    Picture portrait = BlackPicture(4, 4);
+    const PhotoReport report = Make(Options(), &portrait);
+    EXPECT_EQ(report.status, 10);
+    EXPECT_FALSE(report.face);
+    EXPECT_EQ(report.error, "");
+    EXPECT_TRUE(portrait.pixels.empty());
+    EXPECT_FALSE(report.milliseconds.crop || report.milliseconds.output) << "stages that did not run";
+}
+
+TEST_F(HostTest, ACropThatFailsIsAnErrorAndNotAnUncroppedPortrait) {
+    Options options;
+    options.cropRatio = 0.001F;
+    Picture portrait;
+    const PhotoReport report = Make(options, &portrait);
+    EXPECT_EQ(report.error, "a correction failed; a greater --crop-ratio may help");
+    EXPECT_TRUE(portrait.pixels.empty());
+}
+
+TEST_F(HostTest, ExhaustedMemoryIsAResultAndTheNextPhotoIsDone) {
+    Picture portrait;
+    for (int allowed = 0; allowed < 12; ++allowed) {
+        PhotoReport report;
+        {
+            const test::HeapLimit limit(allowed);
+            report = Make(Options(), &portrait);
+        }
+        SCOPED_TRACE(allowed);
+        EXPECT_TRUE(report.status == 0 || report.status == -50 || report.status == -40) << *report.status;
+        EXPECT_EQ(portrait.pixels.empty(), !report.error.empty());
+    }
+    EXPECT_EQ(Make(Options(), &portrait).status, 0);
+    EXPECT_FALSE(portrait.pixels.empty());
+}
+
+} // namespace
+} // namespace orvane::tools

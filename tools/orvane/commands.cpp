@@ -1,0 +1,161 @@
+#include "tools/orvane/commands.h"
+
+#include "api/stage_clock.h"
+#include "image/result_codes.h"
+#include "tools/orvane/host.h"
+#include "tools/orvane/json.h"
+#include "tools/orvane/output_names.h"
+#include "tools/orvane/utf8.h"
+#include "tools/support/picture_io.h"
+#include "tools/support/result_stream.h"
+
+#include <cstdio>
+
+namespace orvane::tools {
+namespace {
+
+bool IsOpen(const Host& host) {
+    if (host.Status() == kSuccess) return true;
+    PrintError("the library did not start: " + StatusText(host.Status()));
+    return false;
+}
+
+bool Decode(const std::string& photo, Picture* picture, PhotoReport* report) {
+    report->photo = photo;
+    double milliseconds = 0;
+    bool good = false;
+    {
+        const StageClock clock(milliseconds);
+        good = ReadPicture(photo, picture, &report->error);
+    }
+    if (!good) {
+        report->status = kNoPicture;
+        return false;
+    }
+    report->milliseconds.decode = milliseconds;
+    report->width = picture->width;
+    report->height = picture->height;
+    return true;
+}
+
+void Encode(const std::string& path, const Picture& portrait, bool force, PhotoReport* report) {
+    double milliseconds = 0;
+    {
+        const StageClock clock(milliseconds);
+        if (WritePicture(path, portrait, force, &report->error)) {
+            report->output = path;
+        } else {
+            report->error = "the output '" + path + "' " + report->error;
+        }
+    }
+    report->milliseconds.encode = milliseconds;
+}
+
+/// Prints the report and gives the exit code so far.
+ExitCode Tell(const PhotoReport& report, bool json, ExitCode before) {
+    const std::string error = ErrorLine(report);
+    if (!error.empty()) PrintError(error);
+    const std::string line = json ? JsonLine(report) : TextLine(report);
+    if (!line.empty() && !Print(line + "\n")) return kExitError;
+    return Worse(before, report);
+}
+
+PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput& output, const Options& options) {
+    PhotoReport report;
+    report.photo = photo;
+    report.error = output.error;
+    if (!output.error.empty()) return report;
+    Picture portrait;
+    {
+        Picture picture;
+        if (!Decode(photo, &picture, &report)) return report;
+        host.MakePortrait(picture, options, &portrait, &report);
+    }
+    if (!portrait.pixels.empty()) Encode(output.path, portrait, options.force, &report);
+    return report;
+}
+
+std::string InfoJson(const LibraryInfo& info) {
+    JsonObject classifier;
+    classifier.Text("file", info.classifierFile).Integer("status", info.classifierStatus);
+    if (info.classifierStatus == kSuccess) {
+        classifier.Integer("windowWidth", info.windowWidth).Integer("windowHeight", info.windowHeight);
+        classifier.Integer("stages", info.stages).Integer("stumps", info.stumps);
+        classifier.Integer("rectangles", info.rectangles).Integer("bytes", info.bytes);
+    }
+    JsonObject processor;
+    processor.Integer("class", info.processorClass).Integer("column", info.processorColumn);
+    processor.Text("columnName", info.columnName);
+    return JsonObject()
+        .Text("version", info.version)
+        .Object("library", JsonObject().Text("name", "Orvane").Text("version", info.version).Integer("bits", info.bits))
+        .Object("classifier", classifier)
+        .Object("processor", processor)
+        .Line();
+}
+
+std::string InfoText(const LibraryInfo& info) {
+    std::string text = "orvane " + info.version + "\n";
+    text += "library     Orvane " + info.version + ", part of this program, " + std::to_string(info.bits) + " bit\n";
+    text += "classifier  " + OneLine(info.classifierFile);
+    if (info.classifierStatus == kSuccess) {
+        text += ": window " + std::to_string(info.windowWidth) + "x" + std::to_string(info.windowHeight) + ", " +
+                std::to_string(info.stages) + " stages, " + std::to_string(info.stumps) + " stumps, " +
+                std::to_string(info.rectangles) + " rectangles, " + std::to_string(info.bytes) + " bytes";
+    } else {
+        text += ": missing or unusable";
+    }
+    return text + "\nprocessor   class " + std::to_string(info.processorClass) + ", column " +
+           std::to_string(info.processorColumn) + " (" + info.columnName + ")\n";
+}
+
+} // namespace
+
+bool Print(const std::string& text) {
+    if (WriteResult(text)) return true;
+    PrintError("cannot write to standard output");
+    return false;
+}
+
+void PrintError(const std::string& line) { std::fprintf(stderr, "orvane: %s\n", OneLine(line).c_str()); }
+
+ExitCode RunInfo(const Options& options) {
+    const Host host;
+    if (!IsOpen(host)) return kExitError;
+    const LibraryInfo info = host.Info();
+    if (!Print(options.json ? InfoJson(info) + "\n" : InfoText(info))) return kExitError;
+    if (info.classifierStatus == kSuccess) return kExitGood;
+    PrintError(StatusText(info.classifierStatus));
+    return kExitError;
+}
+
+ExitCode RunDetect(const Options& options) {
+    Host host;
+    if (!IsOpen(host)) return kExitError;
+    ExitCode code = kExitGood;
+    for (const std::string& photo : options.photos) {
+        PhotoReport report;
+        Picture picture;
+        if (Decode(photo, &picture, &report)) host.Detect(picture, &report);
+        code = Tell(report, options.json, code);
+    }
+    return code;
+}
+
+ExitCode RunPortrait(const Options& options) {
+    std::vector<PlannedOutput> outputs;
+    std::string error;
+    if (!PlanOutputs(options.photos, options.output, options.force, &outputs, &error)) {
+        PrintError(error);
+        return kExitError;
+    }
+    Host host;
+    if (!IsOpen(host)) return kExitError;
+    ExitCode code = kExitGood;
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+        code = Tell(PortraitOf(host, options.photos[i], outputs[i], options), options.json, code);
+    }
+    return code;
+}
+
+} // namespace orvane::tools

@@ -1,0 +1,42 @@
+// orvane: portraits from the command line.
+#include "tools/orvane/commands.h"
+#include "tools/orvane/help_text.h"
+#include "tools/support/result_stream.h"
+
+#include <exception>
+
+namespace {
+
+using namespace orvane::tools;
+
+ExitCode Run(const std::vector<std::string>& arguments) {
+    Options options;
+    std::string error;
+    if (!ParseOptions(arguments, &options, &error)) {
+        PrintError(error);
+        return kExitError;
+    }
+    switch (options.command) {
+    case Command::help:
+        return Print(kHelpText) ? kExitGood : kExitError;
+    case Command::version:
+        return Print("orvane " ORVANE_VERSION "\n") ? kExitGood : kExitError;
+    case Command::info:
+        return RunInfo(options);
+    case Command::detect:
+        return RunDetect(options);
+    case Command::portrait:
+        return RunPortrait(options);
+    }
+    return kExitError;
+}
+
+} // namespace
+
+int main(int count, char** arguments) try {
+    ReserveResultStream();
+    return Run(std::vector<std::string>(arguments + (count > 0 ? 1 : 0), arguments + count));
+} catch (const std::exception& problem) {
+    PrintError(problem.what()); // memory ran out outside of any photo
+    return kExitError;
+}
