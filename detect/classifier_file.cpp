@@ -21,6 +21,9 @@ namespace {
 constexpr int32 kHeaderBytes = 20;
 // The window is bounded by what a scan could ever place: larger ones meet no picture.
 constexpr int32 kMaxWindowSide = 4096;
+// Rectangles of all stages together, shared ones counted for each: stages that claim one another's ranges
+// could otherwise ask for the square of the file's length.
+constexpr int64 kMaxStageRects = 1'000'000;
 
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -81,25 +84,28 @@ bool AllFinite(const std::vector<float>& values) {
     return std::all_of(values.begin(), values.end(), [](float v) { return std::isfinite(v); });
 }
 
-/// Stages may share ranges, but every range must lie in its array.
-bool StageRangeIsSane(const ClassifierTables& t, std::size_t stage) {
+/// Rectangles of a stage, or -1. Stages may share ranges, but every range must lie in its array.
+int64 CountStageRects(const ClassifierTables& t, std::size_t stage) {
     const int64 start = t.stageClassifierStart[stage];
     const int64 count = t.stageClassifierCount[stage];
     const int64 featureStart = t.stageFeatureStart[stage];
-    if (start < 0 || count < 0 || start + count > t.classifierCount) return false;
-    if (featureStart < 0 || featureStart > t.featureCount) return false;
+    if (start < 0 || count < 0 || start + count > t.classifierCount) return -1;
+    if (featureStart < 0 || featureStart > t.featureCount) return -1;
     int64 features = 0;
     for (int64 c = start; c < start + count; ++c) {
         const int32 n = t.classifierFeatureCount[static_cast<std::size_t>(c)];
-        if (n < 1) return false;
+        if (n < 1) return -1;
         features += n;
     }
-    return featureStart + features <= t.featureCount;
+    return featureStart + features <= t.featureCount ? features : -1;
 }
 
 bool ContentIsSane(const ClassifierTables& t) {
+    int64 stageRects = 0;
     for (std::size_t stage = 0; stage < t.stageThreshold.size(); ++stage) {
-        if (!StageRangeIsSane(t, stage)) return false;
+        const int64 rects = CountStageRects(t, stage);
+        stageRects += rects;
+        if (rects < 0 || stageRects > kMaxStageRects) return false;
     }
     return std::all_of(t.featureRect.begin(), t.featureRect.end(),
                        [&](const ImageRect& r) { return InWindow(r, t); }) &&
