@@ -1,5 +1,6 @@
 #include "detect/classifier_file.h"
 
+#include "tests/detect/allocation_watch.h"
 #include "tests/support/face_scene.h"
 #include "tests/support/heap_limit.h"
 #include "tests/support/module_files.h"
@@ -7,22 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <limits>
-#include <new>
-
-/// The largest block that this program asked `new` for since a test set it to 0.
-static std::size_t g_largestRequest;
-
-void* operator new(std::size_t bytes) {
-    g_largestRequest = std::max(g_largestRequest, bytes);
-    if (void* p = std::malloc(bytes > 0 ? bytes : 1)) return p;
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 namespace orvane::test {
 namespace {
@@ -350,9 +338,9 @@ TEST_F(ClassifierFile, WithCountsThatItsLengthDeniesAllocatesNothingForThem) {
         CascadeFile lying = SmallCascade();
         lying.header[count] = 100'000'000; // 1.6 GB and more are said to follow
         const std::string bytes = lying.Bytes();
-        g_largestRequest = 0;
+        LargestRequest() = 0;
         ExpectRefused(bytes, "count " + std::to_string(count));
-        EXPECT_LT(g_largestRequest, 100'000u) << "count " << count;
+        EXPECT_LT(LargestRequest(), 100'000u) << "count " << count;
     }
 }
 
@@ -369,9 +357,9 @@ TEST_F(ClassifierFile, WhoseStagesShareTooMuchIsUnusable) {
     file.featureRect.assign(kMany, {0, 0, 24, 24});
     file.featureWeight.assign(kMany, 1.0F);
     const std::string bytes = file.Bytes();
-    g_largestRequest = 0;
+    LargestRequest() = 0;
     ExpectRefused(bytes, "stages that share too much");
-    EXPECT_LT(g_largestRequest, 2 * bytes.size());
+    EXPECT_LT(LargestRequest(), 2 * bytes.size());
 }
 
 TEST_F(ClassifierFile, WithNumbersThatAreNoneIsUnusable) {

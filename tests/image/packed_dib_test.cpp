@@ -271,6 +271,12 @@ TEST(PackedDibFromBitmap, OfAnEmptyBitmapIsMinus80AndLeavesTheHandle) {
     EXPECT_EQ(&mark, handle);
 }
 
+/// Pictures may keep their storage; a test of an exhausted heap wants none to be there.
+void ForgetPictures() {
+    g_sourceImage.Reset();
+    g_workImage.Reset();
+}
+
 TEST(InitPicture, SetsUpBothPicturesAndTheRecord) {
     ASSERT_EQ(0, InitPicture(1, 101, 7, 3, 24));
     for (const ImageBuffer* image : {&g_sourceImage, &g_workImage}) {
@@ -307,12 +313,25 @@ TEST(InitPicture, OfAnotherModeStoresTheRecordAlone) {
     }
 }
 
+TEST(InitPicture, HasRoomForEveryPictureWhateverCameBefore) {
+    for (const ImageSize size : {ImageSize{40, 30}, {10, 10}, {30, 40}, {1, 1200}, {101, 90}}) {
+        for (const int32 channels : {3, 1, 3}) {
+            ASSERT_EQ(0, InitPicture(1, size.width, size.height, channels, 24));
+            for (ImageBuffer* image : {&g_sourceImage, &g_workImage}) {
+                // The sanitizer judges whether all of it is there.
+                std::memset(image->data, 1, static_cast<std::size_t>(image->Step() * image->height));
+            }
+        }
+    }
+}
+
 TEST(InitPicture, WithoutStorageIsMinus50) {
     EXPECT_EQ(-50, InitPicture(1, 0, 5, 3, 24));
     EXPECT_EQ(-50, InitPicture(1, 5, -1, 3, 24));
     EXPECT_EQ(-50, InitPicture(1, 5, 5, 2, 24));
     EXPECT_EQ(-50, InitPicture(1, kMax32, kMax32, 3, 24));
     for (const int allowed : {0, 1}) { // the source picture, then the work picture
+        ForgetPictures();
         const HeapLimit limit(allowed);
         EXPECT_EQ(-50, InitPicture(1, 6, 5, 3, 24)) << allowed << " allocations succeed";
         EXPECT_EQ(nullptr, (allowed == 0 ? g_sourceImage : g_workImage).data);
@@ -344,6 +363,7 @@ TEST(LoadBitmapIntoSource, RefusesAnEmptyBitmapAnotherModeAndAnExhaustedHeap) {
     const Bitmap bitmap = RandomBitmap(5, 4);
     EXPECT_FALSE(LoadBitmapIntoSource(bitmap, 2));
     for (const int allowed : {0, 1}) {
+        ForgetPictures();
         const HeapLimit limit(allowed);
         EXPECT_FALSE(LoadBitmapIntoSource(bitmap)) << allowed << " allocations succeed";
     }
