@@ -11,6 +11,8 @@ namespace orvane::train {
 namespace {
 
 constexpr int kBins = 256;
+constexpr std::size_t kRangeSamples = 600;
+constexpr std::size_t kBlock = 64;
 constexpr double kTrimmedShare = 0.01;
 
 /// A feature value in units of the window's deviation; a flat window counts as far on its own side.
@@ -42,35 +44,80 @@ void Fill(Histogram& out, const uint8* bins, const std::uint32_t* samples, const
 QuantisedValues::QuantisedValues(const std::vector<Feature>& pool, const std::vector<Patch>& patches, float norm,
                                  int threads)
     : ranges_(pool.size()), bytes_(pool.size() * patches.size()), samples_(patches.size()) {
+    const auto measure = [&](std::size_t f, std::size_t s) {
+        return static_cast<float>(Normalised(patches[s].Measure(pool[f], norm), patches[s].Deviation()));
+    };
+    // A feature's range lies between the outer half per cents of some of its values: outliers share the end bins.
+    std::vector<std::size_t> some;
+    const std::size_t stride = std::max<std::size_t>(1, samples_ / kRangeSamples);
+    for (std::size_t s = 0; s < samples_; s += stride) some.push_back(s);
     ForEachIndex(pool.size(), threads, [&](std::size_t f) {
-        std::vector<float> values(samples_);
-        for (std::size_t s = 0; s < samples_; ++s) {
-            values[s] = static_cast<float>(Normalised(patches[s].Measure(pool[f], norm), patches[s].Deviation()));
-        }
-        // The range between the outer half per cents of a sample of the values: outliers share the end bins.
-        std::vector<float> some;
-        const std::size_t stride = std::max<std::size_t>(1, samples_ / 2000);
-        for (std::size_t s = 0; s < samples_; s += stride) some.push_back(values[s]);
-        std::sort(some.begin(), some.end());
-        const std::size_t tail = some.size() / 200;
-        const float low = some.empty() ? 0.0f : some[tail];
-        const float high = some.empty() ? 1.0f : some[some.size() - 1 - tail];
+        std::vector<float> values;
+        for (const std::size_t s : some) values.push_back(measure(f, s));
+        std::sort(values.begin(), values.end());
+        const std::size_t tail = values.size() / 200;
+        const float low = values.empty() ? 0.0f : values[tail];
+        const float high = values.empty() ? 1.0f : values[values.size() - 1 - tail];
         ranges_[f] = {low, std::max((high - low) / kBins, 1e-6f)};
-        uint8* row = bytes_.data() + f * samples_;
-        for (std::size_t s = 0; s < samples_; ++s) {
-            const float bin = (values[s] - low) / ranges_[f].step;
-            row[s] = static_cast<uint8>(std::clamp(bin, 0.0f, 255.0f));
+    });
+    // Block by block of patches, all features on each: a block stays in the processor's cache.
+    ForEachIndex((samples_ + kBlock - 1) / kBlock, threads, [&](std::size_t block) {
+        const std::size_t end = std::min(samples_, (block + 1) * kBlock);
+        for (std::size_t f = 0; f < pool.size(); ++f) {
+            uint8* row = bytes_.data() + f * samples_;
+            for (std::size_t s = block * kBlock; s < end; ++s) {
+                row[s] =
+                    static_cast<uint8>(std::clamp((measure(f, s) - ranges_[f].low) / ranges_[f].step, 0.0f, 255.0f));
+            }
         }
     });
 }
 
-Booster::Booster(const std::vector<Feature>& pool, const QuantisedValues& values, std::size_t positives, int threads)
-    : pool_(pool), values_(values), positives_(positives), threads_(threads), scores_(values.Samples(), 0.0),
+Booster::Booster(const std::vector<Feature>& pool, const QuantisedValues& values, std::size_t positives, int threads,
+                 std::vector<double> scores)
+    : pool_(pool), values_(values), positives_(positives), threads_(threads), scores_(std::move(scores)),
       weights_(values.Samples()) {
-    const auto negatives = static_cast<double>(values.Samples() - positives);
-    for (std::size_t s = 0; s < weights_.size(); ++s) {
-        weights_[s] = static_cast<float>(0.5 / (s < positives ? static_cast<double>(positives) : negatives));
+    if (scores_.empty()) {
+        scores_.assign(values.Samples(), 0.0);
+    } else {
+        // exp(-label * (trust * score - offset)) with the offset that gives both classes the same weight: its
+        // mean is the geometric mean of the classes' means.
+        const auto loss = [&](double trust, double& offset) {
+            double faces = 0.0;
+            double others = 0.0;
+            for (std::size_t s = 0; s < scores_.size(); ++s) {
+                (s < positives_ ? faces : others) +=
+                    std::exp(s < positives_ ? -trust * scores_[s] : trust * scores_[s]);
+            }
+            faces /= static_cast<double>(positives_);
+            others /= static_cast<double>(scores_.size() - positives_);
+            offset = 0.5 * std::log(others / faces);
+            return faces * others;
+        };
+        double least = 1e300;
+        double offset = 0.0;
+        for (double trust = 0.02; trust < 1.5; trust *= 1.1) {
+            double shift = 0.0;
+            const double now = loss(trust, shift);
+            if (now >= least) continue;
+            least = now;
+            trust_ = trust;
+            offset = shift;
+        }
+        for (double& score : scores_) score = trust_ * score - offset;
     }
+    Weigh();
+}
+
+void Booster::Weigh() {
+    double total = 0.0;
+    for (std::size_t s = 0; s < weights_.size(); ++s) {
+        const bool face = s < positives_;
+        weights_[s] = static_cast<float>(std::exp(face ? -scores_[s] : scores_[s]) /
+                                         static_cast<double>(face ? positives_ : weights_.size() - positives_));
+        total += weights_[s];
+    }
+    for (float& w : weights_) w = static_cast<float>(w / total);
 }
 
 void Booster::SelectHeavySamples() {
@@ -138,16 +185,10 @@ Stump Booster::AddStump(const std::vector<std::uint32_t>& candidates) {
     const std::size_t feature = candidates[static_cast<std::size_t>(best - splits.begin())];
 
     const uint8* bins = values_.Row(feature);
-    double total = 0.0;
-    for (std::size_t s = 0; s < weights_.size(); ++s) {
-        scores_[s] += bins[s] < best->bin ? best->below : best->above;
-        weights_[s] =
-            static_cast<float>(std::exp(s < positives_ ? -scores_[s] : scores_[s]) /
-                               static_cast<double>(s < positives_ ? positives_ : weights_.size() - positives_));
-        total += weights_[s];
-    }
-    for (float& w : weights_) w = static_cast<float>(w / total);
-    return {pool_[feature], values_.Edge(feature, best->bin), best->below, best->above};
+    for (std::size_t s = 0; s < weights_.size(); ++s) scores_[s] += bins[s] < best->bin ? best->below : best->above;
+    Weigh();
+    return {pool_[feature], values_.Edge(feature, best->bin), static_cast<float>(best->below / trust_),
+            static_cast<float>(best->above / trust_)};
 }
 
 } // namespace orvane::train

@@ -38,10 +38,14 @@ private:
 class Booster {
 public:
     /// Samples 0 .. positives - 1 are faces. Each class starts with half of the weight.
-    Booster(const std::vector<Feature>& pool, const QuantisedValues& values, std::size_t positives, int threads);
+    /// @param scores what earlier stages say about each sample; empty: nothing. Their trust is weighed anew:
+    ///               they are multiplied by what makes the weights' sum least.
+    Booster(const std::vector<Feature>& pool, const QuantisedValues& values, std::size_t positives, int threads,
+            std::vector<double> scores = {});
 
     /// The stump with the least weighted squared error among the pool's features named by `candidates`.
     /// Samples that together hold less than 1 % of the weight are left out of the search.
+    /// Its values are in units of the earlier scores.
     Stump AddStump(const std::vector<std::uint32_t>& candidates);
 
 private:
@@ -51,6 +55,7 @@ private:
         float below = 0.0f;
         float above = 0.0f;
     };
+    void Weigh();
     void SelectHeavySamples();
     Split BestSplit(std::size_t feature) const;
 
@@ -59,6 +64,7 @@ private:
     std::size_t positives_;
     int threads_;
     std::vector<double> scores_;
+    double trust_ = 1.0; // of the earlier scores
     std::vector<float> weights_;
     std::vector<std::uint32_t> heavy_; // faces first
     std::vector<float> heavyWeights_;

@@ -49,29 +49,39 @@ private:
 
 } // namespace
 
-void SortForDetector(Stage& stage) {
-    std::stable_sort(stage.stumps.begin(), stage.stumps.end(),
-                     [](const Stump& a, const Stump& b) { return OrderOf(a) < OrderOf(b); });
+std::vector<const Stump*> StumpsOf(const Cascade& cascade, std::size_t stage) {
+    std::size_t first = stage;
+    while (first > 0 && cascade.stages[first].chained) --first;
+    std::vector<const Stump*> stumps;
+    for (std::size_t s = first; s <= stage; ++s) {
+        for (const Stump& stump : cascade.stages[s].stumps) stumps.push_back(&stump);
+    }
+    return stumps;
 }
 
-double StageSum(const Stage& stage, const Patch& patch, float norm) {
+Evaluator::Evaluator(const Cascade& cascade) : norm_(AreaNorm(cascade.windowSize)) {
+    for (std::size_t s = 0; s < cascade.stages.size(); ++s) {
+        std::vector<const Stump*> stumps = StumpsOf(cascade, s);
+        std::stable_sort(stumps.begin(), stumps.end(),
+                         [](const Stump* a, const Stump* b) { return OrderOf(*a) < OrderOf(*b); });
+        stages_.push_back({std::move(stumps), cascade.stages[s].threshold - kThresholdBias});
+    }
+}
+
+double Evaluator::StageSum(std::size_t stage, const Patch& patch) const {
     double sum = 0.0;
-    for (const Stump& stump : stage.stumps) {
-        const double bound = static_cast<double>(stump.threshold) * patch.Deviation();
-        sum += patch.Measure(stump.feature, norm) < bound ? stump.below : stump.above;
+    for (const Stump* stump : stages_[stage].stumps) {
+        const double bound = static_cast<double>(stump->threshold) * patch.Deviation();
+        sum += patch.Measure(stump->feature, norm_) < bound ? stump->below : stump->above;
     }
     return sum;
 }
 
-bool Passes(const Stage& stage, const Patch& patch, float norm) {
-    const float threshold = stage.threshold - kThresholdBias;
-    return !(StageSum(stage, patch, norm) < threshold);
-}
-
-bool Passes(const Cascade& cascade, const Patch& patch) {
-    const float norm = AreaNorm(cascade.windowSize);
-    return std::all_of(cascade.stages.begin(), cascade.stages.end(),
-                       [&](const Stage& stage) { return Passes(stage, patch, norm); });
+bool Evaluator::Passes(const Patch& patch) const {
+    for (std::size_t s = 0; s < stages_.size(); ++s) {
+        if (StageSum(s, patch) < stages_[s].threshold) return false;
+    }
+    return true;
 }
 
 std::string FindFault(const Cascade& cascade) {
@@ -105,12 +115,15 @@ std::vector<uint8> ToFile(const Cascade& cascade) {
         int32 rect;
     };
     std::vector<Start> starts;
+    std::vector<int32> counts;
     for (const Stage& stage : cascade.stages) {
-        starts.push_back({static_cast<int32>(stumps.size()), rectCount});
+        const bool chained = stage.chained && !starts.empty();
+        starts.push_back(chained ? starts.back() : Start{static_cast<int32>(stumps.size()), rectCount});
         for (const Stump& stump : stage.stumps) {
             stumps.push_back(&stump);
             rectCount += stump.feature.rectCount;
         }
+        counts.push_back(static_cast<int32>(stumps.size()) - starts.back().stump);
     }
     Writer out;
     out.Int(cascade.windowSize.width);
@@ -119,7 +132,7 @@ std::vector<uint8> ToFile(const Cascade& cascade) {
     out.Int(static_cast<int32>(stumps.size()));
     out.Int(rectCount);
     for (const Stage& stage : cascade.stages) out.Real(stage.threshold);
-    for (const Stage& stage : cascade.stages) out.Int(static_cast<int32>(stage.stumps.size()));
+    for (const int32 count : counts) out.Int(count);
     for (std::size_t i = 0; i < cascade.stages.size(); ++i) out.Int(0);
     for (const Start& start : starts) out.Int(start.stump);
     for (const Start& start : starts) out.Int(start.rect);
@@ -160,7 +173,10 @@ bool FromFile(const std::vector<uint8>& bytes, Cascade& cascade) {
     std::vector<int32> counts(read.stages.size());
     for (Stage& stage : read.stages) stage.threshold = in.Real();
     for (int32& count : counts) count = in.Int();
-    for (int32 i = 0; i < 3 * stageCount; ++i) in.Int(); // reserved and starts: stages follow one another here
+    for (int32 i = 0; i < stageCount; ++i) in.Int(); // reserved
+    std::vector<int32> starts(read.stages.size());
+    for (int32& start : starts) start = in.Int();
+    for (int32 i = 0; i < stageCount; ++i) in.Int(); // rectangles begin where the stumps do
     std::vector<Stump> stumps(static_cast<std::size_t>(stumpCount));
     int64 rects = 0;
     for (Stump& stump : stumps) {
@@ -189,10 +205,13 @@ bool FromFile(const std::vector<uint8>& bytes, Cascade& cascade) {
     }
     std::size_t next = 0;
     for (std::size_t s = 0; s < read.stages.size(); ++s) {
-        if (counts[s] < 1 || static_cast<std::size_t>(counts[s]) > stumps.size() - next) return false;
-        const auto from = stumps.begin() + static_cast<std::ptrdiff_t>(next);
-        read.stages[s].stumps.assign(from, from + counts[s]);
-        next += static_cast<std::size_t>(counts[s]);
+        read.stages[s].chained = s > 0 && starts[s] == starts[s - 1];
+        if (starts[s] < 0 || (!read.stages[s].chained && static_cast<std::size_t>(starts[s]) != next)) return false;
+        const int64 end = int64{starts[s]} + counts[s];
+        if (end <= static_cast<int64>(next) || end > static_cast<int64>(stumps.size())) return false;
+        const auto from = stumps.begin();
+        read.stages[s].stumps.assign(from + static_cast<std::ptrdiff_t>(next), from + static_cast<std::ptrdiff_t>(end));
+        next = static_cast<std::size_t>(end);
     }
     if (next != stumps.size()) return false;
     cascade = std::move(read);

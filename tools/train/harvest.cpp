@@ -12,7 +12,9 @@ namespace orvane::train {
 namespace {
 
 constexpr std::size_t kHeldShare = 5;
-constexpr double kFaceOverlap = 0.4; // a square that meets the face's by more is no negative
+constexpr int kScaleShare = 4;
+constexpr double kLargestShift = 1.05; // the detector's scale step
+constexpr double kFaceOverlap = 0.5;   // a square that meets the face's by more is no negative
 
 Window CopyWindow(const Survivor& s, ImageSize size) {
     Window window;
@@ -87,9 +89,9 @@ std::vector<Window> FromCrop(const FaceCrop& crop, const Framing& framing, const
     const auto zoom = static_cast<int32>(1 + random.Below(2));
     const double side = kCropBoxSide * framing.windowToBox * zoom;
     const double corner = 0.5 * (kCropSide * zoom - side);
-    const double shift = random.Between(1.0, 1.05);
+    const double shift = random.Between(1.0, kLargestShift);
     Reservoir reservoir(2, cascade.WindowSize(), random);
-    VisitSurvivors(AsPicture(crop, zoom), cascade, shift, [&](const Survivor& s) {
+    VisitSurvivors(AsPicture(crop, zoom), cascade, {shift, 1, 0}, [&](const Survivor& s) {
         if (Overlap(s.x, s.y, s.side, corner, corner, side) < kFaceOverlap) reservoir.Offer(s);
     });
     return reservoir.Take();
@@ -107,6 +109,15 @@ void InOrder(std::size_t count, int threads, Work work, Take take) {
             if (!take(from + i, std::move(results[i]))) return;
         }
     }
+}
+
+/// One pass over a picture: one scale in four, so that windows that are plenty come from many pictures at little
+/// cost. The first four passes see it upright, the next mirrored, then turned by quarters.
+void VisitPass(const GreyPicture& picture, const CompiledCascade& cascade, int pass, double shift,
+               const std::function<void(const Survivor&)>& visit) {
+    const int form = pass / kScaleShare;
+    const GreyPicture turned = form == 0 ? GreyPicture{} : Turned(picture, form / 2 % 4, form % 2 != 0);
+    VisitSurvivors(form == 0 ? picture : turned, cascade, {shift, kScaleShare, pass % kScaleShare}, visit);
 }
 
 } // namespace
@@ -132,52 +143,101 @@ PictureSet ReadPictures(const std::string& folder, const std::string& classes, i
     return set;
 }
 
-Negatives Harvest(const PictureSet& pictures, const std::vector<FaceCrop>& crops, const Framing& framing,
-                  const CompiledCascade& cascade, const HarvestOptions& options, uint64 seed, uint64 stage,
-                  const std::function<void(std::size_t, std::size_t)>& progress) {
-    Negatives negatives;
-    const auto found = [&] { return negatives.windows.size() + negatives.held.size(); };
-    const auto keep = [&](std::vector<Window> windows, bool held) {
-        auto& into = held ? negatives.held : negatives.windows;
-        for (Window& window : windows) into.push_back(std::move(window));
-    };
+Harvester::Harvester(const PictureSet& pictures, const std::vector<FaceCrop>& crops, const Framing& framing,
+                     const HarvestOptions& options, uint64 seed)
+    : pictures_(pictures), crops_(crops), framing_(framing), options_(options), seed_(seed) {}
 
-    const auto fromCrops = static_cast<std::size_t>(static_cast<double>(options.wanted) * options.cropShare);
-    const std::vector<std::size_t> cropOrder = Shuffled(crops.size(), Random({seed, stage, 1}));
+Negatives Harvester::Harvest(const Cascade& cascade, const HarvestProgress& progress) {
+    Negatives negatives;
+    const uint64 stage = cascade.stages.size();
+    const CompiledCascade compiled(cascade);
+    AddFromCrops(compiled, stage, negatives);
+    if (stage < static_cast<uint64>(options_.poolStage)) {
+        AddFromPictures(compiled, stage, negatives, progress);
+        return negatives;
+    }
+    if (!pooled_) FillPool(compiled, progress);
+    AddFromPool(cascade, negatives);
+    return negatives;
+}
+
+void Harvester::AddFromCrops(const CompiledCascade& cascade, uint64 stage, Negatives& negatives) const {
+    const auto wanted = static_cast<std::size_t>(static_cast<double>(options_.wanted) * options_.cropShare);
+    if (wanted == 0) return;
+    const std::vector<std::size_t> order = Shuffled(crops_.size(), Random({seed_, stage, 1}));
     InOrder(
-        fromCrops == 0 ? 0 : crops.size(), options.threads,
+        order.size(), options_.threads,
         [&](std::size_t i) {
-            return FromCrop(crops[cropOrder[i]], framing, cascade, Random({seed, stage, 2, i}));
+            return FromCrop(crops_[order[i]], framing_, cascade, Random({seed_, stage, 2, i}));
         },
         [&](std::size_t i, std::vector<Window> windows) {
-            keep(std::move(windows), crops[cropOrder[i]].held);
-            return found() < fromCrops;
+            for (Window& window : windows) negatives.Add(std::move(window), crops_[order[i]].held);
+            return negatives.Count() < wanted;
         });
-    negatives.fromCrops = found();
+    negatives.fromCrops = negatives.Count();
+}
 
-    for (int pass = 0; pass < options.passes && found() < options.wanted; ++pass) {
+void Harvester::AddFromPictures(const CompiledCascade& cascade, uint64 stage, Negatives& negatives,
+                                const HarvestProgress& progress) const {
+    for (int pass = 0; pass < options_.passes && negatives.Count() < options_.wanted; ++pass) {
         const auto p = static_cast<uint64>(pass);
-        const std::vector<std::size_t> order = Shuffled(pictures.pictures.size(), Random({seed, stage, 3, p}));
+        const std::vector<std::size_t> order = Shuffled(pictures_.pictures.size(), Random({seed_, stage, 3, p}));
         InOrder(
-            order.size(), options.threads,
+            order.size(), options_.threads,
             [&](std::size_t i) {
-                Random random({seed, stage, 4, p, i});
-                const double shift = random.Between(1.0, 1.05);
-                Reservoir reservoir(static_cast<std::size_t>(options.perPicture), cascade.WindowSize(), random);
-                const GreyPicture& picture = pictures.pictures[order[i]];
-                // Upright pictures come first; mirrored ones next, then the turned ones.
-                const GreyPicture turned = pass == 0 ? GreyPicture{} : Turned(picture, pass / 2 % 4, pass % 2 != 0);
-                VisitSurvivors(pass == 0 ? picture : turned, cascade, shift,
-                               [&](const Survivor& s) { reservoir.Offer(s); });
+                Random random({seed_, stage, 4, p, i});
+                const double shift = random.Between(1.0, kLargestShift);
+                Reservoir reservoir(static_cast<std::size_t>(options_.perPicture), cascade.WindowSize(), random);
+                VisitPass(pictures_.pictures[order[i]], cascade, pass, shift,
+                          [&](const Survivor& s) { reservoir.Offer(s); });
                 return reservoir.Take();
             },
             [&](std::size_t i, std::vector<Window> windows) {
-                keep(std::move(windows), order[i] % kHeldShare == 0);
-                if (++negatives.pictures % 200 == 0) progress(found(), negatives.pictures);
-                return found() < options.wanted;
+                for (Window& window : windows) negatives.Add(std::move(window), order[i] % kHeldShare == 0);
+                if (++negatives.pictures % 500 == 0) progress(negatives.Count(), negatives.pictures);
+                return negatives.Count() < options_.wanted;
             });
     }
-    return negatives;
+}
+
+void Harvester::FillPool(const CompiledCascade& cascade, const HarvestProgress& progress) {
+    pooled_ = true;
+    std::size_t scanned = 0;
+    for (int pass = 0; pass < options_.passes; ++pass) {
+        InOrder(
+            pictures_.pictures.size(), options_.threads,
+            [&](std::size_t i) {
+                // Nothing here may depend on the stage at which the pool is filled.
+                const double shift = Random({seed_, 5, static_cast<uint64>(pass), i}).Between(1.0, kLargestShift);
+                std::vector<Window> windows;
+                VisitPass(pictures_.pictures[i], cascade, pass, shift,
+                          [&](const Survivor& s) { windows.push_back(CopyWindow(s, cascade.WindowSize())); });
+                return windows;
+            },
+            [&](std::size_t i, std::vector<Window> windows) {
+                for (Window& window : windows) pool_.push_back({std::move(window), i % kHeldShare == 0});
+                if (++scanned % 500 == 0) progress(pool_.size(), scanned);
+                return true;
+            });
+    }
+}
+
+void Harvester::AddFromPool(const Cascade& cascade, Negatives& negatives) {
+    const Evaluator evaluator(cascade);
+    std::vector<char> passes(pool_.size());
+    ForEachIndex(pool_.size(), options_.threads, [&](std::size_t i) {
+        passes[i] = evaluator.Passes(Patch(pool_[i].window.data(), cascade.windowSize)) ? 1 : 0;
+    });
+    std::vector<Found> kept;
+    for (std::size_t i = 0; i < pool_.size(); ++i) {
+        if (passes[i] != 0) kept.push_back(std::move(pool_[i]));
+    }
+    pool_ = std::move(kept);
+    negatives.pictures = pictures_.pictures.size() * static_cast<std::size_t>(options_.passes);
+    for (const std::size_t i : Shuffled(pool_.size(), Random({seed_, cascade.stages.size(), 6}))) {
+        if (negatives.Count() >= options_.wanted) return;
+        negatives.Add(pool_[i].window, pool_[i].held);
+    }
 }
 
 } // namespace orvane::train

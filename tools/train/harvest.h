@@ -20,20 +20,54 @@ struct Negatives {
     std::vector<Window> held;    // one in five pictures, for the stage's false-alarm rate
     std::size_t pictures = 0;    // scanned, turned ones counted again
     std::size_t fromCrops = 0;   // how many of all came out of face crops
+
+    std::size_t Count() const { return windows.size() + held.size(); }
+    void Add(Window window, bool isHeld) { (isHeld ? held : windows).push_back(std::move(window)); }
 };
 
 struct HarvestOptions {
     std::size_t wanted = 12000; // windows in all
-    double cropShare = 0.12;    // of these, at most so many out of face crops
-    int passes = 16;            // over all pictures, each pass turned, mirrored and scaled in its own way
-    int perPicture = 24;        // windows of one picture in one pass
+    double cropShare = 0.2;     // of these, at most so many out of face crops
+    int perPicture = 24;        // windows of one picture in one pass, while they are plenty
+    int passes = 12;            // over all pictures; four make a whole scan, and each four are turned or mirrored
+    int poolStage = 10;         // from this stage on every window of all passes is looked at
     int threads = 2;
 };
 
-/// @param stream seed and stage: the same numbers give the same windows
-/// @param progress told how many windows are there, now and then
-Negatives Harvest(const PictureSet& pictures, const std::vector<FaceCrop>& crops, const Framing& framing,
-                  const CompiledCascade& cascade, const HarvestOptions& options, uint64 seed, uint64 stage,
-                  const std::function<void(std::size_t found, std::size_t pictures)>& progress);
+/// Told now and then: windows found, pictures scanned.
+using HarvestProgress = std::function<void(std::size_t found, std::size_t pictures)>;
+
+/// Harvests for one stage after the other. Early stages take what they need from wherever they find it. From
+/// `poolStage` on windows are rare: all passes are scanned once, and every later stage chooses among the
+/// survivors. That is the same as scanning again, since what passes the longer cascade passed the shorter.
+class Harvester {
+public:
+    /// The data must outlive the harvester.
+    Harvester(const PictureSet& pictures, const std::vector<FaceCrop>& crops, const Framing& framing,
+              const HarvestOptions& options, uint64 seed);
+
+    /// The negatives of stage `cascade.stages.size()`: a function of the arguments and the data alone, whatever
+    /// was harvested before.
+    Negatives Harvest(const Cascade& cascade, const HarvestProgress& progress);
+
+private:
+    struct Found {
+        Window window;
+        bool held;
+    };
+    void AddFromCrops(const CompiledCascade& cascade, uint64 stage, Negatives& negatives) const;
+    void AddFromPictures(const CompiledCascade& cascade, uint64 stage, Negatives& negatives,
+                         const HarvestProgress& progress) const;
+    void FillPool(const CompiledCascade& cascade, const HarvestProgress& progress);
+    void AddFromPool(const Cascade& cascade, Negatives& negatives);
+
+    const PictureSet& pictures_;
+    const std::vector<FaceCrop>& crops_;
+    const Framing& framing_;
+    const HarvestOptions& options_;
+    uint64 seed_;
+    bool pooled_ = false;
+    std::vector<Found> pool_;
+};
 
 } // namespace orvane::train

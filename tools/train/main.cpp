@@ -24,9 +24,10 @@ constexpr const char* kUsage =
     "  --max-stumps N       a stage, 200  --false-alarms R   of each stage, 0.4\n"
     "  --faces N            windows a stage, 12000           --negatives N  windows a stage, 12000\n"
     "  --least-negatives N  end when a harvest brings fewer, 1200\n"
-    "  --passes N           over all pictures, turned and mirrored, for one harvest, 16\n"
+    "  --passes N           over all pictures for one harvest, four to a whole scan, 12\n"
+    "  --pool-stage N       from this stage on, choose among all windows of all passes, 10\n"
     "  --per-picture N      windows of one picture and pass, 24\n"
-    "  --crop-share R       share of the negatives out of face crops, 0.12\n"
+    "  --crop-share R       share of the negatives out of face crops, 0.2\n"
     "  --features N         pool of a stage, 16000           --candidates N  looked at for a stump, 3000\n"
     "  --balance R          1: sources in their proportions, 0: all alike, 0.6\n"
     "  --window N           side of the window, 24           --framing R  window over face box, 0.85\n"
@@ -121,6 +122,7 @@ int RunTrain(int count, char** values) {
     arguments.AddCount("--negatives", o.harvest.wanted);
     arguments.AddCount("--least-negatives", o.leastNegatives);
     arguments.AddCount("--passes", o.harvest.passes);
+    arguments.AddCount("--pool-stage", o.harvest.poolStage);
     arguments.AddCount("--per-picture", o.harvest.perPicture);
     arguments.Add("--crop-share", o.harvest.cropShare);
     arguments.AddCount("--features", o.features);

@@ -99,45 +99,46 @@ GreyPicture Turned(const GreyPicture& picture, int quarters, bool mirrored) {
 
 CompiledCascade::CompiledCascade(const Cascade& cascade) : windowSize_(cascade.windowSize) {
     const float norm = AreaNorm(windowSize_);
-    for (const Stage& stage : cascade.stages) {
+    for (std::size_t s = 0; s < cascade.stages.size(); ++s) {
         std::vector<ImageRect> rects;
         std::vector<float> weights;
         std::vector<float> thresholds;
         std::vector<float> below;
         std::vector<float> above;
         std::vector<int32> counts;
-        for (const Stump& stump : stage.stumps) {
-            for (std::size_t i = 0; i < static_cast<std::size_t>(stump.feature.rectCount); ++i) {
-                rects.push_back(stump.feature.rects[i]);
-                weights.push_back(stump.feature.weights[i] * norm);
+        for (const Stump* stump : StumpsOf(cascade, s)) {
+            for (std::size_t i = 0; i < static_cast<std::size_t>(stump->feature.rectCount); ++i) {
+                rects.push_back(stump->feature.rects[i]);
+                weights.push_back(stump->feature.weights[i] * norm);
             }
-            thresholds.push_back(stump.threshold);
-            below.push_back(stump.below);
-            above.push_back(stump.above);
-            counts.push_back(stump.feature.rectCount);
+            thresholds.push_back(stump->threshold);
+            below.push_back(stump->below);
+            above.push_back(stump->above);
+            counts.push_back(stump->feature.rectCount);
         }
         HaarClassifier* object = nullptr;
         primHaarClassifierInitAlloc_32f(&object, rects.data(), weights.data(), thresholds.data(), below.data(),
                                         above.data(), counts.data(), static_cast<int32>(counts.size()));
-        stages_.push_back({{object, primHaarClassifierFree_32f}, stage.threshold - kThresholdBias});
+        stages_.push_back({{object, primHaarClassifierFree_32f}, cascade.stages[s].threshold - kThresholdBias});
     }
 }
 
-void VisitSurvivors(const GreyPicture& picture, const CompiledCascade& cascade, double scaleShift,
+void VisitSurvivors(const GreyPicture& picture, const CompiledCascade& cascade, const ScaleChoice& choice,
                     const std::function<void(const Survivor&)>& visit) {
     const ImageSize window = cascade.WindowSize();
     const int32 width = picture.size.width;
     const auto largest = static_cast<int32>(static_cast<float>(width) * 0.95f + 0.5);
     const auto smallest = static_cast<int32>(static_cast<float>(width) * (width < 500 ? 0.05f : 0.07f));
-    auto scale = static_cast<float>(InitialScale(width, smallest, window.width) * scaleShift);
+    auto scale = static_cast<float>(InitialScale(width, smallest, window.width) * choice.shift);
     Planes planes;
-    for (;; scale *= 1.05f) {
+    for (int index = 0;; ++index, scale *= 1.05f) {
         const float inverse = 1.0f / scale;
         const float scaledWidth = inverse * static_cast<float>(width);
         const float scaledHeight = static_cast<float>(picture.size.height) * inverse;
         if (!(scaledWidth > static_cast<float>(window.width + 5))) return;
         if (!(scaledHeight > static_cast<float>(window.height + 5))) return;
         if (!(static_cast<float>(largest) > static_cast<float>(window.width) * scale)) return;
+        if (index % choice.every != choice.first) continue;
         ScanScale(picture, cascade, scale, inverse, {static_cast<int32>(scaledWidth), static_cast<int32>(scaledHeight)},
                   planes, visit);
     }

@@ -51,10 +51,16 @@ struct Survivor {
     double side;
 };
 
+/// Which of the detector's scales are visited.
+struct ScaleChoice {
+    double shift = 1.0; // 1 to 1.05, multiplies all scales: another run of a picture then sees other samples
+    int every = 1;      // one scale in so many,
+    int first = 0;      // beginning with this one
+};
+
 /// Visits every window of the picture that the detector's normal pass evaluates and that passes all stages,
-/// in the order of the detector's scan. `scaleShift` (1 to 1.05) multiplies all scales: another run of the
-/// same picture then sees other samples.
-void VisitSurvivors(const GreyPicture& picture, const CompiledCascade& cascade, double scaleShift,
+/// in the order of the detector's scan.
+void VisitSurvivors(const GreyPicture& picture, const CompiledCascade& cascade, const ScaleChoice& choice,
                     const std::function<void(const Survivor&)>& visit);
 
 } // namespace orvane::train

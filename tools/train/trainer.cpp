@@ -5,6 +5,7 @@
 #include "tools/train/boosting.h"
 #include "tools/train/checkpoint.h"
 #include "tools/train/parallel.h"
+#include "tools/train/threshold.h"
 
 #include <algorithm>
 #include <chrono>
@@ -28,6 +29,7 @@ Faces CutFaces(const TrainOptions& options, const TrainData& data, const Cascade
     const CropLottery lottery(data.crops, held);
     Faces faces;
     if (lottery.Empty()) return faces;
+    const Evaluator evaluator(cascade);
     constexpr std::size_t kBlock = 1024;
     std::size_t cut = 0;
     while (faces.windows.size() < wanted && cut < 20 * wanted + kBlock) {
@@ -36,7 +38,7 @@ Faces CutFaces(const TrainOptions& options, const TrainData& data, const Cascade
         ForEachIndex(kBlock, options.harvest.threads, [&](std::size_t i) {
             Random random({options.seed, cascade.stages.size(), held ? 11u : 10u, cut + i});
             block[i] = CutWindow(lottery.Draw(random), options.framing, cascade.windowSize, random);
-            passed[i] = Passes(cascade, Patch(block[i].data(), cascade.windowSize)) ? 1 : 0;
+            passed[i] = evaluator.Passes(Patch(block[i].data(), cascade.windowSize)) ? 1 : 0;
         });
         for (std::size_t i = 0; i < kBlock && faces.windows.size() < wanted; ++i, ++cut) {
             if (passed[i] != 0) faces.windows.push_back(std::move(block[i]));
@@ -85,6 +87,11 @@ public:
     HeldScores(std::vector<Patch> patches, std::size_t faces, float norm)
         : patches_(std::move(patches)), faces_(faces), norm_(norm), scores_(patches_.size(), 0.0) {}
 
+    /// Sets the scores to the detector's own sums of a stage.
+    void Compute(const Evaluator& evaluator, std::size_t stage) {
+        for (std::size_t i = 0; i < patches_.size(); ++i) scores_[i] = evaluator.StageSum(stage, patches_[i]);
+    }
+
     void Add(const Stump& stump, int threads) {
         ForEachIndex((patches_.size() + kChunk - 1) / kChunk, threads, [&](std::size_t chunk) {
             const std::size_t end = std::min(patches_.size(), (chunk + 1) * kChunk);
@@ -95,43 +102,22 @@ public:
         });
     }
 
-    /// Replaces the running sums by the detector's own.
-    void Recompute(const Stage& stage) {
-        for (std::size_t i = 0; i < patches_.size(); ++i) scores_[i] = StageSum(stage, patches_[i], norm_);
-    }
-
     /// The largest sum that still lets `hitRate` of the faces pass.
     double ThresholdFor(double hitRate) const {
-        std::vector<double> sorted(scores_.begin(), scores_.begin() + static_cast<std::ptrdiff_t>(faces_));
-        std::sort(sorted.begin(), sorted.end());
-        const auto lost = static_cast<std::size_t>((1.0 - hitRate) * static_cast<double>(faces_));
-        return sorted[std::min(lost, sorted.size() - 1)];
+        return LeastSumFor({scores_.begin(), scores_.begin() + static_cast<std::ptrdiff_t>(faces_)}, hitRate);
     }
 
-    double FacesKept(double threshold) const { return Share(0, faces_, threshold); }
-    double NegativesKept(double threshold) const { return Share(faces_, scores_.size(), threshold); }
+    double FacesKept(double least) const { return ShareAtLeast(scores_, 0, faces_, least); }
+    double NegativesKept(double least) const { return ShareAtLeast(scores_, faces_, scores_.size(), least); }
 
 private:
     static constexpr std::size_t kChunk = 1024;
-
-    double Share(std::size_t from, std::size_t to, double threshold) const {
-        std::size_t kept = 0;
-        for (std::size_t i = from; i < to; ++i) kept += scores_[i] < threshold ? 0 : 1;
-        return static_cast<double>(kept) / static_cast<double>(std::max<std::size_t>(to - from, 1));
-    }
 
     std::vector<Patch> patches_;
     std::size_t faces_;
     float norm_;
     std::vector<double> scores_;
 };
-
-/// The file's threshold for a wanted least sum: after the bias is off, `sum` itself must still pass.
-float FileThreshold(double sum) {
-    auto threshold = static_cast<float>(sum + static_cast<double>(kThresholdBias));
-    while (sum < threshold - kThresholdBias) threshold = std::nextafter(threshold, -1e9f);
-    return threshold;
-}
 
 void SayStump(std::FILE* progress, int stage, std::size_t stumps, double hits, double alarms) {
     std::fprintf(progress, "stage %2d  %3zu stumps  hit rate %.4f  false alarms %.4f\n", stage, stumps, hits, alarms);
@@ -140,8 +126,8 @@ void SayStump(std::FILE* progress, int stage, std::size_t stumps, double hits, d
 
 } // namespace
 
-bool TrainStage(const TrainOptions& options, const TrainData& data, Cascade& cascade, StageReport& report,
-                std::FILE* progress) {
+bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& harvester, Cascade& cascade,
+                StageReport& report, std::FILE* progress) {
     const Clock::time_point start = Clock::now();
     const std::size_t index = cascade.stages.size();
     const int threads = options.harvest.threads;
@@ -150,17 +136,14 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Cascade& cas
     report = {};
     report.stage = static_cast<int>(index);
 
-    const Negatives negatives =
-        Harvest(data.pictures, data.crops, options.framing, CompiledCascade(cascade), options.harvest, options.seed,
-                index, [&](std::size_t found, std::size_t pictures) {
-                    std::fprintf(progress, "stage %2zu  %zu of %zu negatives out of %zu pictures\n", index, found,
-                                 options.harvest.wanted, pictures);
-                    std::fflush(progress);
-                });
-    report.negatives = negatives.windows.size() + negatives.held.size();
+    const Negatives negatives = harvester.Harvest(cascade, [&](std::size_t found, std::size_t pictures) {
+        std::fprintf(progress, "stage %2zu  %zu negatives out of %zu pictures\n", index, found, pictures);
+        std::fflush(progress);
+    });
+    report.negatives = negatives.Count();
     report.fromCrops = negatives.fromCrops;
     report.pictures = negatives.pictures;
-    if (report.negatives < options.leastNegatives || negatives.held.empty()) return false;
+    if (report.negatives - report.fromCrops < options.leastNegatives || negatives.held.empty()) return false;
 
     const Faces faces = CutFaces(options, data, cascade, false, options.faces * 4 / 5);
     const Faces held = CutFaces(options, data, cascade, true, options.faces / 5);
@@ -169,11 +152,19 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Cascade& cas
     report.facesReached = held.reached;
 
     const std::vector<Feature> pool = MakeFeaturePool(size, options.features, options.seed * 1000 + index);
-    const QuantisedValues values(pool, PatchesOf(faces.windows, negatives.windows, size), norm, threads);
-    Booster booster(pool, values, faces.windows.size(), threads);
+    const std::vector<Patch> patches = PatchesOf(faces.windows, negatives.windows, size);
+    const QuantisedValues values(pool, patches, norm, threads);
     HeldScores scores(PatchesOf(held.windows, negatives.held, size), held.windows.size(), norm);
+    std::vector<double> earlier;
+    if (index > 0) {
+        const Evaluator evaluator(cascade);
+        for (const Patch& patch : patches) earlier.push_back(evaluator.StageSum(index - 1, patch));
+        scores.Compute(evaluator, index - 1);
+    }
+    Booster booster(pool, values, faces.windows.size(), threads, std::move(earlier));
 
-    Stage stage;
+    cascade.stages.push_back({0.0f, index > 0, {}});
+    Stage& stage = cascade.stages.back();
     while (static_cast<int>(stage.stumps.size()) < options.maxStumps) {
         stage.stumps.push_back(booster.AddStump(Candidates(options, pool, index, stage.stumps.size())));
         scores.Add(stage.stumps.back(), threads);
@@ -184,21 +175,20 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Cascade& cas
         }
         if (alarms <= options.falseAlarms) break;
     }
-    SortForDetector(stage);
-    scores.Recompute(stage);
+    scores.Compute(Evaluator(cascade), index);
     stage.threshold = FileThreshold(scores.ThresholdFor(options.hitRate));
     const double passing = stage.threshold - kThresholdBias;
     report.hitRate = scores.FacesKept(passing);
     report.falseAlarms = scores.NegativesKept(passing);
     report.stumps = static_cast<int>(stage.stumps.size());
     report.seconds = SecondsSince(start);
-    cascade.stages.push_back(std::move(stage));
     return true;
 }
 
 int Train(const TrainOptions& options, const TrainData& data, std::FILE* progress) {
     Cascade cascade;
     cascade.windowSize = options.windowSize;
+    Harvester harvester(data.pictures, data.crops, options.framing, options.harvest, options.seed);
     std::vector<StageReport> reports;
     const std::string fingerprint = Fingerprint(options, data);
     if (!options.work.empty()) {
@@ -212,7 +202,7 @@ int Train(const TrainOptions& options, const TrainData& data, std::FILE* progres
     std::fprintf(progress, "%s\n", fingerprint.c_str());
     while (static_cast<int>(cascade.stages.size()) < options.stages) {
         StageReport report;
-        if (!TrainStage(options, data, cascade, report, progress)) {
+        if (!TrainStage(options, data, harvester, cascade, report, progress)) {
             std::fprintf(progress, "stage %2d  %zu negatives are left: the training ends here\n", report.stage,
                          report.negatives);
             break;
@@ -249,12 +239,12 @@ std::string Fingerprint(const TrainOptions& o, const TrainData& data) {
     char text[512];
     std::snprintf(text, sizeof text,
                   "classes %s seed %llu window %dx%d stumps %d hit %g alarms %g features %d of %d faces %zu balance %g "
-                  "framing %g %g %g %g negatives %zu least %zu crops %g passes %d each %d data %zu %zu %016llx",
+                  "framing %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d data %zu %zu %016llx",
                   o.classes.c_str(), static_cast<unsigned long long>(o.seed), o.windowSize.width, o.windowSize.height,
                   o.maxStumps, o.hitRate, o.falseAlarms, o.candidates, o.features, o.faces, o.balance,
                   o.framing.windowToBox, o.framing.shift, o.framing.scale, o.framing.roll, o.harvest.wanted,
-                  o.leastNegatives, o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, data.crops.size(),
-                  data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
+                  o.leastNegatives, o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage,
+                  data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
     return text;
 }
 

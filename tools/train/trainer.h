@@ -49,8 +49,8 @@ struct TrainData {
 
 /// Trains one further stage on top of `cascade`. False when there were too few negatives or faces left.
 /// Depends on nothing but the arguments: no state is carried from stage to stage.
-bool TrainStage(const TrainOptions& options, const TrainData& data, Cascade& cascade, StageReport& report,
-                std::FILE* progress);
+bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& harvester, Cascade& cascade,
+                StageReport& report, std::FILE* progress);
 
 /// Trains up to `options.stages` stages and writes the classifier file. With a work folder every stage is
 /// written down as it ends, and a training that was stopped goes on behind its last whole stage.

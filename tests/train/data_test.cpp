@@ -1,0 +1,119 @@
+// Tables, crops and the measures of the evaluation.
+#include "tests/train/samples.h"
+#include "tools/train/evaluate.h"
+#include "tools/train/table.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace orvane::train {
+namespace {
+
+class DataFolder : public testing::Test {
+protected:
+    void SetUp() override {
+        folder_ = testing::TempDir() + "orvane_data_test";
+        std::filesystem::create_directories(folder_);
+    }
+    void TearDown() override { std::filesystem::remove_all(folder_); }
+    void Write(const std::string& name, const std::string& text) {
+        ASSERT_TRUE(WriteFile(folder_ + "/" + name, {text.begin(), text.end()}));
+    }
+    std::string folder_;
+};
+
+TEST_F(DataFolder, ATableGivesCellsByColumnName) {
+    Write("t.csv", "name,size\r\na,1.5\nb,\n\nc\n");
+    Table table;
+    ASSERT_TRUE(table.Read(folder_ + "/t.csv"));
+    ASSERT_EQ(table.Rows(), 3u);
+    EXPECT_EQ(table.Text(0, "name"), "a");
+    EXPECT_EQ(table.Number(0, "size"), 1.5);
+    EXPECT_EQ(table.Number(1, "size"), 0.0);
+    EXPECT_EQ(table.Text(2, "size"), "");
+    EXPECT_EQ(table.Text(0, "colour"), "");
+    EXPECT_EQ(table.Text(9, "name"), "");
+    EXPECT_FALSE(table.Read(folder_ + "/none.csv"));
+}
+
+TEST_F(DataFolder, CropsAreChosenBySplitClassAndFlags) {
+    Write("positives.csv", "index,source,class,split,flags,person\n"
+                           "0,one,A,train,16,1\n1,one,A,dev,16,2\n2,two,B,train,16,3\n"
+                           "3,two,C,train,16,4\n4,two,A,train,20,5\n5,two,A,train,8,6\n");
+    Write("positives.bin", std::string(6 * 48 * 48, 'x'));
+    EXPECT_EQ(ReadCrops(folder_, "ABC", 1.0).crops.size(), 3u);
+    EXPECT_EQ(ReadCrops(folder_, "A,B", 1.0).crops.size(), 2u);
+    EXPECT_EQ(ReadCrops(folder_, "A", 1.0).crops.size(), 1u);
+    EXPECT_NE(ReadCrops(folder_, "D", 1.0).error, "");
+    EXPECT_NE(ReadCrops(folder_ + "/none", "A", 1.0).error, "");
+}
+
+TEST_F(DataFolder, AShortPixelFileIsRefused) {
+    Write("positives.csv", "index,source,class,split,flags,person\n0,one,A,train,16,1\n1,one,A,train,16,2\n");
+    Write("positives.bin", std::string(2 * 48 * 48 - 1, 'x'));
+    EXPECT_EQ(ReadCrops(folder_, "A", 1.0).error, "positives.bin is shorter than its table");
+}
+
+TEST_F(DataFolder, CropsLieWithTheirLowestRowFirst) {
+    Write("positives.csv", "index,source,class,split,flags,person\n0,one,A,train,16,1\n");
+    std::string pixels(48 * 48, 'a');
+    pixels.replace(47 * 48, 48, 48, 'z');
+    Write("positives.bin", pixels);
+    const CropSet set = ReadCrops(folder_, "A", 1.0);
+    ASSERT_EQ(set.crops.size(), 1u);
+    EXPECT_EQ(set.crops[0].pixels[0], 'z');
+    EXPECT_EQ(set.crops[0].pixels[48], 'a');
+}
+
+TEST(CropLottery, DrawsOnlyItsOwnSideAndByWeight) {
+    std::vector<FaceCrop> crops(3);
+    crops[0].draw = 3.0;
+    crops[2].held = true;
+    const CropLottery lottery(crops, false);
+    Random random({1});
+    int first = 0;
+    for (int i = 0; i < 4000; ++i) {
+        const FaceCrop& crop = lottery.Draw(random);
+        ASSERT_NE(&crop, &crops[2]);
+        if (&crop == &crops[0]) ++first;
+    }
+    EXPECT_NEAR(first, 3000, 120);
+    EXPECT_TRUE(CropLottery({crops.begin(), crops.begin() + 2}, true).Empty());
+}
+
+TEST(CutWindow, IsTheSameForTheSameStreamAndStraysForAnother) {
+    const FaceCrop crop = MadeUpCrops(1)[0];
+    const auto cut = [&](uint64 stream) {
+        Random random({stream});
+        return CutWindow(crop, Framing{}, {24, 24}, random);
+    };
+    EXPECT_EQ(cut(1), cut(1));
+    EXPECT_NE(cut(1), cut(2));
+}
+
+TEST(SquareMapping, KeepsTheCentreAndLetsTheSideGrow) {
+    const FaceSquare mapped = Map({10, 20, 40}, {1.25, 0.0});
+    EXPECT_EQ(mapped.side, 50.0);
+    EXPECT_EQ(mapped.x, 5.0);
+    EXPECT_EQ(mapped.y, 15.0);
+    EXPECT_EQ(Map({0, 0, 10}, {1.0, 0.5}).y, 5.0);
+}
+
+TEST(SquareOverlap, IsIntersectionOverUnion) {
+    EXPECT_EQ(OverlapOf({0, 0, 10}, {0, 0, 10}), 1.0);
+    EXPECT_EQ(OverlapOf({0, 0, 10}, {10, 0, 10}), 0.0);
+    EXPECT_EQ(OverlapOf({0, 0, 0}, {0, 0, 0}), 0.0);
+    EXPECT_DOUBLE_EQ(OverlapOf({0, 0, 10}, {5, 0, 10}), 50.0 / 150.0);
+    EXPECT_DOUBLE_EQ(OverlapOf({0, 0, 10}, {0, 0, 20}), 0.25);
+}
+
+TEST_F(DataFolder, AnEvaluationWithoutItsFilesFails) {
+    std::FILE* out = std::tmpfile();
+    ASSERT_NE(out, nullptr);
+    EXPECT_EQ(Evaluate({folder_ + "/none.dat", folder_, "", false, {}}, out), 1);
+    std::fclose(out);
+}
+
+} // namespace
+} // namespace orvane::train

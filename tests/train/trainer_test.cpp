@@ -1,0 +1,138 @@
+// A whole small training on made-up data: it learns, gives the same bytes again, and goes on after a stop.
+#include "tools/train/trainer.h"
+
+#include "tests/train/samples.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace orvane::train {
+namespace {
+
+namespace fs = std::filesystem;
+
+TrainData MadeUpData() {
+    TrainData data;
+    data.crops = MadeUpCrops(40);
+    for (uint64 i = 0; i < 12; ++i) data.pictures.pictures.push_back(MadeUpPicture({150, 120}, i));
+    return data;
+}
+
+TrainOptions SmallTraining(const std::string& folder) {
+    TrainOptions options;
+    options.out = folder + "/out.dat";
+    options.windowSize = {14, 14};
+    options.stages = 3;
+    options.maxStumps = 12;
+    options.features = 400;
+    options.candidates = 150;
+    options.faces = 300;
+    options.leastNegatives = 10;
+    options.harvest.wanted = 300;
+    options.harvest.poolStage = 2;
+    options.harvest.passes = 4;
+    options.harvest.threads = 2;
+    return options;
+}
+
+class Training : public testing::Test {
+protected:
+    void SetUp() override {
+        folder_ = testing::TempDir() + "orvane_trainer_test";
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+        log_ = std::fopen((folder_ + "/log.txt").c_str(), "w");
+        ASSERT_NE(log_, nullptr);
+    }
+    void TearDown() override {
+        std::fclose(log_);
+        fs::remove_all(folder_);
+    }
+    std::vector<uint8> Result(const TrainOptions& options) {
+        std::vector<uint8> bytes;
+        EXPECT_EQ(Train(options, data_, log_), 0);
+        EXPECT_TRUE(ReadFile(options.out, bytes));
+        return bytes;
+    }
+
+    const TrainData data_ = MadeUpData();
+    std::string folder_;
+    std::FILE* log_ = nullptr;
+};
+
+TEST_F(Training, LearnsToTellFacesFromOtherWindows) {
+    Cascade cascade;
+    ASSERT_TRUE(FromFile(Result(SmallTraining(folder_)), cascade));
+    EXPECT_EQ(FindFault(cascade), "");
+    const Evaluator evaluator(cascade);
+    Random random({77});
+    int faces = 0;
+    int noise = 0;
+    for (int i = 0; i < 200; ++i) {
+        const Window face = CutWindow(data_.crops[static_cast<std::size_t>(i % 40)], Framing{}, {14, 14}, random);
+        const Window other = RandomWindow({14, 14}, random);
+        faces += evaluator.Passes(Patch(face.data(), {14, 14})) ? 1 : 0;
+        noise += evaluator.Passes(Patch(other.data(), {14, 14})) ? 1 : 0;
+    }
+    EXPECT_GE(faces, 180);
+    EXPECT_LE(noise, 4);
+}
+
+TEST_F(Training, GivesTheSameBytesForTheSameSeedOnAnyNumberOfThreads) {
+    TrainOptions options = SmallTraining(folder_);
+    const std::vector<uint8> first = Result(options);
+    options.harvest.threads = 1;
+    EXPECT_EQ(Result(options), first);
+    options.seed = 2;
+    EXPECT_NE(Result(options), first);
+}
+
+TEST_F(Training, GoesOnBehindTheLastStageWithTheSameResult) {
+    TrainOptions options = SmallTraining(folder_);
+    const std::vector<uint8> whole = Result(options);
+    for (const int firstPart : {1, 2}) {
+        options.work = folder_ + "/work" + std::to_string(firstPart);
+        options.stages = firstPart;
+        Result(options);
+        options.stages = 3;
+        EXPECT_EQ(Result(options), whole) << "stopped behind stage " << firstPart;
+    }
+}
+
+TEST_F(Training, AWorkFolderOfOtherSettingsIsRefused) {
+    TrainOptions options = SmallTraining(folder_);
+    options.work = folder_ + "/work";
+    options.stages = 1;
+    Result(options);
+    options.seed = 2;
+    EXPECT_EQ(Train(options, data_, log_), 1);
+}
+
+TEST_F(Training, ADamagedCheckpointIsRefused) {
+    TrainOptions options = SmallTraining(folder_);
+    options.work = folder_ + "/work";
+    options.stages = 1;
+    Result(options);
+    ASSERT_TRUE(WriteFile(options.work + "/stages.dat", {1, 2, 3}));
+    EXPECT_EQ(Train(options, data_, log_), 1);
+}
+
+TEST_F(Training, WithoutNegativesThereIsNoCascade) {
+    TrainOptions options = SmallTraining(folder_);
+    TrainData flat;
+    flat.crops = data_.crops;
+    flat.pictures.pictures.push_back({{100, 100}, std::vector<uint8>(10000, 50)});
+    EXPECT_EQ(Train(options, flat, log_), 1);
+    EXPECT_FALSE(fs::exists(options.out));
+}
+
+TEST_F(Training, AnOutputThatCannotBeWrittenIsAFailure) {
+    TrainOptions options = SmallTraining(folder_);
+    options.stages = 1;
+    options.out = folder_ + "/none/out.dat";
+    EXPECT_EQ(Train(options, data_, log_), 1);
+}
+
+} // namespace
+} // namespace orvane::train
