@@ -41,8 +41,8 @@ TEST(Boosting, TheFirstStumpSeparatesWhatOneFeatureCanSeparate) {
     const Stump stump = booster.AddStump(All(pool.size()));
     int wrong = 0;
     for (std::size_t s = 0; s < patches.size(); ++s) {
-        const bool below = patches[s].Measure(stump.feature, norm) <
-                           static_cast<double>(stump.threshold) * patches[s].Deviation();
+        const bool below =
+            patches[s].Measure(stump.feature, norm) < static_cast<double>(stump.threshold) * patches[s].Deviation();
         const float value = below ? stump.below : stump.above;
         if ((value > 0.0f) != (s < 200)) ++wrong;
     }
@@ -90,8 +90,8 @@ TEST(QuantisedFeatures, ABinHoldsTheValuesBetweenItsEdges) {
         for (std::size_t s = 0; s < patches.size(); ++s) {
             const double value = patches[s].Measure(pool[f], norm) / patches[s].Deviation();
             const int bin = values.Row(f)[s];
-            if (bin > 0) EXPECT_GE(value, values.Edge(f, bin) - 1e-4);
-            if (bin < 255) EXPECT_LE(value, values.Edge(f, bin + 1) + 1e-4);
+            EXPECT_TRUE(bin == 0 || value >= values.Edge(f, bin) - 1e-4) << value << " in bin " << bin;
+            EXPECT_TRUE(bin == 255 || value <= values.Edge(f, bin + 1) + 1e-4) << value << " in bin " << bin;
         }
     }
 }
@@ -100,11 +100,16 @@ TEST(StageThreshold, KeepsTheWantedShareOfFaces) {
     std::vector<double> sums;
     for (int i = 999; i >= 0; --i) sums.push_back(i);
     EXPECT_EQ(LeastSumFor(sums, 1.0), 0.0);
-    EXPECT_EQ(LeastSumFor(sums, 0.9), 100.0);
+    EXPECT_EQ(LeastSumFor(sums, 0.75), 250.0);
     EXPECT_EQ(ShareAtLeast(sums, 0, sums.size(), 100.0), 0.9);
     EXPECT_EQ(ShareAtLeast(sums, 500, 1000, 100.0), 0.8);
     EXPECT_EQ(ShareAtLeast(sums, 3, 3, 0.0), 0.0);
     EXPECT_EQ(LeastSumFor({4.0}, 0.5), 4.0);
+    for (const double rate : {0.9, 0.95, 0.99, 0.997}) {
+        const double kept = ShareAtLeast(sums, 0, sums.size(), LeastSumFor(sums, rate));
+        EXPECT_GE(kept, rate);
+        EXPECT_LE(kept, rate + 0.0011);
+    }
 }
 
 TEST(StageThreshold, LetsItsOwnSumPassAfterTheBias) {

@@ -88,7 +88,8 @@ TEST_P(CascadeFile, IsTakenByTheDetectorWithTheSameStages) {
         const Patch patch(window.data(), kWindow);
         std::vector<float> sum(25 * 25);
         std::vector<double> squares(25 * 25);
-        primSqrIntegral_8u32f64f_C1(window.data(), 24, sum.data(), 100, squares.data(), 200, kWindow, -16777216.0f, 0.0);
+        primSqrIntegral_8u32f64f_C1(window.data(), 24, sum.data(), 100, squares.data(), 200, kWindow, -16777216.0f,
+                                    0.0);
         float deviation = patch.Deviation();
         for (std::size_t s = 0; s < 3; ++s) {
             // The nearest floats on both sides of the sum: the detector's sum lies between them as well.

@@ -37,9 +37,9 @@ bool DetectorTakesAbove(const Stump& stump, const Window& window) {
               0);
     uint8 mask = 255;
     int32 positive = 1;
-    EXPECT_EQ(
-        primApplyHaarClassifier_32f_C1(sum.data(), step, &deviation, 4, &mask, 1, {1, 1}, &positive, stump.above, stage),
-        0);
+    EXPECT_EQ(primApplyHaarClassifier_32f_C1(sum.data(), step, &deviation, 4, &mask, 1, {1, 1}, &positive, stump.above,
+                                             stage),
+              0);
     primHaarClassifierFree_32f(stage);
     return mask != 0;
 }
