@@ -30,7 +30,7 @@ TrainOptions SmallTraining(const std::string& folder) {
     options.faces = 300;
     options.leastNegatives = 10;
     options.harvest.wanted = 300;
-    options.harvest.poolStage = 2;
+    options.harvest.poolStage = 1;
     options.harvest.passes = 4;
     options.harvest.threads = 2;
     return options;
@@ -98,6 +98,15 @@ TEST_F(Training, GoesOnBehindTheLastStageWithTheSameResult) {
         options.stages = 3;
         EXPECT_EQ(Result(options), whole) << "stopped behind stage " << firstPart;
     }
+}
+
+TEST_F(Training, WindowsLeftByATrainingThatWasGivenUpAreNotUsed) {
+    TrainOptions options = SmallTraining(folder_);
+    const std::vector<uint8> whole = Result(options);
+    options.work = folder_ + "/work";
+    fs::create_directories(options.work);
+    ASSERT_TRUE(WriteFile(options.work + "/pool.bin", std::vector<uint8>(100 * (14 * 14 + 1), 1)));
+    EXPECT_EQ(Result(options), whole);
 }
 
 TEST_F(Training, AWorkFolderOfOtherSettingsIsRefused) {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 namespace orvane::train {
 namespace {
@@ -156,7 +157,11 @@ Negatives Harvester::Harvest(const Cascade& cascade, const HarvestProgress& prog
         AddFromPictures(compiled, stage, negatives, progress);
         return negatives;
     }
-    if (!pooled_) FillPool(compiled, progress);
+    if (!pooled_ && !LoadPool(cascade.windowSize)) {
+        FillPool(compiled, progress);
+        if (!SavePool()) std::fprintf(stderr, "cannot write %s\n", options_.poolFile.c_str());
+    }
+    pooled_ = true;
     AddFromPool(cascade, negatives);
     return negatives;
 }
@@ -200,8 +205,31 @@ void Harvester::AddFromPictures(const CompiledCascade& cascade, uint64 stage, Ne
     }
 }
 
+bool Harvester::LoadPool(ImageSize windowSize) {
+    std::vector<uint8> bytes;
+    const auto pixels = static_cast<std::size_t>(windowSize.width * windowSize.height);
+    if (options_.poolFile.empty() || !ReadFile(options_.poolFile, bytes) || bytes.size() % (pixels + 1) != 0)
+        return false;
+    for (auto at = bytes.begin(); at != bytes.end();) {
+        const bool held = *at++ != 0;
+        const auto end = at + static_cast<std::ptrdiff_t>(pixels);
+        pool_.push_back({Window(at, end), held});
+        at = end;
+    }
+    return true;
+}
+
+bool Harvester::SavePool() const {
+    if (options_.poolFile.empty()) return true;
+    std::vector<uint8> bytes; // for each window: held or not, then its pixels
+    for (const Found& found : pool_) {
+        bytes.push_back(found.held ? 1 : 0);
+        bytes.insert(bytes.end(), found.window.begin(), found.window.end());
+    }
+    return WriteFile(options_.poolFile, bytes);
+}
+
 void Harvester::FillPool(const CompiledCascade& cascade, const HarvestProgress& progress) {
-    pooled_ = true;
     std::size_t scanned = 0;
     for (int pass = 0; pass < options_.passes; ++pass) {
         InOrder(

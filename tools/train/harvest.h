@@ -32,6 +32,7 @@ struct HarvestOptions {
     int passes = 12;            // over all pictures; four make a whole scan, and each four are turned or mirrored
     int poolStage = 10;         // from this stage on every window of all passes is looked at
     int threads = 2;
+    std::string poolFile; // the scan of all passes is kept here for a training that goes on; empty: nowhere
 };
 
 /// Told now and then: windows found, pictures scanned.
@@ -47,7 +48,8 @@ public:
               const HarvestOptions& options, uint64 seed);
 
     /// The negatives of stage `cascade.stages.size()`: a function of the arguments and the data alone, whatever
-    /// was harvested before.
+    /// was harvested before. A pool file must come from the same data and options and from an earlier stage of
+    /// the same cascade.
     Negatives Harvest(const Cascade& cascade, const HarvestProgress& progress);
 
 private:
@@ -58,6 +60,8 @@ private:
     void AddFromCrops(const CompiledCascade& cascade, uint64 stage, Negatives& negatives) const;
     void AddFromPictures(const CompiledCascade& cascade, uint64 stage, Negatives& negatives,
                          const HarvestProgress& progress) const;
+    bool LoadPool(ImageSize windowSize);
+    bool SavePool() const;
     void FillPool(const CompiledCascade& cascade, const HarvestProgress& progress);
     void AddFromPool(const Cascade& cascade, Negatives& negatives);
 

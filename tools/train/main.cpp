@@ -101,7 +101,7 @@ bool IsSensible(const TrainOptions& o) {
            o.falseAlarms < 1.0 && o.features >= 1 && o.candidates >= 1 && o.faces >= 100 && o.harvest.wanted >= 100 &&
            o.harvest.perPicture >= 1 && o.harvest.threads >= 1 && o.windowSize.width >= 12 &&
            o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 && o.framing.windowToBox <= 1.5 &&
-           o.leastNegatives >= 1;
+           o.leastNegatives >= 1 && o.harvest.poolStage >= 1;
 }
 
 int RunTrain(int count, char** values) {

@@ -188,7 +188,9 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
 int Train(const TrainOptions& options, const TrainData& data, std::FILE* progress) {
     Cascade cascade;
     cascade.windowSize = options.windowSize;
-    Harvester harvester(data.pictures, data.crops, options.framing, options.harvest, options.seed);
+    HarvestOptions harvest = options.harvest;
+    if (!options.work.empty()) harvest.poolFile = options.work + "/pool.bin";
+    Harvester harvester(data.pictures, data.crops, options.framing, harvest, options.seed);
     std::vector<StageReport> reports;
     const std::string fingerprint = Fingerprint(options, data);
     if (!options.work.empty()) {
@@ -197,6 +199,7 @@ int Train(const TrainOptions& options, const TrainData& data, std::FILE* progres
             std::fprintf(progress, "%s\n", fault.c_str());
             return 1;
         }
+        if (reports.empty()) std::remove((options.work + "/pool.bin").c_str()); // of a training that was given up
         if (!reports.empty()) std::fprintf(progress, "going on behind stage %d\n", reports.back().stage);
     }
     std::fprintf(progress, "%s\n", fingerprint.c_str());
