@@ -52,7 +52,7 @@ inline Geometry MakeGeometry(ImageSize src, ImageRect roi, ImageSize dst, double
 }
 
 /// Channel `c` of the source pixel at (x, y) of the region.
-inline int32 Pixel(const Plane<uint8>& src, const Geometry& g, int64 x, int64 y, int32 c) {
+inline int32 SourcePixel(const Plane<uint8>& src, const Geometry& g, int64 x, int64 y, int32 c) {
     return src.At(static_cast<int32>((g.x.origin + x) * g.channels + c), static_cast<int32>(g.y.origin + y));
 }
 
@@ -72,7 +72,7 @@ inline void Nearest(const Plane<uint8>& src, Plane<uint8>& dst, const Geometry& 
     // Where the formula leaves the region its last pixel stands.
     const auto index = [](double p, const Axis& a) { return std::min(std::trunc(p + 0.0000001), a.length - 1.0); };
     StoreAll(dst, g, [&](int32 i, int32 j, int32 c) {
-        return Pixel(src, g, static_cast<int64>(index(xs[j], g.x)), static_cast<int64>(index(ys[i], g.y)), c);
+        return SourcePixel(src, g, static_cast<int64>(index(xs[j], g.x)), static_cast<int64>(index(ys[i], g.y)), c);
     });
 }
 
@@ -91,8 +91,8 @@ inline void Linear(const Plane<uint8>& src, Plane<uint8>& dst, const Geometry& g
         const Sample x = sample(xs[j], g.x);
         const Sample y = sample(ys[i], g.y);
         const auto across = [&](int64 row) {
-            const int64 s0 = Pixel(src, g, x.at, row, c);
-            const int64 s1 = Pixel(src, g, x.at + 1, row, c);
+            const int64 s0 = SourcePixel(src, g, x.at, row, c);
+            const int64 s1 = SourcePixel(src, g, x.at + 1, row, c);
             return ((16384 - x.weight) * s0 + x.weight * s1 + 128) / 256;
         };
         return (across(y.at + 1) * y.weight + across(y.at) * (16384 - y.weight) + 524288) / 1048576;
@@ -133,7 +133,7 @@ inline void Cubic(const Plane<uint8>& src, Plane<uint8>& dst, const Geometry& g)
         double lines[4];
         for (int32 row = 0; row < 4; ++row) {
             double s[4];
-            for (int32 k = 0; k < 4; ++k) s[k] = Pixel(src, g, x.at - 1 + k, y.at - 1 + row, c);
+            for (int32 k = 0; k < 4; ++k) s[k] = SourcePixel(src, g, x.at - 1 + k, y.at - 1 + row, c);
             lines[row] = static_cast<float>(through(s, x.t, false));
         }
         return std::clamp(static_cast<int32>(through(lines, y.t, true) + 0.5000001), 0, 255);
@@ -179,7 +179,7 @@ inline void BoxAverage(const Plane<uint8>& src, Plane<uint8>& dst, const Geometr
         for (const Share& column : columns[j]) {
             float down = 0;
             for (const Share& row : rows[i]) {
-                down = static_cast<float>(down + row.weight * Pixel(src, g, column.at, row.at, c));
+                down = static_cast<float>(down + row.weight * SourcePixel(src, g, column.at, row.at, c));
             }
             sum = static_cast<float>(sum + column.weight * down);
         }
