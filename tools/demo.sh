@@ -23,10 +23,10 @@ fetch() {
     if [ "$(id -u)" -eq 0 ]; then chown _apt "$folder" 2>/dev/null || true; fi
     (
         cd "$folder"
-        apt-get download "$package" && dpkg --fsys-tarfile "$package"_*.deb | tar -x --to-stdout "$picture" >picture
-        [ -s picture ]
+        apt-get download "$package" && dpkg --fsys-tarfile "$package"_*.deb | tar -x --to-stdout "$picture" >taken
+        [ -s taken ]
     ) >demo/fetch.log 2>&1 </dev/null || status=1
-    if [ "$status" -eq 0 ]; then mv "$folder/picture" "$file"; fi
+    if [ "$status" -eq 0 ]; then mv "$folder/taken" "$file"; fi
     rm -rf "$folder"
     return "$status"
 }

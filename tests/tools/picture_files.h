@@ -23,12 +23,12 @@ inline constexpr Colour kYellow{240, 220, 20};
 
 /// Pixel of a picture, y counted from the top.
 inline Colour PixelAt(const Picture& picture, int32 x, int32 y) {
-    const uint8* pixel = RowAt(picture.pixels.data(), picture.step, picture.height - 1 - y) + x * 3;
+    const uint8* pixel = RowAt(picture.pixels.data(), picture.step, picture.height - 1 - y) + std::ptrdiff_t{x} * 3;
     return {pixel[2], pixel[1], pixel[0]};
 }
 
 inline void SetPixel(Picture& picture, int32 x, int32 y, Colour colour) {
-    uint8* pixel = RowAt(picture.pixels.data(), picture.step, picture.height - 1 - y) + x * 3;
+    uint8* pixel = RowAt(picture.pixels.data(), picture.step, picture.height - 1 - y) + std::ptrdiff_t{x} * 3;
     pixel[0] = static_cast<uint8>(colour.blue);
     pixel[1] = static_cast<uint8>(colour.green);
     pixel[2] = static_cast<uint8>(colour.red);

@@ -31,9 +31,14 @@ std::string ErrorText(GError* raw) {
     const std::unique_ptr<GError, decltype(&g_error_free)> error(raw, g_error_free);
     if (g_error_matches(raw, GDK_PIXBUF_ERROR, GDK_PIXBUF_ERROR_INSUFFICIENT_MEMORY)) return "not enough memory";
     if (g_error_matches(raw, GDK_PIXBUF_ERROR, GDK_PIXBUF_ERROR_CORRUPT_IMAGE)) return "damaged picture";
-    std::string text = raw == nullptr ? "damaged picture" : std::string("cannot be decoded: ") + raw->message;
+    if (raw == nullptr) return "damaged picture";
+    std::string text = raw->message;
+    // "Failed to load image “path”: reason": the path is told already.
+    const std::string quoteEnd = "\xE2\x80\x9D: ";
+    const std::size_t at = text.rfind(quoteEnd);
+    if (at != std::string::npos) text.erase(0, at + quoteEnd.size());
     std::replace(text.begin(), text.end(), '\n', ' ');
-    return text;
+    return "cannot be decoded: " + text;
 }
 
 std::string SizeText(int64 width, int64 height) {
