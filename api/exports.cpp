@@ -19,7 +19,8 @@
 
 #include <cstddef>
 #include <cstring>
-#include <new>
+#include <memory>
+#include <utility>
 
 using namespace orvane;
 
@@ -50,8 +51,9 @@ int32 OpenSession() {
     g_actionEnabled.fill(0);
     const int32 selection = SelectPrimitiveColumn();
     if (g_detectorParams == nullptr) {
-        g_detectorParams = std::make_unique<DetectorParams>();
-        g_detectorParams->loadStatus = LoadClassifier();
+        auto params = std::make_unique<DetectorParams>();
+        params->loadStatus = LoadClassifier();
+        g_detectorParams = std::move(params); // only now: the load may throw
     }
     if (selection != 0) return kNoSession;
     if (g_dialog == nullptr) g_dialog = std::make_unique<COrvQuickViewDlg>();
