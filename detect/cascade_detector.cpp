@@ -120,35 +120,34 @@ int32 RunStages(ScalePlanes& p, ImageSize positions) {
     return kOk;
 }
 
-/// Scans one scale; the surviving windows stand in the mask afterwards.
+/// Scans one scale; the surviving windows stand in the mask afterwards. 0 or the failing primitive's
+/// status.
 int32 ScanScale(const ImageBuffer& grey, float inverseScale, ScalePlanes& p, int32 pruneMode) {
     const int32 ew = p.scaled.width;
     const int32 eh = p.scaled.height;
+    int32 status;
     // The resize may leave the last column or row unwritten where a float size was rounded up.
     p.scaled.Fill(0.0);
-    if (primResize_8u_C1(grey.data, grey.Size(), grey.Step(), {0, 0, grey.width, grey.height}, p.scaled.data,
-                         p.scaled.Step(), {ew, eh}, inverseScale, inverseScale, kNearest) != kOk ||
-        primSqrIntegral_8u32f64f_C1(p.scaled.data, p.scaled.Step(), p.Sum(), p.sum.Step(), p.SquareSum(),
-                                    p.squareSum.Step(), {ew, eh}, kSumInit, 0.0) != kOk) {
-        return kStepFailed;
-    }
+    status = primResize_8u_C1(grey.data, grey.Size(), grey.Step(), {0, 0, grey.width, grey.height}, p.scaled.data,
+                              p.scaled.Step(), {ew, eh}, inverseScale, inverseScale, kNearest);
+    if (status != kOk) return status;
+    status = primSqrIntegral_8u32f64f_C1(p.scaled.data, p.scaled.Step(), p.Sum(), p.sum.Step(), p.SquareSum(),
+                                         p.squareSum.Step(), {ew, eh}, kSumInit, 0.0);
+    if (status != kOk) return status;
+
     const ImageSize positions{ew - g_classifier.maxFeatureWidth + 1, eh - g_classifier.maxFeatureHeight + 1};
     // The last position's inner rectangle must end inside the sum plane. Columns are told by the step
     // as well; for rows nobody else looks.
-    if (int64{positions.height} + g_classifier.windowHeight - 2 > eh) return kStepFailed;
+    if (int64{positions.height} + g_classifier.windowHeight - 2 > eh) return kStepTooSmall;
 
     p.mask.Fill(0.0);
-    if (primSet_8u_C1(kOpen, p.mask.data, p.mask.Step(), positions) != kOk ||
-        PruneMask(p, positions, pruneMode) != kOk) {
-        return kStepFailed;
-    }
+    if ((status = primSet_8u_C1(kOpen, p.mask.data, p.mask.Step(), positions)) != kOk) return status;
+    if ((status = PruneMask(p, positions, pruneMode)) != kOk) return status;
     // After the pruning, so that the norm is computed only where a window is still alive.
     const ImageRect inner{1, 1, g_classifier.windowWidth - 2, g_classifier.windowHeight - 2};
-    if (RectStdDevUnderMask(p.Sum(), p.sum.Step(), p.SquareSum(), p.squareSum.Step(), p.Norm(), p.normPlane.Step(),
-                            positions, inner, p.mask.data, p.mask.Step()) != kOk) {
-        return kStepFailed;
-    }
-    return RunStages(p, positions) == kOk ? kSuccess : kStepFailed;
+    status = RectStdDevUnderMask(p.Sum(), p.sum.Step(), p.SquareSum(), p.squareSum.Step(), p.Norm(), p.normPlane.Step(),
+                                 positions, inner, p.mask.data, p.mask.Step());
+    return status != kOk ? status : RunStages(p, positions);
 }
 
 int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& candidates) {
@@ -164,7 +163,7 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
         if (!(static_cast<double>(g_maxFaceSize) > static_cast<double>(windowWidth) * scale)) break;
         if (!planes.Shape(TruncToInt32(scaledWidth), TruncToInt32(scaledHeight))) return kOutOfMemory;
         const int32 status = ScanScale(grey, inverse, planes, params.pruneMode);
-        if (status != kSuccess) return status;
+        if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
         HarvestMask(planes.mask, windowWidth, windowHeight, scale, candidates);
         scale *= params.scaleFactor;
         inverse = 1.0F / scale;
