@@ -25,19 +25,21 @@ const uint8* FloatRow(const float* first, int32 step, int32 y) {
 
 std::ptrdiff_t RowElements(ImageSize roi) { return std::ptrdiff_t{3} * roi.width; }
 
-/// `v` between 0 and 255, both excluded, to the nearest whole number, a tie to the even one.
-uint8 NearestEven(float v) {
-    const double raised = static_cast<double>(v) + 0.5;
-    int32 whole = static_cast<int32>(raised);
-    if (whole % 2 != 0 && raised == whole) --whole;
-    return static_cast<uint8>(whole);
+/// `v` limited to 0..255; 0 also for what is not a number.
+float Limited(float v) {
+    const float positive = v > 0.0f ? v : 0.0f;
+    return positive < 255.0f ? positive : 255.0f;
 }
 
-uint8 ToByte(float v, int32 roundMode) {
-    if (v >= 255.0f) return 255;
-    if (!(v > 0.0f)) return 0; // also what is not a number
-    return roundMode == kRoundToNearest ? NearestEven(v) : static_cast<uint8>(v);
+/// The nearest whole number, a tie to the even one.
+uint8 NearestEven(float v) {
+    const double raised = static_cast<double>(Limited(v)) + 0.5;
+    const auto whole = static_cast<int32>(raised);
+    const int32 oddTie = static_cast<int32>(raised == whole) & whole & 1;
+    return static_cast<uint8>(whole - oddTie);
 }
+
+uint8 Truncated(float v) { return static_cast<uint8>(static_cast<int32>(Limited(v))); }
 
 /// The difference 0..255 times 2^-scaleFactor.
 uint8 Scaled(int32 difference, int32 scaleFactor) {
@@ -70,7 +72,12 @@ int32 primConvert_32f8u_C3(const float* src, int32 srcStep, uint8* dst, int32 ds
     for (int32 y = 0; y < roi.height; ++y) {
         const uint8* from = FloatRow(src, srcStep, y);
         uint8* to = RowAt(dst, dstStep, y);
-        for (std::ptrdiff_t i = 0; i < RowElements(roi); ++i) to[i] = ToByte(LoadFloat(from + 4 * i), roundMode);
+        const std::ptrdiff_t elements = RowElements(roi);
+        if (roundMode == kRoundToNearest) {
+            for (std::ptrdiff_t i = 0; i < elements; ++i) to[i] = NearestEven(LoadFloat(from + 4 * i));
+        } else {
+            for (std::ptrdiff_t i = 0; i < elements; ++i) to[i] = Truncated(LoadFloat(from + 4 * i));
+        }
     }
     return kOk;
 }

@@ -12,7 +12,9 @@
     X(primHaarClassifierInitAlloc_32f) X(primApplyHaarClassifier_32f_C1) \
     X(primGetHaarClassifierSize_32f) X(primHaarClassifierFree_32f) \
     X(primResize_8u_C1) X(primResize_8u_C3) \
-    /* rotate, border */ \
+    X(primRotate_8u_C1) X(primRotate_8u_C3) X(primRotateCenter_8u_C1) X(primRotateCenter_8u_C3) \
+    X(primGetRotateShift) X(primGetRotateQuad) X(primGetRotateBound) \
+    X(primCopyConstBorder_8u_C1) X(primCopyConstBorder_16s_C1) \
     X(primSetMasked_8u_C1) X(primCopyMasked_8u_C3) X(primCopy_8u_C3P3) X(primSwapChannels_8u_C3) \
     X(primAnd_8u_C1I) X(primThresholdLTValGTVal_8u_C1) X(primThresholdVal_8u_C1I) X(primCompareC_8u_C1) \
     X(primConvert_8u32f_C3) X(primConvert_32f8u_C3) X(primMulC_32f_C3I) X(primSubC_8u_C3ISfs) \

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "primitives/arithmetic.h"
+#include "primitives/border.h"
 #include "primitives/edge.h"
 #include "primitives/entries.h"
 #include "primitives/fill_copy.h"
@@ -18,6 +19,7 @@
 #include "primitives/morphology.h"
 #include "primitives/pixel.h"
 #include "primitives/resize.h"
+#include "primitives/rotate.h"
 #include "primitives/statistics.h"
 
 namespace orvane {
