@@ -53,6 +53,9 @@ int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots) {
         if (slot == kSlotColour && snapshots == Snapshots::taken) {
             g_colourStageImage.CopyFrom(*picture);
             g_colourStageMask.CopyFrom(g_maskImage);
+        } else if (slot == kSlotColour) {
+            g_colourStageImage.Reset(); // nobody may turn the picture of a session before
+            g_colourStageMask.Reset();
         }
     }
     if (picture == &g_sourceImage) g_workImage.CopyFrom(g_sourceImage);

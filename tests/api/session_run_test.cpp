@@ -99,6 +99,15 @@ TEST_F(SessionRun, TheWorkPictureIsTheSourceAtTheWorkSize) {
     }
 }
 
+TEST_F(SessionRun, TheWorkPictureLeavesNoSnapshotOfThePictureBefore) {
+    test::MakeRandomPicture(g_colourStageImage, 50, 40, 3, 1);
+    test::MakeRandomPicture(g_colourStageMask, 50, 40, 1, 1);
+    SetSource(test::SmallFaceScene());
+    session.MakeWorkingPicture();
+    EXPECT_EQ(g_colourStageImage.data, nullptr);
+    EXPECT_EQ(g_colourStageMask.data, nullptr);
+}
+
 TEST_F(SessionRun, AWorkSizeUnder75LeavesTheGeometryOfBefore) {
     g_outputWidth = 100;
     g_outputHeight = 80;
