@@ -16,33 +16,66 @@ float g_groupSizeRatio = 2.5F;
 
 namespace {
 
+/// Exact for all places in a picture, and no overflow for any others.
+double SquaredDistance(const Candidate& candidate, int32 x, int32 y) {
+    const double dx = static_cast<double>(candidate.x) - x;
+    const double dy = static_cast<double>(candidate.y) - y;
+    return dx * dx + dy * dy;
+}
+
 bool Matches(const Candidate& candidate, const Candidate& member, double squaredRadius) {
-    const int64 dx = int64{candidate.x} - member.x;
-    const int64 dy = int64{candidate.y} - member.y;
-    return static_cast<double>(dx * dx + dy * dy) <= squaredRadius &&
+    return SquaredDistance(candidate, member.x, member.y) <= squaredRadius &&
            candidate.size <= static_cast<double>(member.size) * g_groupSizeRatio;
 }
 
-/// Whether any member could match, by the group's bounds alone.
-bool MayMatch(const Candidate& candidate, const CandidateGroup& group, double radius) {
-    return candidate.x >= group.minX - radius && candidate.x <= group.maxX + radius &&
-           candidate.y >= group.minY - radius && candidate.y <= group.maxY + radius &&
-           candidate.size <= static_cast<double>(group.maxSize) * g_groupSizeRatio;
+/// Column or row of the cell that a coordinate lies in.
+int32 CellOf(double coordinate) {
+    constexpr double kCellSide = 64.0; // more than a radius, so that few cells are near a candidate
+    return static_cast<int32>(std::floor(coordinate / kCellSide));
 }
 
-bool AnyMemberMatches(const Candidate& candidate, const CandidateGroup& group, double squaredRadius) {
-    // Which member matches plays no part, and the newest ones are the nearest.
-    return std::any_of(group.members.rbegin(), group.members.rend(),
-                       [&](const Candidate& member) { return Matches(candidate, member, squaredRadius); });
+/// Whether any candidate within the bounds could match.
+bool MayMatch(const Candidate& candidate, const CandidateBounds& bounds, double squaredRadius) {
+    const int32 nearestX = std::clamp(candidate.x, bounds.minX, bounds.maxX);
+    const int32 nearestY = std::clamp(candidate.y, bounds.minY, bounds.maxY);
+    return SquaredDistance(candidate, nearestX, nearestY) <= squaredRadius &&
+           candidate.size <= static_cast<double>(bounds.maxSize) * g_groupSizeRatio;
+}
+
+bool AnyMemberMatches(const Candidate& candidate, const CandidateGroup& group, double radius) {
+    const double squaredRadius = radius * radius;
+    const auto matches = [&](const Candidate& member) { return Matches(candidate, member, squaredRadius); };
+    if (!MayMatch(candidate, group.bounds, squaredRadius)) return false;
+    if (matches(group.members.back())) return true; // hits come in runs
+    const int32 firstColumn = CellOf(std::max<double>(group.bounds.minX, candidate.x - radius));
+    const int32 lastColumn = CellOf(std::min<double>(group.bounds.maxX, candidate.x + radius));
+    const int32 firstRow = CellOf(std::max<double>(group.bounds.minY, candidate.y - radius));
+    const int32 lastRow = CellOf(std::min<double>(group.bounds.maxY, candidate.y + radius));
+    for (int32 row = firstRow; row <= lastRow; ++row) {
+        const auto end = group.cells.upper_bound({row, lastColumn});
+        for (auto at = group.cells.lower_bound({row, firstColumn}); at != end; ++at) {
+            const CandidateCell& cell = at->second;
+            if (MayMatch(candidate, cell.bounds, squaredRadius) &&
+                std::any_of(cell.members.rbegin(), cell.members.rend(), matches)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+void Append(const Candidate& candidate, std::vector<Candidate>& members, CandidateBounds& bounds) {
+    const auto [x, y, size] = candidate;
+    if (members.empty()) bounds = {x, x, y, y, size};
+    members.push_back(candidate);
+    bounds = {std::min(bounds.minX, x), std::max(bounds.maxX, x), std::min(bounds.minY, y), std::max(bounds.maxY, y),
+              std::max(bounds.maxSize, size)};
 }
 
 void Append(const Candidate& candidate, CandidateGroup& group) {
-    group.members.push_back(candidate);
-    group.minX = std::min(group.minX, candidate.x);
-    group.maxX = std::max(group.maxX, candidate.x);
-    group.minY = std::min(group.minY, candidate.y);
-    group.maxY = std::max(group.maxY, candidate.y);
-    group.maxSize = std::max(group.maxSize, candidate.size);
+    Append(candidate, group.members, group.bounds);
+    CandidateCell& cell = group.cells[{CellOf(candidate.y), CellOf(candidate.x)}];
+    Append(candidate, cell.members, cell.bounds);
 }
 
 /// Component-wise mean, each sum divided with truncation.
@@ -69,12 +102,12 @@ FaceRecord RecordOf(const Candidate& face) {
 void CandidateList::Place(const Candidate& candidate) {
     const double radius = std::fabs(static_cast<double>(g_groupRadius));
     for (CandidateGroup& group : groups) {
-        if (MayMatch(candidate, group, radius) && AnyMemberMatches(candidate, group, radius * radius)) {
+        if (AnyMemberMatches(candidate, group, radius)) {
             Append(candidate, group);
             return;
         }
     }
-    groups.push_back({{candidate}, candidate.x, candidate.x, candidate.y, candidate.y, candidate.size});
+    Append(candidate, groups.emplace_back());
 }
 
 void HarvestMask(const ImageBuffer& mask, int32 windowW, int32 /*windowH*/, float scale, CandidateList& list) {

@@ -4,6 +4,8 @@
 
 #include "image/image_buffer.h"
 
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace orvane {
@@ -28,10 +30,24 @@ struct Candidate {
     int32 size;
 };
 
-/// Candidates that belong together, with their bounds, by which most groups are passed over at a glance.
+/// The smallest box around some candidates and the largest size among them, by which most of them are
+/// passed over at a glance.
+struct CandidateBounds {
+    int32 minX, maxX, minY, maxY, maxSize;
+};
+
+/// The members of a group in one square of the picture.
+struct CandidateCell {
+    CandidateBounds bounds;
+    std::vector<Candidate> members;
+};
+
+/// Candidates that belong together, in the order of their coming, and once more by (row, column) of their
+/// cell: however many there are, a new candidate is compared with the near ones alone.
 struct CandidateGroup {
     std::vector<Candidate> members;
-    int32 minX, maxX, minY, maxY, maxSize;
+    CandidateBounds bounds;
+    std::map<std::pair<int32, int32>, CandidateCell> cells;
 };
 
 /// Groups in the order in which they were opened. They grow as needed: no mask, however dense, can

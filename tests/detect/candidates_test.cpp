@@ -323,6 +323,15 @@ TEST_F(Candidates, OfManyDenseScalesAreGroupedInNoTime) {
     const auto all = CountsOfScan([](int32, int32) { return true; });
     ASSERT_EQ(1u, all.size());
     EXPECT_GT(all[0], 300000u);
+    const auto ringAndKernel = CountsOfScan([](int32 x, int32 y) {
+        const auto within = [&](int32 margin) {
+            return x >= margin && y >= margin && x < 320 - margin && y < 240 - margin;
+        };
+        return !within(20) || within(65);
+    });
+    ASSERT_EQ(2u, ringAndKernel.size());
+    EXPECT_GT(ringAndKernel[0], 80000u);
+    EXPECT_GT(ringAndKernel[1], 80000u);
 }
 
 TEST_F(Candidates, FaceRectOfAnEmptyRecordIsAllZeroWithoutAFlip) {

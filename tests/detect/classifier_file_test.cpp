@@ -395,7 +395,7 @@ TEST_F(ClassifierFile, WhoseStagesFindNoMemoryIsUnusable) {
 
 TEST_F(ClassifierFile, OfRandomBytesNeverHarms) {
     Random random;
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 300; ++i) {
         std::string bytes = SmallCascade().Bytes();
         for (int32 change = random.Int(1, 4); change > 0; --change) {
             bytes[static_cast<std::size_t>(random.Int(0, static_cast<int32>(bytes.size()) - 1))] =
