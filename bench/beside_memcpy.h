@@ -5,8 +5,8 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
+#include <ctime>
 #include <vector>
 
 namespace orvane::bench {
@@ -18,13 +18,20 @@ inline double Median(std::vector<double> seconds) {
     return *middle;
 }
 
-/// Seconds that one call takes.
+/// Processor time of this thread, in seconds.
+inline double ThreadSeconds() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+/// Seconds that one call takes of the processor, so that a busy machine does not distort the ratio.
 template <typename Operation>
 double SecondsOf(Operation&& operation) {
-    const auto start = std::chrono::steady_clock::now();
+    const double start = ThreadSeconds();
     operation();
     benchmark::ClobberMemory();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return ThreadSeconds() - start;
 }
 
 /// Seconds of one memcpy of `bytes`, with warm buffers.
