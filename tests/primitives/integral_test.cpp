@@ -78,13 +78,17 @@ TEST(SqrIntegral, ASumThatAFloatCannotHoldIsRoundedOnceOnItsWayIn) {
     EXPECT_EQ(16777216.0f, planes.sum.At(1, 2));
 }
 
-TEST(SqrIntegral, AVeryWideWhiteRowSumsItsSquaresWithoutOverflow) {
+TEST(SqrIntegral, AVeryWideWhiteRowIsSummedWithoutOverflowOrEarlyRounding) {
     Random random;
     Plane<uint8> src(70000, 1, 0, 0, 0); // 255 * 255 * 70000 passes 2^32
     src.FillRegion(255);
     const Integral planes(src, {70000, 1}, 0.0f, 0.0, random);
     EXPECT_EQ(255.0 * 255.0 * 70000.0, planes.squares.At(70000, 1));
     EXPECT_EQ(255.0f * 70000.0f, planes.sum.At(70000, 1));
+
+    // Here the row's own sum passes 2^24, and what the plane holds is still exact.
+    const Integral scan(src, {70000, 1}, kScanInit, 0.0, random);
+    for (int32 x = 65000; x <= 70000; ++x) ASSERT_EQ(255.0 * x - 16777216.0, scan.sum.At(x, 1)) << x;
 }
 
 TEST(SqrIntegral, FailuresAreTestedInOrder) {

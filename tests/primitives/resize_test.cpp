@@ -43,9 +43,11 @@ void Judge(const Case& c, Random& random) {
 }
 
 double RandomFactor(Random& random, int32 interpolation) {
-    const double plain[] = {1.0, 0.5, 1.0 / 3, 0.25, 0.7, 0.9, 2.0 / 3, 2.0, 1.5, 3.0, 4.0 / 3};
+    // Those of many digits lie just beside a whole number of pixels.
+    const double plain[] = {1.0,          0.5,         1.0 / 3,    0.25, 0.7, 0.9, 2.0 / 3, 0.500000001,
+                            0.3333333334, 0.999999999, 0.49999999, 2.0,  1.5, 3.0, 4.0 / 3, 1.999999999};
     const bool reducing = interpolation == kBoxAverage;
-    if (random.Int(0, 1) == 0) return plain[random.Int(0, reducing ? 6 : 10)];
+    if (random.Int(0, 1) == 0) return plain[random.Int(0, reducing ? 10 : 15)];
     return random.Real(0.02, reducing ? 1.0 : 4.0);
 }
 
@@ -386,10 +388,26 @@ TEST(ResizeBoxAverage, ABoxThatReachesPastTheRegionRepeatsItsLastPixel) {
     EXPECT_EQ(std::vector<uint8>{36}, ResizeWhole({0, 0, 90}, {3, 1}, {1, 1}, 0.3, 1, kBoxAverage));
 }
 
+TEST(ResizeBoxAverage, ABoxThatEndsOnAPixelsEdgeTakesThatPixelWhole) {
+    // The last box is 6 2/3 to 8, up to rounding: (155/3 + 45)*0.75 = 72.5, which rounds up.
+    EXPECT_EQ((std::vector<uint8>{150, 107, 182, 198, 138, 73}),
+              ResizeWhole({191, 26, 188, 180, 224, 121, 155, 45}, {8, 1}, {6, 1}, 0.75, 1, kBoxAverage));
+}
+
+TEST(ResizeBoxAverage, ARemainderOfAlmostNothingIsPassedOver) {
+    // Boxes a little under three pixels: what they leave of the third is less than counts.
+    const double factor = 1.0 / 3 + 1e-9;
+    EXPECT_EQ((std::vector<uint8>{30, 10, 20}),
+              ResizeWhole({0, 0, 90, 0, 0, 30, 0, 0, 60}, {9, 1}, {3, 1}, factor, 1, kBoxAverage));
+    EXPECT_EQ((std::vector<uint8>{30, 10, 20}),
+              ResizeWhole({0, 0, 90, 0, 0, 30, 0, 0, 60}, {1, 9}, {1, 3}, 1, factor, kBoxAverage));
+}
+
 TEST(ResizeBoxAverage, AVeryLargeWhiteBoxStaysWhite) {
-    // The running float sum passes 2^24 and rounds from there on.
-    const std::vector<uint8> src(1000 * 800, 255);
-    EXPECT_EQ(std::vector<uint8>{255}, ResizeWhole(src, {1000, 800}, {1, 1}, 0.001, 0.00125, kBoxAverage));
+    // From 2^25 on the float sum grows by 256 for every 255: the mean passes white and is held there.
+    const std::vector<uint8> src(1000000, 255);
+    EXPECT_EQ(std::vector<uint8>{255}, ResizeWhole(src, {1000000, 1}, {1, 1}, 1e-6, 1, kBoxAverage));
+    EXPECT_EQ(std::vector<uint8>{255}, ResizeWhole(src, {1, 1000000}, {1, 1}, 1, 1e-6, kBoxAverage));
 }
 
 TEST(ResizeBoxAverage, RefusesFactorsAboveOne) {
