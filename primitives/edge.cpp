@@ -14,7 +14,6 @@ namespace {
 
 constexpr uint8 kCandidate = 128;
 constexpr uint8 kEdge = 255;
-constexpr int32 kLargestMagnitude = 65536; // |-32768| + |-32768|
 
 struct Gradients {
     const int16* dx;
@@ -23,40 +22,71 @@ struct Gradients {
     int32 dyStep;
     ImageSize roi;
     int32 low;
-    float high;
+    int32 high;
 };
 
-/// Magnitudes of row `y`, 0 where at or below the low threshold and where the row is outside.
-void MagnitudeRow(const Gradients& g, int32 y, int32* magnitude) {
-    if (y >= g.roi.height) {
-        std::fill_n(magnitude, g.roi.width, 0);
-        return;
-    }
-    const int16* dx = RowAt(g.dx, g.dxStep, y);
-    const int16* dy = RowAt(g.dy, g.dyStep, y);
-    for (int32 x = 0; x < g.roi.width; ++x) {
+/// A threshold for whole magnitudes: what is above the threshold is above its whole part.
+int32 WholeThreshold(float threshold) {
+    constexpr float kLargestMagnitude = 65536.0f; // |-32768| + |-32768|
+    return static_cast<int32>(std::min(threshold, kLargestMagnitude));
+}
+
+// The loops below run over whole rows without a branch: no prediction could follow a picture's noise,
+// and the compiler makes vector code of them.
+
+/// Magnitudes of a row, 0 where at or below the low threshold.
+void FillMagnitudes(const int16* __restrict dx, const int16* __restrict dy, int32 width, int32 low,
+                    int32* __restrict magnitude) {
+    for (int32 x = 0; x < width; ++x) {
         const int32 m = std::abs(int32{dx[x]}) + std::abs(int32{dy[x]});
-        magnitude[x] = m > g.low ? m : 0;
+        magnitude[x] = m > low ? m : 0;
     }
 }
 
-/// True when the pixel is the largest along its gradient. Of an axial plateau the first pixel stays,
-/// of a diagonal one none.
-bool IsRidge(int32 dx, int32 dy, const int32* above, const int32* here, const int32* below) {
-    const int32 m = *here;
-    const int32 a = std::abs(dx);
-    const int32 b = std::abs(dy);
-    if (b > 2.414213562373095 * a) return m > *above && m >= *below;
-    if (b >= 0.41421356237309503 * a) {
-        // Neither component is 0 here, so each has a sign.
-        const int32 side = (dx < 0) != (dy < 0) ? 1 : -1;
-        return m > above[side] && m > below[-side];
+/// Direction of a gradient, by eighths of a turn.
+enum Direction : int32 {
+    kAlongX,
+    kAlongY,
+    kRising,  // dx and dy have different signs
+    kFalling, // dx and dy have the same sign
+};
+
+void FillDirections(const int16* __restrict dx, const int16* __restrict dy, int32 width, int32* __restrict direction) {
+    for (int32 x = 0; x < width; ++x) {
+        const int32 a = std::abs(int32{dx[x]});
+        const int32 b = std::abs(int32{dy[x]});
+        const int32 diagonal = (dx[x] ^ dy[x]) < 0 ? kRising : kFalling;
+        const int32 flat = b < 0.41421356237309503 * a ? kAlongX : diagonal;
+        direction[x] = b > 2.414213562373095 * a ? kAlongY : flat;
     }
-    return m > here[-1] && m >= here[1];
 }
 
-/// The working data inside one block: the stack of map cells still to visit, three rows of magnitudes,
-/// the map. A cell is stacked once at most. `Cell` is wide enough to number all cells of the map.
+/// Marks the pixels that are the largest along their gradients. Of an axial plateau the first pixel
+/// stays, of a diagonal one none.
+void MarkRidges(const int32* __restrict above, const int32* __restrict here, const int32* __restrict below,
+                const int32* __restrict direction, int32 width, int32 high, uint8* __restrict mark) {
+    for (int32 x = 0; x < width; ++x) {
+        const int32 m = here[x];
+        // Every neighbour is read, wanted or not; each row has a cell more at both ends.
+        const int32 left = here[x - 1], right = here[x + 1];
+        const int32 aboveLeft = above[x - 1], straightAbove = above[x], aboveRight = above[x + 1];
+        const int32 belowLeft = below[x - 1], straightBelow = below[x], belowRight = below[x + 1];
+        const int32 d = direction[x];
+        const int32 first = d == kAlongX ? left : d == kAlongY ? straightAbove : d == kRising ? aboveRight : aboveLeft;
+        const int32 second = d == kAlongX   ? right
+                             : d == kAlongY ? straightBelow
+                             : d == kRising ? belowLeft
+                                            : belowRight;
+        const int32 mayTie = d < kRising ? 1 : 0;
+        int32 value = m > high ? kEdge : kCandidate;
+        value = m > first ? value : 0;
+        value = m > second - mayTie ? value : 0;
+        mark[x] = static_cast<uint8>(value);
+    }
+}
+
+/// The working data inside one block: the stack of map cells still to visit, the rows, the map. A cell is stacked once
+/// at most. `Cell` is wide enough to number all cells of the map.
 template <typename Cell>
 class EdgeTracer {
 public:
@@ -64,7 +94,7 @@ public:
     static int64 BytesFor(ImageSize roi) {
         constexpr int64 kMost = std::numeric_limits<int64>::max();
         constexpr int64 kCellBytes = sizeof(Cell) + 1;
-        const int64 rest = kSlack + 3 * int64{sizeof(int32)} * Stride(roi);
+        const int64 rest = kSlack + kRows * int64{sizeof(int32)} * Stride(roi);
         const int64 cells = CellCount(roi);
         return cells > (kMost - rest) / kCellBytes ? kMost : cells * kCellBytes + rest;
     }
@@ -74,8 +104,8 @@ public:
         block += (kSlack - reinterpret_cast<std::uintptr_t>(block) % kSlack) % kSlack;
         stack_ = top_ = reinterpret_cast<Cell*>(block);
         rows_ = reinterpret_cast<int32*>(block + cells * sizeof(Cell));
-        map_ = reinterpret_cast<uint8*>(rows_ + 3 * stride_);
-        std::fill_n(rows_, 3 * stride_, 0);
+        map_ = reinterpret_cast<uint8*>(rows_ + kRows * stride_);
+        std::fill_n(rows_, kRows * stride_, 0);
         std::memset(map_, 0, cells);
     }
 
@@ -83,17 +113,17 @@ public:
         int32* above = rows_ + 1;
         int32* here = above + stride_;
         int32* below = here + stride_;
-        MagnitudeRow(g, 0, here);
+        int32* const direction = below + stride_;
+        FillMagnitudes(g.dx, g.dy, g.roi.width, g.low, here);
         for (int32 y = 0; y < g.roi.height; ++y) {
-            MagnitudeRow(g, y + 1, below);
-            const int16* dx = RowAt(g.dx, g.dxStep, y);
-            const int16* dy = RowAt(g.dy, g.dyStep, y);
-            uint8* mark = MapRow(y);
-            for (int32 x = 0; x < g.roi.width; ++x) {
-                if (here[x] == 0 || !IsRidge(dx[x], dy[x], above + x, here + x, below + x)) continue;
-                mark[x] = kCandidate;
-                if (static_cast<float>(here[x]) > g.high) Push(mark + x);
+            if (y + 1 < g.roi.height) {
+                FillMagnitudes(RowAt(g.dx, g.dxStep, y + 1), RowAt(g.dy, g.dyStep, y + 1), g.roi.width, g.low, below);
+            } else {
+                std::fill_n(below, g.roi.width, 0);
             }
+            FillDirections(RowAt(g.dx, g.dxStep, y), RowAt(g.dy, g.dyStep, y), g.roi.width, direction);
+            MarkRidges(above, here, below, direction, g.roi.width, g.high, MapRow(y));
+            PushEdges(MapRow(y), g.roi.width);
             int32* const oldest = above;
             above = here;
             here = below;
@@ -121,12 +151,22 @@ public:
     }
 
 private:
+    static constexpr int32 kRows = 4;           // three of magnitudes, one of directions
     static constexpr std::uintptr_t kSlack = 8; // to the boundary of a cell number
 
     static int64 Stride(ImageSize roi) { return int64{roi.width} + 2; }
     static int64 CellCount(ImageSize roi) { return Stride(roi) * (int64{roi.height} + 2); }
 
     uint8* MapRow(int32 y) const { return map_ + stride_ * (std::ptrdiff_t{y} + 1) + 1; }
+
+    /// The slot above the top is always there to be written: the map has more cells than pixels.
+    void PushEdges(const uint8* mark, int32 width) {
+        const auto cell = static_cast<Cell>(mark - map_);
+        for (int32 x = 0; x < width; ++x) {
+            *top_ = cell + static_cast<Cell>(x);
+            top_ += mark[x] == kEdge ? 1 : 0;
+        }
+    }
 
     void Push(uint8* cell) {
         *cell = kEdge;
@@ -174,8 +214,8 @@ int32 primCanny_16s8u_C1(const int16* dx, int32 dxStep, const int16* dy, int32 d
     if (dxStep % 2 != 0 || dyStep % 2 != 0) return kStepNotMultiple;
     if (!(lowThreshold >= 0.0f) || !(highThreshold >= lowThreshold)) return kBadArgument;
 
-    const auto low = static_cast<int32>(std::min(lowThreshold, static_cast<float>(kLargestMagnitude)));
-    const Gradients gradients = {dx, dxStep, dy, dyStep, roi, low, highThreshold};
+    const Gradients gradients = {
+        dx, dxStep, dy, dyStep, roi, WholeThreshold(lowThreshold), WholeThreshold(highThreshold)};
     return FitsShortCells(roi) ? Detect<uint32>(gradients, dst, dstStep, buffer)
                                : Detect<uint64>(gradients, dst, dstStep, buffer);
 }
