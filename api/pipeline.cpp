@@ -4,6 +4,7 @@
 #include "api/pipeline.h"
 
 #include "actions/action_settings.h"
+#include "actions/colour_correction.h"
 #include "actions/face_crop.h"
 #include "actions/output_scaling.h"
 #include "api/session_state.h"
@@ -20,8 +21,9 @@ int32 RunSlot(int32 slot, const ImageBuffer& picture, ImageBuffer& scratch) {
     switch (slot) {
     case kSlotCrop:
         return ActionFaceCrop(picture, scratch);
-    case kSlotBackground:
     case kSlotColour:
+        return ActionColourCorrection(picture, scratch);
+    case kSlotBackground:
     case kSlotRotation:
         return kSuccess; // these have no body yet
     case kSlotOutputScaling:

@@ -149,9 +149,10 @@ TEST_F(Pipeline, SlotFourEndsItAndLeavesTheSource) {
 TEST_F(Pipeline, AllSlotsTogetherEndBeforeTheScaling) {
     g_actionEnabled = Flags(0x3F);
     EXPECT_EQ(RunActionPipeline(-1, -1), kBadCall);
-    ImageBuffer crop;
+    ImageBuffer crop, stretched;
     ASSERT_EQ(test::reference::FaceCrop(g_sourceImage, crop), kSuccess);
-    EXPECT_SAME_PICTURE(g_workImage, crop);
+    test::reference::CorrectColours(crop, stretched);
+    EXPECT_SAME_PICTURE(g_workImage, stretched);
     EXPECT_EQ(g_outputWidth, 76);
     EXPECT_EQ(g_outputHeight, 120);
 }

@@ -4,6 +4,7 @@
 #include "api/session_state.h"
 #include "image/session_images.h"
 #include "tests/reference/actions.h"
+#include "tests/reference/colour_correction.h"
 
 namespace orvane::test::reference {
 
@@ -33,6 +34,8 @@ inline int32 RunPipeline(PipelineState& s, const ActionFlags& enabled) {
         if (enabled[static_cast<std::size_t>(slot)] != 0) {
             if (slot == 0) {
                 status = FaceCrop(s.work, scratch);
+            } else if (slot == 2) {
+                CorrectColours(s.work, scratch);
             } else if (slot <= 3) {
                 scratch.CopyFrom(s.work); // these pass the picture on
             } else if (slot == 4) {
