@@ -44,10 +44,6 @@ void SumLevels(const ImageBuffer& image, LevelSums& sums) {
     }
 }
 
-void Report(int32 status) {
-    if (status != kOk) PrintAssertion(status);
-}
-
 /// What becomes of each level.
 class StretchTable {
 public:
@@ -59,10 +55,10 @@ public:
         const float factorPixel[3] = {factor, factor, factor};
         float wide[3 * kPixels];
         constexpr ImageSize kRow{kPixels, 1};
-        Report(primSubC_8u_C3ISfs(lowPixel, results_, sizeof results_, kRow, 0));
-        Report(primConvert_8u32f_C3(results_, sizeof results_, wide, sizeof wide, kRow));
-        Report(primMulC_32f_C3I(factorPixel, wide, sizeof wide, kRow));
-        Report(primConvert_32f8u_C3(wide, sizeof wide, results_, sizeof results_, kRow, 1));
+        ReportStatus(primSubC_8u_C3ISfs(lowPixel, results_, sizeof results_, kRow, 0));
+        ReportStatus(primConvert_8u32f_C3(results_, sizeof results_, wide, sizeof wide, kRow));
+        ReportStatus(primMulC_32f_C3I(factorPixel, wide, sizeof wide, kRow));
+        ReportStatus(primConvert_32f8u_C3(wide, sizeof wide, results_, sizeof results_, kRow, 1));
     }
 
     /// Writes the stretched pixels of `from` to `to`, which may be the same picture.

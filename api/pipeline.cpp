@@ -7,6 +7,7 @@
 #include "actions/colour_correction.h"
 #include "actions/face_crop.h"
 #include "actions/output_scaling.h"
+#include "actions/rotation.h"
 #include "api/session_state.h"
 #include "image/result_codes.h"
 #include "image/session_images.h"
@@ -16,6 +17,16 @@ namespace {
 
 constexpr int32 kDefaultTolerance = 50;
 
+/// Turns the mask along, so that both keep the same shape; a mask without storage is forgotten. The action's
+/// own answer goes by g_workImage, which may still be that of the run before: here the picture in hand counts.
+int32 TurnPictureAndMask(const ImageBuffer& picture, ImageBuffer& scratch) {
+    ActionRotate(picture, scratch, g_rotationAngle);
+    ImageBuffer mask;
+    ActionRotate(g_maskImage, mask, g_rotationAngle);
+    g_maskImage.Swap(mask);
+    return picture.data != nullptr ? kSuccess : kNoPicture;
+}
+
 /// The body of one slot. A slot that leaves `scratch` empty passes the picture on as it is.
 int32 RunSlot(int32 slot, const ImageBuffer& picture, ImageBuffer& scratch) {
     switch (slot) {
@@ -23,9 +34,10 @@ int32 RunSlot(int32 slot, const ImageBuffer& picture, ImageBuffer& scratch) {
         return ActionFaceCrop(picture, scratch);
     case kSlotColour:
         return ActionColourCorrection(picture, scratch);
-    case kSlotBackground:
     case kSlotRotation:
-        return kSuccess; // these have no body yet
+        return TurnPictureAndMask(picture, scratch);
+    case kSlotBackground:
+        return kSuccess; // has no body yet
     case kSlotOutputScaling:
         return ActionOutputScaling(picture, scratch);
     default:

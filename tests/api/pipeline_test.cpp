@@ -37,11 +37,11 @@ protected:
     }
 
     /// Runs both forms on the present state and compares all that they leave.
-    static void ExpectAsPlain() {
+    static void ExpectAsPlain(int32 angle = 0) {
         test::reference::PipelineState expected;
         expected.TakePresent();
-        const int32 expectedStatus = test::reference::RunPipeline(expected, g_actionEnabled);
-        EXPECT_EQ(RunActionPipeline(50, 0), expectedStatus);
+        const int32 expectedStatus = test::reference::RunPipeline(expected, g_actionEnabled, angle);
+        EXPECT_EQ(RunActionPipeline(50, angle), expectedStatus);
         EXPECT_SAME_PICTURE(g_workImage, expected.work);
         EXPECT_SAME_PICTURE(g_sourceImage, expected.source);
         EXPECT_SAME_PICTURE(g_maskImage, expected.mask);
@@ -69,6 +69,69 @@ TEST_F(Pipeline, DoesWithEveryChoiceOfSlotsWhatThePlainFormDoes) {
         ExpectAsPlain();
         SetOutputGeometry(76, 120);
     }
+}
+
+TEST_F(Pipeline, TurnsPictureAndMaskAlike) {
+    for (const int32 angle : {90, 180, 270, 5, 359, -90, 360}) {
+        for (const int32 bits : {1 << kSlotRotation, 1 << kSlotRotation | 1 << kSlotCrop, 0x2D}) {
+            SCOPED_TRACE("flags " + std::to_string(bits) + ", angle " + std::to_string(angle));
+            g_faceRecord = {50, 40, 40, 30};
+            test::MakeRandomPicture(g_maskImage, 101, 90, 1, 3);
+            g_actionEnabled = Flags(bits);
+            ExpectAsPlain(angle);
+            SetOutputGeometry(76, 120);
+        }
+    }
+    test::MakeRandomPicture(g_maskImage, 101, 90, 1, 3);
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    ASSERT_EQ(RunActionPipeline(-1, 7), kSuccess);
+    EXPECT_EQ(g_maskImage.width, g_workImage.width);
+    EXPECT_EQ(g_maskImage.height, g_workImage.height);
+    EXPECT_EQ(g_colourStageImage.width, 101) << "the snapshots are those before the turn";
+    EXPECT_EQ(g_colourStageMask.width, 101);
+}
+
+TEST_F(Pipeline, RepeatsTheLastTurnWhenNoneIsGiven) {
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    ASSERT_EQ(RunActionPipeline(-1, 90), kSuccess);
+    ASSERT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    EXPECT_EQ(g_workImage.width, 90);
+    EXPECT_EQ(g_workImage.height, 101);
+}
+
+TEST_F(Pipeline, ATurnForgetsAMaskWithoutStorage) {
+    g_maskImage.Release(); // the shape stays
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    EXPECT_EQ(RunActionPipeline(-1, 90), kSuccess);
+    EXPECT_EQ(g_maskImage.width, 0);
+    EXPECT_EQ(g_maskImage.channels, 0);
+}
+
+TEST_F(Pipeline, ATurnSucceedsByThePictureInHandWhateverTheRunBeforeLeft) {
+    g_workImage.Reset();
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    EXPECT_EQ(RunActionPipeline(-1, 90), kSuccess);
+    EXPECT_EQ(g_workImage.width, 90);
+
+    g_sourceImage.Reset();
+    EXPECT_EQ(RunActionPipeline(-1, 90), kNoPicture);
+    EXPECT_EQ(g_workImage.data, nullptr);
+}
+
+TEST_F(Pipeline, ATurnThatLeavesNothingGoesOnWithoutAPicture) {
+    test::MakeRandomPicture(g_sourceImage, 200, 200, 3, 1);
+    test::MakeRandomPicture(g_maskImage, 200, 200, 1, 1);
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(RunActionPipeline(-1, 45), kSuccess);
+    g_actionEnabled[kSlotOutputScaling] = 1;
+    EXPECT_EQ(RunActionPipeline(-1, 45), kOutOfMemory);
+    std::fflush(stdout);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+              "Assertion Failed -8 \nAssertion Failed -8 \nAssertion Failed -8 \n")
+        << "picture and mask, then the picture alone: the mask has gone";
+    EXPECT_EQ(g_workImage.data, nullptr);
+    EXPECT_EQ(g_maskImage.data, nullptr);
 }
 
 TEST_F(Pipeline, DoesTheSameWithoutAFace) {

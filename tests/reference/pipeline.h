@@ -5,6 +5,7 @@
 #include "image/session_images.h"
 #include "tests/reference/actions.h"
 #include "tests/reference/colour_correction.h"
+#include "tests/reference/rotation.h"
 
 namespace orvane::test::reference {
 
@@ -24,7 +25,8 @@ struct PipelineState {
     }
 };
 
-inline int32 RunPipeline(PipelineState& s, const ActionFlags& enabled) {
+/// A run with the angle already settled.
+inline int32 RunPipeline(PipelineState& s, const ActionFlags& enabled, int32 angle = 0) {
     if (s.mask.data != nullptr) s.mask.Fill(100.0);
     s.work.CopyFrom(s.source);
     ImageBuffer scratch;
@@ -36,7 +38,13 @@ inline int32 RunPipeline(PipelineState& s, const ActionFlags& enabled) {
                 status = FaceCrop(s.work, scratch);
             } else if (slot == 2) {
                 CorrectColours(s.work, scratch);
-            } else if (slot <= 3) {
+            } else if (slot == 3) {
+                status = s.work.data != nullptr ? 0 : -60;
+                if (s.work.data != nullptr) TurnPicture(s.work, scratch, angle);
+                ImageBuffer turned;
+                if (s.mask.data != nullptr) TurnPicture(s.mask, turned, angle);
+                s.mask.CopyFrom(turned);
+            } else if (slot == 1) {
                 scratch.CopyFrom(s.work); // these pass the picture on
             } else if (slot == 4) {
                 status = -10;
