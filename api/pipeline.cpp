@@ -4,6 +4,7 @@
 #include "api/pipeline.h"
 
 #include "actions/action_settings.h"
+#include "actions/background.h"
 #include "actions/colour_correction.h"
 #include "actions/face_crop.h"
 #include "actions/output_scaling.h"
@@ -28,16 +29,16 @@ int32 TurnPictureAndMask(const ImageBuffer& picture, ImageBuffer& scratch) {
 }
 
 /// The body of one slot. A slot that leaves `scratch` empty passes the picture on as it is.
-int32 RunSlot(int32 slot, const ImageBuffer& picture, ImageBuffer& scratch) {
+int32 RunSlot(int32 slot, int32 tolerance, const ImageBuffer& picture, ImageBuffer& scratch) {
     switch (slot) {
     case kSlotCrop:
         return ActionFaceCrop(picture, scratch);
+    case kSlotBackground:
+        return ActionRemoveBackground(picture, scratch, g_maskImage, tolerance, g_originalWidth, g_originalHeight);
     case kSlotColour:
         return ActionColourCorrection(picture, scratch);
     case kSlotRotation:
         return TurnPictureAndMask(picture, scratch);
-    case kSlotBackground:
-        return kSuccess; // has no body yet
     case kSlotOutputScaling:
         return ActionOutputScaling(picture, scratch);
     default:
@@ -57,7 +58,7 @@ int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots) {
     int32 status = kSuccess;
     for (int32 slot = 0; slot < kActionCount && status == kSuccess; ++slot) {
         if (g_actionEnabled[static_cast<std::size_t>(slot)] != 0) {
-            status = RunSlot(slot, *picture, scratch);
+            status = RunSlot(slot, tolerance, *picture, scratch);
             if (scratch.depth != 0) { // the slot made a picture, or tried to
                 g_workImage.Swap(scratch);
                 scratch.Reset();
