@@ -85,7 +85,7 @@ ImageBuffer AddBorder(const ImageBuffer& image, int32 thickness, int32 value) {
     ImageBuffer framed;
     const int64 width = int64{image.width} + int64{2} * thickness;
     const int64 height = int64{image.height} + int64{2} * thickness;
-    if (width > kMaxImageSide || height > kMaxImageSide) return framed;
+    if (width < 1 || height < 1 || width > kMaxImageSide || height > kMaxImageSide) return framed;
     framed.Create(static_cast<int32>(width), static_cast<int32>(height), image.channels, image.depth, 0);
     if (framed.data == nullptr || image.channels != 1) return framed;
     if (image.depth == kDepth8u) {
