@@ -15,7 +15,7 @@ enum class Snapshots { taken, leftOut };
 /// fails, whose result is the answer; g_workImage then holds what the slots before it made.
 /// @param tolerance percent for the background removal; -1 asks for 50
 /// @param rotation  degrees, kept in g_rotationAngle; -1 leaves that as it is
-/// @param snapshots whether the snapshots are taken
+/// @param snapshots left out, those of an earlier run are dropped as well
 int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots = Snapshots::taken);
 
 } // namespace orvane
