@@ -113,11 +113,12 @@ void InOrder(std::size_t count, int threads, Work work, Take take) {
 }
 
 /// One pass over a picture: one scale in four, so that windows that are plenty come from many pictures at little
-/// cost. The first four passes see it upright, the next mirrored, then turned by quarters.
+/// cost. Four passes see it upright, four mirrored, four turned; then again with other samples and another turn.
 void VisitPass(const GreyPicture& picture, const CompiledCascade& cascade, int pass, double shift,
                const std::function<void(const Survivor&)>& visit) {
-    const int form = pass / kScaleShare;
-    const GreyPicture turned = form == 0 ? GreyPicture{} : Turned(picture, form / 2 % 4, form % 2 != 0);
+    const int form = pass / kScaleShare % 3;
+    const int turn = form == 2 ? 1 + pass / kScaleShare / 3 % 3 : 0;
+    const GreyPicture turned = form == 0 ? GreyPicture{} : Turned(picture, turn, form == 1);
     VisitSurvivors(form == 0 ? picture : turned, cascade, {shift, kScaleShare, pass % kScaleShare}, visit);
 }
 
