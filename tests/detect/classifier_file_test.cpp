@@ -385,7 +385,7 @@ TEST_F(ClassifierFile, WhoseWindowHasNoInsideIsUnusable) {
     }
 }
 
-TEST_F(ClassifierFile, WhoseStagesFindNoMemoryIsUnusable) {
+TEST_F(ClassifierFile, WhoseStagesFindNoMemoryGivesThatCode) {
     for (int allowed = 0; allowed < 2; ++allowed) {
         const HeapLimit limit(allowed);
         ExpectRefused(SmallCascade().Bytes(), std::to_string(allowed) + " stages have memory");
