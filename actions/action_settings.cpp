@@ -4,6 +4,7 @@
 
 namespace orvane {
 
+ActionFlags g_actionEnabled{};
 int32 g_outputWidth = 240;
 int32 g_outputHeight = 430;
 // These two stand only until the first SetOutputGeometry, hence not tied to the size above.

@@ -3,7 +3,25 @@
 
 #include "primitives/types.h"
 
+#include <array>
+
 namespace orvane {
+
+inline constexpr int32 kActionCount = 6;
+
+/// The pipeline's slots, by the position of their flag. The numbers are part of the interface.
+enum ActionSlot : int32 {
+    kSlotCrop = 0,
+    kSlotBackground = 1,
+    kSlotColour = 2,
+    kSlotRotation = 3,
+    kSlotNone = 4, // no action: ends the pipeline
+    kSlotOutputScaling = 5,
+};
+
+using ActionFlags = std::array<uint8, kActionCount>;
+
+extern ActionFlags g_actionEnabled; // 0 or not 0
 
 extern int32 g_outputWidth; // output size; output scaling enlarges one side of it
 extern int32 g_outputHeight;

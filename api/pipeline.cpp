@@ -4,8 +4,11 @@
 #include "api/pipeline.h"
 
 #include "actions/action_settings.h"
+#include "actions/background.h"
+#include "actions/colour_correction.h"
 #include "actions/face_crop.h"
 #include "actions/output_scaling.h"
+#include "actions/rotation.h"
 #include "api/session_state.h"
 #include "image/result_codes.h"
 #include "image/session_images.h"
@@ -15,15 +18,27 @@ namespace {
 
 constexpr int32 kDefaultTolerance = 50;
 
+/// Turns the mask along, so that both keep the same shape; a mask without storage is forgotten. The action's
+/// own answer goes by g_workImage, which may still be that of the run before: here the picture in hand counts.
+int32 TurnPictureAndMask(const ImageBuffer& picture, ImageBuffer& scratch) {
+    ActionRotate(picture, scratch, g_rotationAngle);
+    ImageBuffer mask;
+    ActionRotate(g_maskImage, mask, g_rotationAngle);
+    g_maskImage.Swap(mask);
+    return picture.data != nullptr ? kSuccess : kNoPicture;
+}
+
 /// The body of one slot. A slot that leaves `scratch` empty passes the picture on as it is.
-int32 RunSlot(int32 slot, const ImageBuffer& picture, ImageBuffer& scratch) {
+int32 RunSlot(int32 slot, int32 tolerance, const ImageBuffer& picture, ImageBuffer& scratch) {
     switch (slot) {
     case kSlotCrop:
         return ActionFaceCrop(picture, scratch);
     case kSlotBackground:
+        return ActionRemoveBackground(picture, scratch, g_maskImage, tolerance, g_originalWidth, g_originalHeight);
     case kSlotColour:
+        return ActionColourCorrection(picture, scratch);
     case kSlotRotation:
-        return kSuccess; // these have no body yet
+        return TurnPictureAndMask(picture, scratch);
     case kSlotOutputScaling:
         return ActionOutputScaling(picture, scratch);
     default:
@@ -43,7 +58,7 @@ int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots) {
     int32 status = kSuccess;
     for (int32 slot = 0; slot < kActionCount && status == kSuccess; ++slot) {
         if (g_actionEnabled[static_cast<std::size_t>(slot)] != 0) {
-            status = RunSlot(slot, *picture, scratch);
+            status = RunSlot(slot, tolerance, *picture, scratch);
             if (scratch.depth != 0) { // the slot made a picture, or tried to
                 g_workImage.Swap(scratch);
                 scratch.Reset();

@@ -8,6 +8,8 @@
 #include "tests/support/fresh_session.h"
 #include "tests/support/heap_limit.h"
 #include "tests/support/pictures.h"
+#include "tests/support/portrait.h"
+#include "tests/support/printed.h"
 
 #include <gtest/gtest.h>
 
@@ -37,11 +39,13 @@ protected:
     }
 
     /// Runs both forms on the present state and compares all that they leave.
-    static void ExpectAsPlain() {
+    static void ExpectAsPlain(int32 angle = 0, int32 tolerance = 50) {
         test::reference::PipelineState expected;
         expected.TakePresent();
-        const int32 expectedStatus = test::reference::RunPipeline(expected, g_actionEnabled);
-        EXPECT_EQ(RunActionPipeline(50, 0), expectedStatus);
+        const int32 expectedStatus = test::reference::RunPipeline(expected, g_actionEnabled, angle, tolerance);
+        int32 status = 0;
+        test::Printed([&] { status = RunActionPipeline(tolerance, angle); });
+        EXPECT_EQ(status, expectedStatus);
         EXPECT_SAME_PICTURE(g_workImage, expected.work);
         EXPECT_SAME_PICTURE(g_sourceImage, expected.source);
         EXPECT_SAME_PICTURE(g_maskImage, expected.mask);
@@ -69,6 +73,146 @@ TEST_F(Pipeline, DoesWithEveryChoiceOfSlotsWhatThePlainFormDoes) {
         ExpectAsPlain();
         SetOutputGeometry(76, 120);
     }
+}
+
+TEST_F(Pipeline, TurnsPictureAndMaskAlike) {
+    for (const int32 angle : {90, 180, 270, 5, 359, -90, 360}) {
+        for (const int32 bits : {1 << kSlotRotation, 1 << kSlotRotation | 1 << kSlotCrop, 0x2D}) {
+            SCOPED_TRACE("flags " + std::to_string(bits) + ", angle " + std::to_string(angle));
+            g_faceRecord = {50, 40, 40, 30};
+            test::MakeRandomPicture(g_maskImage, 101, 90, 1, 3);
+            g_actionEnabled = Flags(bits);
+            ExpectAsPlain(angle);
+            SetOutputGeometry(76, 120);
+        }
+    }
+    test::MakeRandomPicture(g_maskImage, 101, 90, 1, 3);
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    ASSERT_EQ(RunActionPipeline(-1, 7), kSuccess);
+    EXPECT_EQ(g_maskImage.width, g_workImage.width);
+    EXPECT_EQ(g_maskImage.height, g_workImage.height);
+    EXPECT_EQ(g_colourStageImage.width, 101) << "the snapshots are those before the turn";
+    EXPECT_EQ(g_colourStageMask.width, 101);
+}
+
+TEST_F(Pipeline, TakesTheBackgroundAwayByTheToleranceGiven) {
+    const test::Portrait portrait{.noise = 12};
+    test::DrawPortrait(portrait, g_sourceImage);
+    g_faceRecord = test::FaceOf(portrait);
+    for (const int32 bits : {1 << kSlotBackground, 0x2F}) {
+        for (const int32 tolerance : {5, 12, 40, 99}) {
+            SCOPED_TRACE("flags " + std::to_string(bits) + ", tolerance " + std::to_string(tolerance));
+            g_actionEnabled = Flags(bits);
+            ExpectAsPlain(3, tolerance);
+            SetOutputGeometry(76, 120);
+        }
+    }
+}
+
+TEST_F(Pipeline, MinusOneIsAToleranceOf50) {
+    const test::Portrait portrait{.noise = 40};
+    test::DrawPortrait(portrait, g_sourceImage);
+    g_faceRecord = test::FaceOf(portrait);
+    g_actionEnabled = Flags(1 << kSlotBackground);
+    ImageBuffer results[3];
+    const int32 tolerances[3] = {-1, 50, 5};
+    for (int32 i = 0; i < 3; ++i) {
+        ASSERT_EQ(RunActionPipeline(tolerances[i], 0), kSuccess);
+        results[i].CopyFrom(g_workImage);
+    }
+    EXPECT_SAME_PICTURE(results[0], results[1]);
+    EXPECT_FALSE(test::SamePicture("", "", results[0], results[2])) << "the tolerance must matter";
+}
+
+TEST_F(Pipeline, AToleranceUnderFivePassesThePictureOnWithAMaskOf154) {
+    g_actionEnabled = Flags(1 << kSlotBackground);
+    for (const int32 tolerance : {4, 0, -2, -1000}) {
+        EXPECT_EQ(RunActionPipeline(tolerance, 0), kSuccess);
+        EXPECT_SAME_PICTURE(g_workImage, g_sourceImage);
+        ImageBuffer mask;
+        ASSERT_TRUE(mask.Create(101, 90, 1, kDepth8u, 0));
+        mask.Fill(154.0);
+        EXPECT_SAME_PICTURE(g_maskImage, mask);
+        EXPECT_SAME_PICTURE(g_colourStageMask, mask);
+    }
+}
+
+TEST_F(Pipeline, TheSizeAsHandedInReachesTheSmoothingOfTheMask) {
+    const test::Portrait portrait{.noise = 12};
+    test::DrawPortrait(portrait, g_sourceImage);
+    g_faceRecord = test::FaceOf(portrait);
+    g_actionEnabled = Flags(1 << kSlotBackground);
+    ImageBuffer small, large;
+    ASSERT_EQ(RunActionPipeline(40, 0), kSuccess);
+    small.CopyFrom(g_maskImage);
+    g_originalWidth = 1600;
+    g_originalHeight = 1200;
+    ExpectAsPlain(0, 40);
+    large.CopyFrom(g_maskImage);
+    EXPECT_FALSE(test::SamePicture("", "", small, large));
+}
+
+TEST_F(Pipeline, ABackgroundWithoutAFaceEndsIt) {
+    g_faceRecord = {};
+    g_actionEnabled = Flags(0x2E);
+    EXPECT_EQ(RunActionPipeline(-1, -1), kNoFace);
+    EXPECT_SAME_PICTURE(g_workImage, g_sourceImage);
+    EXPECT_EQ(g_colourStageImage.width, 6) << "the snapshot of an earlier run must stay";
+    ExpectMaskIs100(g_maskImage);
+}
+
+TEST_F(Pipeline, TheSnapshotsAreThoseAfterTheColourAndBeforeTheTurn) {
+    g_actionEnabled = Flags(0x0E);
+    test::Printed([&] { ASSERT_EQ(RunActionPipeline(40, 30), kSuccess); });
+    ImageBuffer picture, mask;
+    picture.CopyFrom(g_colourStageImage);
+    mask.CopyFrom(g_colourStageMask);
+    g_actionEnabled = Flags(0x06);
+    test::Printed([&] { ASSERT_EQ(RunActionPipeline(40, 30), kSuccess); });
+    EXPECT_SAME_PICTURE(picture, g_workImage);
+    EXPECT_SAME_PICTURE(mask, g_maskImage);
+}
+
+TEST_F(Pipeline, RepeatsTheLastTurnWhenNoneIsGiven) {
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    ASSERT_EQ(RunActionPipeline(-1, 90), kSuccess);
+    ASSERT_EQ(RunActionPipeline(-1, -1), kSuccess);
+    EXPECT_EQ(g_workImage.width, 90);
+    EXPECT_EQ(g_workImage.height, 101);
+}
+
+TEST_F(Pipeline, ATurnForgetsAMaskWithoutStorage) {
+    g_maskImage.Release(); // the shape stays
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    EXPECT_EQ(RunActionPipeline(-1, 90), kSuccess);
+    EXPECT_EQ(g_maskImage.width, 0);
+    EXPECT_EQ(g_maskImage.channels, 0);
+}
+
+TEST_F(Pipeline, ATurnSucceedsByThePictureInHandWhateverTheRunBeforeLeft) {
+    g_workImage.Reset();
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    EXPECT_EQ(RunActionPipeline(-1, 90), kSuccess);
+    EXPECT_EQ(g_workImage.width, 90);
+
+    g_sourceImage.Reset();
+    EXPECT_EQ(RunActionPipeline(-1, 90), kNoPicture);
+    EXPECT_EQ(g_workImage.data, nullptr);
+}
+
+TEST_F(Pipeline, ATurnThatLeavesNothingGoesOnWithoutAPicture) {
+    test::MakeRandomPicture(g_sourceImage, 200, 200, 3, 1);
+    test::MakeRandomPicture(g_maskImage, 200, 200, 1, 1);
+    g_actionEnabled = Flags(1 << kSlotRotation);
+    const std::string told = test::Printed([] {
+        EXPECT_EQ(RunActionPipeline(-1, 45), kSuccess);
+        g_actionEnabled[kSlotOutputScaling] = 1;
+        EXPECT_EQ(RunActionPipeline(-1, 45), kOutOfMemory);
+    });
+    EXPECT_EQ(told, "Assertion Failed -8 \nAssertion Failed -8 \nAssertion Failed -8 \n")
+        << "picture and mask, then the picture alone: the mask has gone";
+    EXPECT_EQ(g_workImage.data, nullptr);
+    EXPECT_EQ(g_maskImage.data, nullptr);
 }
 
 TEST_F(Pipeline, DoesTheSameWithoutAFace) {
@@ -99,7 +243,7 @@ TEST_F(Pipeline, DoesTheSameWithoutAMaskAndWithoutASource) {
         g_actionEnabled = Flags(bits);
         g_maskImage.Reset();
         ExpectAsPlain();
-        EXPECT_EQ(g_maskImage.data, nullptr);
+        EXPECT_EQ(g_maskImage.data != nullptr, (bits >> kSlotBackground & 1) != 0) << "only the background makes one";
         SetOutputGeometry(76, 120);
     }
     g_sourceImage.Reset();
@@ -148,10 +292,11 @@ TEST_F(Pipeline, SlotFourEndsItAndLeavesTheSource) {
 
 TEST_F(Pipeline, AllSlotsTogetherEndBeforeTheScaling) {
     g_actionEnabled = Flags(0x3F);
-    EXPECT_EQ(RunActionPipeline(-1, -1), kBadCall);
+    test::Printed([] { EXPECT_EQ(RunActionPipeline(-1, -1), kBadCall); });
     ImageBuffer crop;
     ASSERT_EQ(test::reference::FaceCrop(g_sourceImage, crop), kSuccess);
-    EXPECT_SAME_PICTURE(g_workImage, crop);
+    EXPECT_EQ(g_workImage.width, crop.width);
+    EXPECT_EQ(g_workImage.height, crop.height);
     EXPECT_EQ(g_outputWidth, 76);
     EXPECT_EQ(g_outputHeight, 120);
 }

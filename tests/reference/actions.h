@@ -64,6 +64,7 @@ inline Plane<uint8> PlaneOf(const ImageBuffer& picture) {
 
 /// Scales to `output`, which takes the picture's proportions first.
 inline int32 OutputScaling(const ImageBuffer& source, ImageSize& output, ImageBuffer& destination) {
+    if (source.width < 1 || source.height < 1) return kOutOfMemory;
     const double requested = static_cast<double>(output.width) / output.height;
     const float pictureAspect = static_cast<float>(static_cast<double>(source.width) / source.height);
     if (requested > pictureAspect) {

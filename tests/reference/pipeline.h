@@ -4,6 +4,9 @@
 #include "api/session_state.h"
 #include "image/session_images.h"
 #include "tests/reference/actions.h"
+#include "tests/reference/background.h"
+#include "tests/reference/colour_correction.h"
+#include "tests/reference/rotation.h"
 
 namespace orvane::test::reference {
 
@@ -23,7 +26,20 @@ struct PipelineState {
     }
 };
 
-inline int32 RunPipeline(PipelineState& s, const ActionFlags& enabled) {
+inline int32 BackgroundSlot(PipelineState& s, ImageBuffer& scratch, bool cropped, int32 tolerance) {
+    FaceRecord face = g_faceRecord;
+    if (face.faceWidth == 0 || face.faceHeight == 0) return kNoFace;
+    if (cropped) {
+        face.centreX = (s.work.width + 1) / 2;
+        face.centreY = (s.work.height + 1) / 2;
+    }
+    std::string told;
+    RemoveBackground(s.work, scratch, s.mask, tolerance, g_fillLevel, face, {g_originalWidth, g_originalHeight}, told);
+    return kSuccess;
+}
+
+/// A run with the angle already settled.
+inline int32 RunPipeline(PipelineState& s, const ActionFlags& enabled, int32 angle = 0, int32 tolerance = 50) {
     if (s.mask.data != nullptr) s.mask.Fill(100.0);
     s.work.CopyFrom(s.source);
     ImageBuffer scratch;
@@ -33,8 +49,16 @@ inline int32 RunPipeline(PipelineState& s, const ActionFlags& enabled) {
         if (enabled[static_cast<std::size_t>(slot)] != 0) {
             if (slot == 0) {
                 status = FaceCrop(s.work, scratch);
-            } else if (slot <= 3) {
-                scratch.CopyFrom(s.work); // these pass the picture on
+            } else if (slot == 2) {
+                CorrectColours(s.work, scratch);
+            } else if (slot == 3) {
+                status = s.work.data != nullptr ? 0 : -60;
+                if (s.work.data != nullptr) TurnPicture(s.work, scratch, angle);
+                ImageBuffer turned;
+                if (s.mask.data != nullptr) TurnPicture(s.mask, turned, angle);
+                s.mask.CopyFrom(turned);
+            } else if (slot == 1) {
+                status = BackgroundSlot(s, scratch, enabled[0] != 0, tolerance);
             } else if (slot == 4) {
                 status = -10;
             } else {

@@ -8,7 +8,7 @@
 
 namespace orvane::test {
 
-/// Empties the session's pictures and clears flags and settings when it comes and when it goes.
+/// Empties the session's pictures and clears settings when it comes and when it goes.
 class FreshSession {
 public:
     FreshSession() { Reset(); }
@@ -22,7 +22,6 @@ private:
              {&g_sourceImage, &g_workImage, &g_maskImage, &g_colourStageImage, &g_colourStageMask}) {
             image->Reset();
         }
-        g_actionEnabled.fill(0);
     }
 
     FreshSettings settings_;

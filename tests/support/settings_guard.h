@@ -16,6 +16,7 @@ public:
 
 private:
     static void Reset() {
+        g_actionEnabled.fill(0);
         g_outputWidth = 240;
         g_outputHeight = 430;
         g_cropWidthFactor = 0.6F;
