@@ -172,6 +172,7 @@ TEST_F(Pipeline, TheSnapshotsAreThoseAfterTheColourAndBeforeTheTurn) {
     test::Printed([&] { ASSERT_EQ(RunActionPipeline(40, 30), kSuccess); });
     EXPECT_SAME_PICTURE(picture, g_workImage);
     EXPECT_SAME_PICTURE(mask, g_maskImage);
+}
 
 TEST_F(Pipeline, TellsAnObserverOfEachSlotThatRanAndOfNoOther) {
     g_actionEnabled = Flags(0x2D);

@@ -179,6 +179,18 @@ TEST_F(ToolSteps, LieInTheFolderAfterAPortrait) {
     EXPECT_EQ(Read("steps/a-5-output.png").pixels, Read("b.png").pixels);
 }
 
+TEST_F(ToolSteps, ShowTheBackgroundsRemovalAndItsMask) {
+    const ProcessResult result = Run({"--actions", "crop,background"});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    ASSERT_EQ(StepFiles(), (Names{"a-0-crop.png", "a-1-background.png", "a-1-mask.png", "a-5-output.png"}));
+    const Picture crop = Read("steps/a-0-crop.png");
+    for (const char* name : {"steps/a-1-background.png", "steps/a-1-mask.png"}) {
+        const Picture step = Read(name);
+        EXPECT_EQ(step.width, crop.width) << name;
+        EXPECT_EQ(step.height, crop.height) << name;
+    }
+}
+
 TEST_F(ToolSteps, DoNotChangeThePortrait) {
     ASSERT_EQ(Run({"--actions", "crop,colour", "--rotate", "5"}).exitCode, 0);
     const ProcessResult plain = RunProcess(
