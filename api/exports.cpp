@@ -53,6 +53,8 @@ int32 OpenSession() {
     if (g_detectorParams == nullptr) {
         auto params = std::make_unique<DetectorParams>();
         params->loadStatus = LoadClassifier();
+        // Unlike a missing file, exhausted memory may have passed by the next call.
+        if (params->loadStatus == kOutOfMemory) return kOutOfMemory;
         g_detectorParams = std::move(params); // only now: the load may throw
     }
     if (selection != 0) return kNoSession;

@@ -48,7 +48,7 @@ int32 RunSlot(int32 slot, int32 tolerance, const ImageBuffer& picture, ImageBuff
 
 } // namespace
 
-int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots) {
+int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots, const SlotObserver& observer) {
     if (tolerance == -1) tolerance = kDefaultTolerance;
     if (rotation != -1) g_rotationAngle = rotation;
     g_maskImage.Fill(100.0);
@@ -64,6 +64,7 @@ int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots) {
                 scratch.Reset();
                 picture = &g_workImage;
             }
+            if (observer && status == kSuccess) observer(slot, *picture);
         }
         if (slot == kSlotColour && snapshots == Snapshots::taken) {
             g_colourStageImage.CopyFrom(*picture);

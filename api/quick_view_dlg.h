@@ -2,6 +2,7 @@
 // It is also what the operator's window works on; all of it runs just as well without a window.
 #pragma once
 
+#include "api/pipeline.h"
 #include "dialog/language.h"
 #include "image/bitmap.h"
 #include "image/result_codes.h"
@@ -26,8 +27,8 @@ public:
     int32 BeginSession();
     /// Runs the pipeline on the present state and stores the result in m_resultBitmap. A `final` run
     /// scales to the output size: the requested one after a crop, else the source picture's. A failing
-    /// slot does not stop it. 0, or -50 when the picture has no storage.
-    int32 ProduceOutput(int32 tolerance, bool final);
+    /// slot does not stop it; `observer` is told of each that ran. 0, or -50 when the picture has no storage.
+    int32 ProduceOutput(int32 tolerance, bool final, const SlotObserver& observer = {});
     /// Ends a session; m_resultBitmap survives.
     void EndSession();
 

@@ -99,7 +99,7 @@ int32 COrvQuickViewDlg::BeginSession() {
     return DetectAndPlaceFace(!HasWindow());
 }
 
-int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final) {
+int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final, const SlotObserver& observer) {
     if (!HasWindow()) {
         const StageClock clock(g_stageTimes.crop);
         ShowConfirmation();
@@ -116,7 +116,7 @@ int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final) {
         SetFaceRect(std::min(m_markLeft, m_markRight), std::min(m_markTop, m_markBottom),
                     std::abs(m_markRight - m_markLeft), std::abs(m_markBottom - m_markTop));
     }
-    RunActionPipeline(tolerance, m_rotation);
+    RunActionPipeline(tolerance, m_rotation, Snapshots::taken, observer);
     const int32 status = StoreWorkIntoBitmap(m_resultBitmap);
     ReadBitmapHeader(m_resultBitmap);
     ComputeWorkSize();

@@ -37,8 +37,10 @@ double SecondsOf(Operation&& operation) {
 /// Seconds of one memcpy of `bytes`, with warm buffers.
 inline double MemcpySeconds(std::size_t bytes) {
     std::vector<unsigned char> from(bytes, 1), to(bytes);
+    constexpr int kCalls = 15;
     std::vector<double> seconds;
-    for (int i = 0; i < 15; ++i) {
+    seconds.reserve(kCalls);
+    for (int i = 0; i < kCalls; ++i) {
         seconds.push_back(SecondsOf([&] {
             std::memcpy(to.data(), from.data(), bytes);
             benchmark::DoNotOptimize(to.data());

@@ -125,13 +125,12 @@ PathString ClassifierFileName() {
 int32 LoadClassifier() {
     FreeClassifier(g_classifier);
     g_classifier = {};
-    if (ReadClassifierFile(ClassifierFileName(), g_classifier) == kSuccess &&
-        PrepareClassifier(1, 0.0001F, g_classifier) == kOk) {
-        return kSuccess;
-    }
+    const int32 read = ReadClassifierFile(ClassifierFileName(), g_classifier);
+    const int32 prepared = read == kSuccess ? PrepareClassifier(1, 0.0001F, g_classifier) : kOk;
+    if (read == kSuccess && prepared == kOk) return kSuccess;
     FreeClassifier(g_classifier);
     g_classifier = {};
-    return kNoClassifier;
+    return read == kOutOfMemory || prepared == kNoMemory ? kOutOfMemory : kNoClassifier;
 }
 
 int32 ReadClassifierFile(const PathString& name, ClassifierTables& tables) {

@@ -38,8 +38,8 @@ struct ClassifierTables {
 /// The session's classifier.
 extern ClassifierTables g_classifier;
 
-/// Reads "Orvane.dat" and prepares it. 0, or -70 when the file is missing or unusable; the tables are
-/// empty then.
+/// Reads "Orvane.dat" and prepares it. 0; -70 when the file is missing or unusable; -50 when memory is
+/// exhausted. Except after 0 the tables are empty.
 int32 LoadClassifier();
 
 /// Reads a classifier file of the library's folder into `tables`. The layout, little-endian and without

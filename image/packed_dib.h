@@ -21,7 +21,8 @@ int32 BitmapFromPackedDib(void* dib, Bitmap& bitmap);
 int32 PackedDibFromBitmap(const Bitmap& bitmap, void** out);
 
 /// Sets up g_sourceImage and g_workImage for a picture. `mode` must be 1; g_sourceImage takes
-/// `channels`, g_workImage always 3; their pixels are for the caller to fill. 0; -40 for another mode; -50 without storage.
+/// `channels`, g_workImage always 3; their pixels are for the caller to fill.
+/// 0; -40 for another mode; -50 without storage.
 int32 InitPicture(int32 mode, int32 width, int32 height, int32 channels, int32 bits);
 
 /// Copies a bitmap into g_sourceImage, padding included. False for an empty bitmap, another mode than

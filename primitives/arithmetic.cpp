@@ -89,7 +89,7 @@ int32 primMulC_32f_C3I(const float value[3], float* srcDst, int32 step, ImageSiz
     for (int32 y = 0; y < roi.height; ++y) {
         uint8* at = FloatRow(srcDst, step, y);
         for (int32 x = 0; x < roi.width; ++x, at += 12) {
-            for (int32 c = 0; c < 3; ++c) StoreFloat(at + 4 * c, LoadFloat(at + 4 * c) * factors[c]);
+            for (std::ptrdiff_t c = 0; c < 3; ++c) StoreFloat(at + 4 * c, LoadFloat(at + 4 * c) * factors[c]);
         }
     }
     return kOk;

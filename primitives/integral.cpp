@@ -73,8 +73,9 @@ int32 primSqrIntegral_8u32f64f_C1(const uint8* src, int32 srcStep, float* sum, i
         int64 rowSquares = 0;
         for (int32 j = 0; j < roi.width; ++j) {
             const int32 p = pixel[j];
+            const int32 square = p * p; // at most 255 * 255
             rowSum += p;
-            rowSquares += p * p;
+            rowSquares += square;
             sumRow[j + 1] = static_cast<float>(static_cast<double>(rowSum) + sumAbove[j + 1]);
             squaresRow[j + 1] = squaresAbove[j + 1] + static_cast<double>(rowSquares);
         }

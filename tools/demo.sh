@@ -1,10 +1,16 @@
 #!/usr/bin/env bash
-# demo.sh PROGRAM: makes a portrait out of a real photograph with the crop alone, and prints the face,
-# the time of each stage and where the result lies. PROGRAM is a built `orvane`.
+# demo.sh PROGRAM [--all]: makes a portrait out of a real photograph, and prints the face, the time of
+# each stage and where the result lies. With the crop alone; or with all actions and a turn by 5 degrees,
+# and then also the picture after each of them. PROGRAM is a built `orvane`.
 # The photograph comes out of a Debian package at the first run and stays in demo/, outside the
 # repository: the package is downloaded, one picture is taken out of it, nothing is installed.
 set -euo pipefail
+if [ $# -lt 1 ] || [ $# -gt 2 ] || [ "${2:---all}" != --all ]; then
+    echo "usage: demo.sh PROGRAM [--all]" >&2
+    exit 1
+fi
 program=$(realpath "$1")
+all=${2:-}
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # Package, picture in it, and what it shows; the first that can be had is taken.
@@ -65,7 +71,15 @@ if ! find_photo; then
 fi
 
 portrait=demo/portrait.png
-line=$("$program" portrait "$photo" -o "$portrait" --actions crop --force --json)
+options=(--actions crop)
+if [ -n "$all" ]; then
+    portrait=demo/portrait-all.png
+    steps=demo/steps
+    rm -rf "$steps" # of a demo before, perhaps of other actions
+    mkdir "$steps"
+    options=(--actions crop,background,colour,rotation --rotate 5 --steps "$steps")
+fi
+line=$("$program" portrait "$photo" -o "$portrait" "${options[@]}" --force --json)
 face=${line#*\"face\":}
 times=${line#*\"milliseconds\":}
 echo "photograph  $photo, $(member width "$line")x$(member height "$line") pixels"
@@ -74,4 +88,10 @@ echo "face        x $(member x "$face"), y $(member y "$face") from the upper le
 for stage in decode scale detect crop output encode; do
     LC_ALL=C printf '%-11s %8.1f ms\n' "$stage" "$(member "$stage" "$times")"
 done
-echo "portrait    $portrait"
+if [ -n "$all" ]; then
+    echo "before      $photo"
+    for step in "$steps"/*.png; do echo "step        $step"; done
+    echo "after       $portrait"
+else
+    echo "portrait    $portrait"
+fi

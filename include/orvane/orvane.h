@@ -132,11 +132,15 @@ ORV_API int32_t orv_GetOutputImage(orv_Handle* out);
 
 #ifdef _WIN32
 
-static inline orv_Handle orv_BlockAlloc(size_t size) { return (orv_Handle)GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, size); }
+static inline orv_Handle orv_BlockAlloc(size_t size) {
+    return (orv_Handle)GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, size);
+}
 static inline void* orv_BlockLock(orv_Handle block) { return block ? GlobalLock((HGLOBAL)block) : NULL; }
 static inline void orv_BlockUnlock(orv_Handle block) { GlobalUnlock((HGLOBAL)block); }
 static inline size_t orv_BlockSize(orv_Handle block) { return block ? (size_t)GlobalSize((HGLOBAL)block) : 0; }
-static inline void orv_BlockFree(orv_Handle block) { if (block) GlobalFree((HGLOBAL)block); }
+static inline void orv_BlockFree(orv_Handle block) {
+    if (block) GlobalFree((HGLOBAL)block);
+}
 
 #else
 
@@ -147,7 +151,8 @@ static inline void orv_BlockFree(orv_Handle block) { if (block) GlobalFree((HGLO
 /* A zeroed block of `size` bytes, or null. */
 static inline orv_Handle orv_BlockAlloc(size_t size) {
     uint64_t length = size;
-    unsigned char* start = size > SIZE_MAX - ORV_BLOCK_PREFIX ? NULL : (unsigned char*)calloc(1, size + ORV_BLOCK_PREFIX);
+    unsigned char* start =
+        size > SIZE_MAX - ORV_BLOCK_PREFIX ? NULL : (unsigned char*)calloc(1, size + ORV_BLOCK_PREFIX);
     if (start == NULL) return NULL;
     memcpy(start, ORV_BLOCK_TAG, 8);
     memcpy(start + 8, &length, 8);

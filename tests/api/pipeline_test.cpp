@@ -15,6 +15,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace orvane {
 namespace {
@@ -171,6 +172,28 @@ TEST_F(Pipeline, TheSnapshotsAreThoseAfterTheColourAndBeforeTheTurn) {
     test::Printed([&] { ASSERT_EQ(RunActionPipeline(40, 30), kSuccess); });
     EXPECT_SAME_PICTURE(picture, g_workImage);
     EXPECT_SAME_PICTURE(mask, g_maskImage);
+}
+
+TEST_F(Pipeline, TellsAnObserverOfEachSlotThatRanAndOfNoOther) {
+    g_actionEnabled = Flags(0x2D);
+    std::vector<int32> slots;
+    std::vector<ImageSize> sizes;
+    const auto observe = [&](int32 slot, const ImageBuffer& picture) {
+        slots.push_back(slot);
+        sizes.push_back(picture.Size());
+        EXPECT_NE(picture.data, nullptr);
+    };
+    ASSERT_EQ(RunActionPipeline(50, 90, Snapshots::taken, observe), kSuccess);
+    EXPECT_EQ(slots, (std::vector<int32>{kSlotCrop, kSlotColour, kSlotRotation, kSlotOutputScaling}));
+    ASSERT_EQ(sizes.size(), 4U);
+    EXPECT_EQ(sizes[2].width, sizes[1].height) << "each picture is the one after its slot";
+    EXPECT_EQ(sizes[3].width, g_workImage.width);
+    EXPECT_EQ(sizes[3].height, g_workImage.height);
+
+    slots.clear();
+    g_actionEnabled = Flags(0x3D);
+    EXPECT_EQ(RunActionPipeline(50, 90, Snapshots::taken, observe), kBadCall);
+    EXPECT_EQ(slots, (std::vector<int32>{kSlotCrop, kSlotColour, kSlotRotation})) << "a slot that fails is not told";
 }
 
 TEST_F(Pipeline, RepeatsTheLastTurnWhenNoneIsGiven) {

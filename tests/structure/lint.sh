@@ -30,7 +30,7 @@ tidy() {
 # without constStatement, which takes an advancing pointer in a for statement for an unused value.
 check "clang-format, ${#sources[@]} files" clang-format --dry-run -Werror "${sources[@]}"
 check "clang-tidy, ${#compiled[@]} files" tidy
-check "cppcheck" cppcheck -j "$(nproc)" --project="$compile_commands" --enable=warning,performance \
-    --inline-suppr --suppress=constStatement --suppress='*:/usr/*' -i /usr/src/ -i "$PWD/tests/" --error-exitcode=1 --quiet
+check "cppcheck" cppcheck -j "$(nproc)" --std=c++20 -I . -I include --enable=warning,performance \
+    --inline-suppr --suppress=constStatement --error-exitcode=1 --quiet "${compiled[@]}"
 check "rules of the source tree" bash tests/structure/check_sources.sh .
 exit "$failed"

@@ -60,17 +60,19 @@ TEST(Options, APortraitCropsTo480By860UnlessToldOtherwise) {
     EXPECT_FALSE(options.actions.background || options.actions.colour || options.actions.rotation);
     EXPECT_EQ(options.tolerance, 40);
     EXPECT_EQ(options.rotation, 0);
+    EXPECT_EQ(options.steps, "");
     EXPECT_FALSE(options.json || options.force);
 }
 
 TEST(Options, EveryOptionTakesItsValueBehindASpaceOrAnEqualsSign) {
     for (const Arguments& arguments :
          {Portrait({"--size", "100x200", "--crop-ratio", "1.5", "--actions", "background,colour", "--tolerance", "7",
-                    "--json", "--force", "--output", "c.jpg"}),
+                    "--json", "--force", "--output", "c.jpg", "--steps", "s"}),
           Portrait({"--size=100x200", "--crop-ratio=1.5", "--actions=background,colour", "--tolerance=7", "--json",
-                    "--force", "--output=c.jpg"})}) {
+                    "--force", "--output=c.jpg", "--steps=s"})}) {
         const Options options = Parsed(arguments);
         EXPECT_EQ(options.output, "c.jpg");
+        EXPECT_EQ(options.steps, "s");
         EXPECT_EQ(options.width, 100);
         EXPECT_EQ(options.height, 200);
         EXPECT_EQ(options.cropRatio, 1.5F);
@@ -138,6 +140,7 @@ TEST(Options, NonsenseIsRefusedWithALineThatNamesTheOptionAndTheValue) {
         }
     }
     EXPECT_EQ(Refused({"portrait", "a", "-o", ""}), "-o wants a file or a folder");
+    EXPECT_EQ(Refused(Portrait({"--steps", ""})), "--steps wants a folder");
 }
 
 TEST(Options, WhatIsMissingOrForeignIsNamed) {
@@ -148,6 +151,7 @@ TEST(Options, WhatIsMissingOrForeignIsNamed) {
     EXPECT_EQ(Refused({"detect"}), "'detect' wants at least one photo");
     EXPECT_EQ(Refused({"detect", "a", "--force"}), "'detect' knows no option '--force'");
     EXPECT_EQ(Refused({"detect", "a", "-o", "b"}), "'detect' knows no option '-o'");
+    EXPECT_EQ(Refused({"detect", "a", "--steps", "b"}), "'detect' knows no option '--steps'");
     EXPECT_EQ(Refused({"portrait", "a", "--sise", "1x1"}), "'portrait' knows no option '--sise'");
     EXPECT_EQ(Refused({"info", "a"}), "'info' takes no photo");
     EXPECT_EQ(Refused({"info", "--force"}), "'info' knows no option '--force'");

@@ -5,6 +5,7 @@
 #include "tools/orvane/host.h"
 #include "tools/orvane/json.h"
 #include "tools/orvane/output_names.h"
+#include "tools/orvane/steps.h"
 #include "tools/orvane/utf8.h"
 #include "tools/support/picture_io.h"
 #include "tools/support/result_stream.h"
@@ -51,6 +52,15 @@ void Encode(const std::string& path, const Picture& portrait, bool force, PhotoR
     report->milliseconds.encode = milliseconds;
 }
 
+/// Files for the steps, which must be good for `report` to be.
+void EncodeSteps(const Steps& steps, const Options& options, PhotoReport* report) {
+    for (const Step& step : steps) {
+        const std::string path = StepFile(options.steps, report->photo, step.name);
+        if (!report->error.empty() || WritePicture(path, step.picture, options.force, &report->error)) continue;
+        report->error = "the step '" + path + "' " + report->error;
+    }
+}
+
 /// Prints the report and gives the exit code so far.
 ExitCode Tell(const PhotoReport& report, bool json, ExitCode before) {
     const std::string error = ErrorLine(report);
@@ -66,12 +76,15 @@ PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput
     report.error = output.error;
     if (!output.error.empty()) return report;
     Picture portrait;
+    Steps steps;
     {
         Picture picture;
         if (!Decode(photo, &picture, &report)) return report;
-        host.MakePortrait(picture, options, &portrait, &report);
+        host.MakePortrait(picture, options, &portrait, &report, options.steps.empty() ? nullptr : &steps);
     }
-    if (!portrait.pixels.empty()) Encode(output.path, portrait, options.force, &report);
+    if (portrait.pixels.empty()) return report;
+    Encode(output.path, portrait, options.force, &report);
+    EncodeSteps(steps, options, &report);
     return report;
 }
 
@@ -145,7 +158,9 @@ ExitCode RunDetect(const Options& options) {
 ExitCode RunPortrait(const Options& options) {
     std::vector<PlannedOutput> outputs;
     std::string error;
-    if (!PlanOutputs(options.photos, options.output, options.force, &outputs, &error)) {
+    if (!PlanOutputs(options.photos, options.output, options.force, &outputs, &error) ||
+        (!options.steps.empty() &&
+         !PlanSteps(options.photos, options.steps, StepNames(options.actions), options.force, &outputs, &error))) {
         PrintError(error);
         return kExitError;
     }

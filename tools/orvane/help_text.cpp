@@ -17,10 +17,11 @@ portrait writes one picture a photo: into FILE, whose extension tells the format
   --crop-ratio RATIO   how much is left around the face (0.75): the crop is three times RATIO face
                        heights high; above 0, up to 10
   --actions LIST       what is done, of crop, background, colour, rotation, with commas (crop), or none;
-                       without crop the portrait keeps the photo's size; in this version background,
-                       colour and rotation hand the picture on unchanged
-  --tolerance PERCENT  what counts as background (40), 0 to 99
+                       without crop the portrait keeps the photo's size
+  --tolerance PERCENT  what counts as background (40), 0 to 99; under 5 the background stays
   --rotate DEGREES     turns the portrait clockwise, -359 to 359; switches rotation on
+  --steps FOLDER       also writes the picture after each action, and the background's mask, into an
+                       existing folder: PHOTO-0-crop.png and so on
   --force              replaces existing files
   --json               one object a photo and line on standard output
 detect prints the face rectangle in pixels of the photo, counted from its upper left corner.

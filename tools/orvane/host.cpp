@@ -59,7 +59,7 @@ int32 RunDetect(const Picture& photo, PhotoReport* report) {
     return status;
 }
 
-int32 RunPortrait(const Picture& photo, const Options& options, PhotoReport* report) {
+int32 RunPortrait(const Picture& photo, const Options& options, PhotoReport* report, const SlotObserver& observer) {
     const SessionEnd end;
     COrvQuickViewDlg& session = *g_dialog;
     if (const int32 status = TakePhoto(photo)) return status;
@@ -67,7 +67,7 @@ int32 RunPortrait(const Picture& photo, const Options& options, PhotoReport* rep
     if (status == kSuccess) {
         report->face = FoundFace();
         session.m_rotation = options.rotation;
-        status = session.ProduceOutput(session.m_tolerance, true);
+        status = session.ProduceOutput(session.m_tolerance, true, observer);
         report->milliseconds.crop = g_stageTimes.crop;
         report->milliseconds.output = g_stageTimes.output;
     }
@@ -141,8 +141,10 @@ void Host::Detect(const Picture& photo, PhotoReport* report) {
     Note(report, [&] { return RunDetect(photo, report); });
 }
 
-void Host::MakePortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report) {
+void Host::MakePortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report,
+                        Steps* steps) {
     *portrait = Picture();
+    if (steps != nullptr) steps->clear();
     orv_SetSizeOutputImage(options.width, options.height);
     orv_SetFaceCropRatio(options.cropRatio);
     orv_EnableAction(ORV_CROP, options.actions.crop);
@@ -151,7 +153,8 @@ void Host::MakePortrait(const Picture& photo, const Options& options, Picture* p
     orv_EnableAction(ORV_ROTATE, options.actions.rotation);
     g_dialog->m_tolerance = options.tolerance;
     Note(report, [&]() -> int32 {
-        if (const int32 status = RunPortrait(photo, options, report)) return status;
+        if (const int32 status = RunPortrait(photo, options, report, steps != nullptr ? AddTo(steps) : SlotObserver()))
+            return status;
         const int32 status = FetchOutput(portrait);
         if (status != kSuccess || (options.actions.crop && !HasAskedSize(*portrait, options))) {
             *portrait = Picture();

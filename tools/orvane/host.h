@@ -5,6 +5,7 @@
 
 #include "tools/orvane/options.h"
 #include "tools/orvane/report.h"
+#include "tools/orvane/steps.h"
 #include "tools/support/picture.h"
 
 #include <string>
@@ -45,8 +46,10 @@ public:
     void Detect(const Picture& photo, PhotoReport* report);
 
     /// Makes the portrait into `*portrait` and notes status, face and times in `report`; without a
-    /// face, or after a failure, `*portrait` is empty.
-    void MakePortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report);
+    /// face, or after a failure, `*portrait` is empty. `steps`, unless it is null, receives what each
+    /// action made, as far as they came.
+    void MakePortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report,
+                      Steps* steps = nullptr);
 
 private:
     int32 status_;

@@ -103,6 +103,12 @@ bool SetOutput(const std::string& text, Options* options, std::string* error) {
     return !text.empty();
 }
 
+bool SetSteps(const std::string& text, Options* options, std::string* error) {
+    options->steps = text;
+    if (text.empty()) *error = "--steps wants a folder";
+    return !text.empty();
+}
+
 struct ValueOption {
     const char* name;
     bool (*set)(const std::string& text, Options* options, std::string* error);
@@ -110,8 +116,8 @@ struct ValueOption {
 
 /// All of them belong to `portrait`.
 constexpr ValueOption kValueOptions[] = {
-    {"-o", SetOutput},         {"--output", SetOutput},       {"--size", SetSize},      {"--crop-ratio", SetCropRatio},
-    {"--actions", SetActions}, {"--tolerance", SetTolerance}, {"--rotate", SetRotation}};
+    {"-o", SetOutput},         {"--output", SetOutput},       {"--size", SetSize},       {"--crop-ratio", SetCropRatio},
+    {"--actions", SetActions}, {"--tolerance", SetTolerance}, {"--rotate", SetRotation}, {"--steps", SetSteps}};
 
 /// Walks the arguments after the command.
 class Reader {

@@ -22,6 +22,7 @@ struct Options {
     Command command = Command::help;
     std::vector<std::string> photos; ///< Paths as bytes, in the order given.
     std::string output;
+    std::string steps; ///< Folder for the picture after each action; empty for none.
     int32 width = 480;
     int32 height = 860;
     float cropRatio = 0.75F;

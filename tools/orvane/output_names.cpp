@@ -1,5 +1,6 @@
 #include "tools/orvane/output_names.h"
 
+#include "tools/orvane/steps.h"
 #include "tools/support/file_identity.h"
 #include "tools/support/picture_io.h"
 
@@ -8,18 +9,6 @@
 
 namespace orvane::tools {
 namespace {
-
-/// The file's name without folders and without its last extension.
-std::string Stem(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    const std::size_t dot = name.rfind('.');
-    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
-}
-
-std::string InFolder(const std::string& folder, const std::string& name) {
-    return folder.back() == '/' ? folder + name : folder + "/" + name;
-}
 
 using FileIdentities = std::vector<std::optional<FileIdentity>>;
 
@@ -38,7 +27,31 @@ bool IsAnotherPhoto(const std::string& path, std::size_t own, const FileIdentiti
     return false;
 }
 
+bool IsPhoto(const std::string& path, const FileIdentities& photos) {
+    return IsAnotherPhoto(path, photos.size(), photos); // none is its own
+}
+
+/// Equal for two names of files in the same folder, however the folder is spelled.
+using Place = std::pair<std::optional<FileIdentity>, std::string>;
+
+Place PlaceOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return {IdentifyFile("."), path};
+    return {IdentifyFile(path.substr(0, slash + 1)), path.substr(slash + 1)};
+}
+
 } // namespace
+
+std::string Stem(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+std::string InFolder(const std::string& folder, const std::string& name) {
+    return folder.back() == '/' ? folder + name : folder + "/" + name;
+}
 
 bool PlanOutputs(const std::vector<std::string>& photos, const std::string& output, bool force,
                  std::vector<PlannedOutput>* planned, std::string* error) {
@@ -69,6 +82,33 @@ bool PlanOutputs(const std::vector<std::string>& photos, const std::string& outp
             plan.error = "the output '" + plan.path + "' is another one of the photos";
         }
         planned->push_back(plan);
+    }
+    return true;
+}
+
+bool PlanSteps(const std::vector<std::string>& photos, const std::string& folder, const std::vector<std::string>& steps,
+               bool force, std::vector<PlannedOutput>* planned, std::string* error) {
+    if (!IsFolder(folder)) {
+        *error = "there is no folder '" + folder + "' for the steps";
+        return false;
+    }
+    const FileIdentities files = IdentifyAll(photos);
+    std::set<Place> taken;
+    for (const PlannedOutput& plan : *planned) taken.insert(PlaceOf(plan.path));
+    for (std::size_t i = 0; i < photos.size(); ++i) {
+        PlannedOutput& plan = (*planned)[i];
+        if (!plan.error.empty()) continue;
+        for (const std::string& step : steps) {
+            const std::string path = StepFile(folder, photos[i], step);
+            if (!taken.insert(PlaceOf(path)).second) {
+                plan.error = "a portrait or an earlier photo has the step '" + path + "'";
+            } else if (!force && IsNameTaken(path)) {
+                plan.error = "the step '" + path + "' exists already; --force replaces it";
+            } else if (IsPhoto(path, files)) {
+                plan.error = "the step '" + path + "' is one of the photos";
+            }
+            if (!plan.error.empty()) break;
+        }
     }
     return true;
 }

@@ -12,6 +12,12 @@ struct PlannedOutput {
     std::string error; ///< One line when nothing may be written at `path`; else empty.
 };
 
+/// The file's name without folders and without its last extension.
+std::string Stem(const std::string& path);
+
+/// The path of a file in a folder.
+std::string InFolder(const std::string& folder, const std::string& name);
+
 /// Plans the outputs of `photos`, one each and in their order. `output` is a folder when it is one on
 /// the disk or ends with a slash; a portrait then takes the photo's name with the extension .png.
 /// Refused are a name that an earlier photo has taken, an existing file without `force`, and, even
@@ -20,5 +26,11 @@ struct PlannedOutput {
 /// whose extension names no known format, a folder that does not exist.
 bool PlanOutputs(const std::vector<std::string>& photos, const std::string& output, bool force,
                  std::vector<PlannedOutput>* planned, std::string* error);
+
+/// Refuses among `planned`, as PlanOutputs made it, the photos whose steps can't have their files in `folder`,
+/// by the same rules; `steps` are the names of the steps. Nor may a step be the portrait of any of the photos.
+/// False with one line in `*error` when there is no such folder.
+bool PlanSteps(const std::vector<std::string>& photos, const std::string& folder, const std::vector<std::string>& steps,
+               bool force, std::vector<PlannedOutput>* planned, std::string* error);
 
 } // namespace orvane::tools

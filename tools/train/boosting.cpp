@@ -53,6 +53,7 @@ QuantisedValues::QuantisedValues(const std::vector<Feature>& pool, const std::ve
     for (std::size_t s = 0; s < samples_; s += stride) some.push_back(s);
     ForEachIndex(pool.size(), threads, [&](std::size_t f) {
         std::vector<float> values;
+        values.reserve(some.size());
         for (const std::size_t s : some) values.push_back(measure(f, s));
         std::sort(values.begin(), values.end());
         const std::size_t tail = values.size() / 200;

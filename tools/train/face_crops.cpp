@@ -18,7 +18,8 @@ constexpr uint64 kHeldShare = 5; // one person in five
 std::vector<uint8> Upended(const uint8* topFirst) {
     std::vector<uint8> rows(kCropBytes);
     for (int32 y = 0; y < kCropSide; ++y) {
-        std::copy_n(topFirst + (kCropSide - 1 - y) * kCropSide, kCropSide, rows.data() + y * kCropSide);
+        std::copy_n(topFirst + PixelIndex(0, kCropSide - 1 - y, kCropSide), kCropSide,
+                    rows.data() + PixelIndex(0, y, kCropSide));
     }
     return rows;
 }
@@ -34,7 +35,7 @@ double PixelAt(const FaceCrop& crop, double x, double y, bool nearest) {
     x = std::clamp(x, 0.0, last);
     y = std::clamp(y, 0.0, last);
     const auto at = [&](int column, int row) {
-        return static_cast<double>(crop.pixels[static_cast<std::size_t>(row * kCropSide + column)]);
+        return static_cast<double>(crop.pixels[PixelIndex(column, row, kCropSide)]);
     };
     if (nearest) return at(static_cast<int>(x + 0.5), static_cast<int>(y + 0.5));
     const int x0 = std::min(static_cast<int>(x), kCropSide - 2);
@@ -50,7 +51,7 @@ void Sharpen(std::vector<double>& plane, ImageSize size, double amount) {
     const std::vector<double> before = plane;
     for (int32 y = 1; y + 1 < size.height; ++y) {
         for (int32 x = 1; x + 1 < size.width; ++x) {
-            const auto i = static_cast<std::size_t>(y * size.width + x);
+            const auto i = PixelIndex(x, y, size.width);
             const auto row = static_cast<std::size_t>(size.width);
             plane[i] +=
                 amount * (before[i] - 0.25 * (before[i - 1] + before[i + 1] + before[i - row] + before[i + row]));
@@ -115,12 +116,12 @@ Window CutWindow(const FaceCrop& crop, const Framing& framing, ImageSize windowS
     const double c = std::cos(angle) * step;
     const double s = std::sin(angle) * step;
 
-    std::vector<double> plane(static_cast<std::size_t>(windowSize.width * windowSize.height));
+    std::vector<double> plane(PixelCount(windowSize));
     for (int32 y = 0; y < windowSize.height; ++y) {
         for (int32 x = 0; x < windowSize.width; ++x) {
             const double u = (mirror ? windowSize.width - 1 - x : x) - 0.5 * (windowSize.width - 1);
             const double v = y - 0.5 * (windowSize.height - 1);
-            plane[static_cast<std::size_t>(y * windowSize.width + x)] =
+            plane[PixelIndex(x, y, windowSize.width)] =
                 PixelAt(crop, centreX + c * u - s * v, centreY + s * u + c * v, nearest);
         }
     }
@@ -134,7 +135,7 @@ Window CutWindow(const FaceCrop& crop, const Framing& framing, ImageSize windowS
     Window window(plane.size());
     for (int32 y = 0; y < windowSize.height; ++y) {
         for (int32 x = 0; x < windowSize.width; ++x) {
-            const auto i = static_cast<std::size_t>(y * windowSize.width + x);
+            const auto i = PixelIndex(x, y, windowSize.width);
             const double light =
                 gain * (1.0 + slopeX * (x - 0.5 * windowSize.width) + slopeY * (y - 0.5 * windowSize.height));
             const double value =

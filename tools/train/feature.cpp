@@ -158,8 +158,8 @@ double Patch::Measure(const Feature& feature, float norm) const {
     double total = 0.0;
     for (std::size_t i = 0; i < static_cast<std::size_t>(feature.rectCount); ++i) {
         const ImageRect& r = feature.rects[i];
-        const float* low = sum_.data() + r.y * stride_ + r.x;
-        const float* high = low + r.height * stride_;
+        const float* low = sum_.data() + PixelIndex(r.x, r.y, stride_);
+        const float* high = low + PixelIndex(0, r.height, stride_);
         const float weight = feature.weights[i] * norm;
         total += (static_cast<double>(high[r.width]) - high[0] - low[r.width] + low[0]) * weight;
     }
@@ -171,14 +171,16 @@ float AreaNorm(ImageSize windowSize) {
 }
 
 std::vector<Feature> MakeFeaturePool(ImageSize windowSize, int count, uint64 seed) {
-    using Key = std::array<int32, 4 * kMaxRects + 1>;
+    constexpr std::size_t kNumbers = 4 * kMaxRects + 1; // the count, and four of each rectangle
+    using Key = std::array<int32, kNumbers>;
     std::vector<Feature> pool;
     std::set<Key> seen;
     Random random({seed, 0xfea7});
     for (int64 tries = 0; static_cast<int>(pool.size()) < count && tries < int64{100} * count; ++tries) {
         const Feature feature = Draw(random, windowSize);
         if (!IsUseful(feature)) continue;
-        Key key{feature.rectCount};
+        Key key{};
+        key[0] = feature.rectCount;
         for (std::size_t i = 0; i < kMaxRects; ++i) {
             const ImageRect& r = feature.rects[i];
             key[4 * i + 1] = r.x;

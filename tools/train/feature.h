@@ -11,6 +11,14 @@ namespace orvane::train {
 
 inline constexpr int kMaxRects = 4;
 
+/// Where the pixel (x, y) lies in rows of `width`.
+inline std::size_t PixelIndex(int32 x, int32 y, int32 width) {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+}
+
+/// Pixels of a picture or window.
+inline std::size_t PixelCount(ImageSize size) { return PixelIndex(0, size.height, size.width); }
+
 /// Two to four weighted rectangles in a window whose weighted areas cancel.
 struct Feature {
     int rectCount = 0;

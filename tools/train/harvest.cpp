@@ -19,9 +19,11 @@ constexpr double kFaceOverlap = 0.5;   // a square that meets the face's by more
 
 Window CopyWindow(const Survivor& s, ImageSize size) {
     Window window;
-    window.reserve(static_cast<std::size_t>(size.width * size.height));
-    for (int32 y = 0; y < size.height; ++y)
-        window.insert(window.end(), s.pixels + y * s.step, s.pixels + y * s.step + size.width);
+    window.reserve(PixelCount(size));
+    for (int32 y = 0; y < size.height; ++y) {
+        const uint8* row = RowAt(s.pixels, s.step, y);
+        window.insert(window.end(), row, row + size.width);
+    }
     return window;
 }
 
@@ -73,13 +75,10 @@ GreyPicture AsPicture(const FaceCrop& crop, int32 zoom) {
             const double v = std::clamp((y + 0.5) / zoom - 0.5, 0.0, kCropSide - 1.0);
             const int x0 = std::min(static_cast<int>(u), kCropSide - 2);
             const int y0 = std::min(static_cast<int>(v), kCropSide - 2);
-            const auto at = [&](int i, int j) {
-                return crop.pixels[static_cast<std::size_t>((y0 + j) * kCropSide + x0 + i)];
-            };
+            const auto at = [&](int i, int j) { return crop.pixels[PixelIndex(x0 + i, y0 + j, kCropSide)]; };
             const double low = at(0, 0) + (at(1, 0) - at(0, 0)) * (u - x0);
             const double high = at(0, 1) + (at(1, 1) - at(0, 1)) * (u - x0);
-            picture.pixels[static_cast<std::size_t>(y * side + x)] =
-                static_cast<uint8>(low + (high - low) * (v - y0) + 0.5);
+            picture.pixels[PixelIndex(x, y, side)] = static_cast<uint8>(low + (high - low) * (v - y0) + 0.5);
         }
     }
     return picture;
@@ -113,11 +112,12 @@ void InOrder(std::size_t count, int threads, Work work, Take take) {
 }
 
 /// One pass over a picture: one scale in four, so that windows that are plenty come from many pictures at little
-/// cost. The first four passes see it upright, the next mirrored, then turned by quarters.
+/// cost. Four passes see it upright, four mirrored, four turned; then again with other samples and another turn.
 void VisitPass(const GreyPicture& picture, const CompiledCascade& cascade, int pass, double shift,
                const std::function<void(const Survivor&)>& visit) {
-    const int form = pass / kScaleShare;
-    const GreyPicture turned = form == 0 ? GreyPicture{} : Turned(picture, form / 2 % 4, form % 2 != 0);
+    const int form = pass / kScaleShare % 3;
+    const int turn = form == 2 ? 1 + pass / kScaleShare / 3 % 3 : 0;
+    const GreyPicture turned = form == 0 ? GreyPicture{} : Turned(picture, turn, form == 1);
     VisitSurvivors(form == 0 ? picture : turned, cascade, {shift, kScaleShare, pass % kScaleShare}, visit);
 }
 
@@ -207,7 +207,7 @@ void Harvester::AddFromPictures(const CompiledCascade& cascade, uint64 stage, Ne
 
 bool Harvester::LoadPool(ImageSize windowSize) {
     std::vector<uint8> bytes;
-    const auto pixels = static_cast<std::size_t>(windowSize.width * windowSize.height);
+    const auto pixels = PixelCount(windowSize);
     if (options_.poolFile.empty() || !ReadFile(options_.poolFile, bytes) || bytes.size() % (pixels + 1) != 0)
         return false;
     for (auto at = bytes.begin(); at != bytes.end();) {

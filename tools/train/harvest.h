@@ -29,7 +29,7 @@ struct HarvestOptions {
     std::size_t wanted = 12000; // windows in all
     double cropShare = 0.2;     // of these, at most so many out of face crops
     int perPicture = 24;        // windows of one picture in one pass, while they are plenty
-    int passes = 12;            // over all pictures; four make a whole scan, and each four are turned or mirrored
+    int passes = 16;            // over all pictures; four make a whole scan: upright, mirrored, turned, and so on
     int poolStage = 10;         // from this stage on every window of all passes is looked at
     int threads = 2;
     std::string poolFile; // the scan of all passes is kept here for a training that goes on; empty: nowhere

@@ -20,15 +20,16 @@ constexpr const char* kUsage =
     "  --classes A,B,C      licence classes that may be used (all)\n"
     "  --seed N             same seed and data, same file (1)\n"
     "  --threads N          changes the time, never the result (the processor's)\n"
-    "  --stages N           20          --hit-rate R         of each stage, 0.997\n"
+    "  --stages N           at most, 22          --hit-rate R         of each stage, 0.996\n"
     "  --max-stumps N       a stage, 200  --false-alarms R   of each stage, 0.4\n"
     "  --faces N            windows a stage, 12000           --negatives N  windows a stage, 12000\n"
-    "  --least-negatives N  end when a harvest brings fewer, 1200\n"
-    "  --passes N           over all pictures for one harvest, four to a whole scan, 12\n"
+    "  --least-negatives N  end when a harvest brings fewer out of pictures, 500\n"
+    "  --passes N           over all pictures for one harvest, four to a whole scan, 16\n"
+    "  --late-hit-rate R    the same from the pool stage on, 0.993\n"
     "  --pool-stage N       from this stage on, choose among all windows of all passes, 10\n"
     "  --per-picture N      windows of one picture and pass, 24\n"
     "  --crop-share R       share of the negatives out of face crops, 0.2\n"
-    "  --features N         pool of a stage, 16000           --candidates N  looked at for a stump, 3000\n"
+    "  --features N         pool of a stage, 8000            --candidates N  looked at for a stump, 1200\n"
     "  --balance R          1: sources in their proportions, 0: all alike, 0.6\n"
     "  --window N           side of the window, 24           --framing R  window over face box, 0.85\n"
     "  --shift R --scale R --roll DEG  how far faces stray in training, 0.06 0.08 5\n"
@@ -97,11 +98,11 @@ private:
 };
 
 bool IsSensible(const TrainOptions& o) {
-    return o.stages >= 1 && o.maxStumps >= 1 && o.hitRate > 0.0 && o.hitRate <= 1.0 && o.falseAlarms > 0.0 &&
-           o.falseAlarms < 1.0 && o.features >= 1 && o.candidates >= 1 && o.faces >= 100 && o.harvest.wanted >= 100 &&
-           o.harvest.perPicture >= 1 && o.harvest.threads >= 1 && o.windowSize.width >= 12 &&
-           o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 && o.framing.windowToBox <= 1.5 &&
-           o.leastNegatives >= 1 && o.harvest.poolStage >= 1;
+    return o.stages >= 1 && o.maxStumps >= 1 && o.hitRate > 0.0 && o.hitRate <= 1.0 && o.lateHitRate > 0.0 &&
+           o.lateHitRate <= 1.0 && o.falseAlarms > 0.0 && o.falseAlarms < 1.0 && o.features >= 1 && o.candidates >= 1 &&
+           o.faces >= 100 && o.harvest.wanted >= 100 && o.harvest.perPicture >= 1 && o.harvest.threads >= 1 &&
+           o.windowSize.width >= 12 && o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 &&
+           o.framing.windowToBox <= 1.5 && o.leastNegatives >= 1 && o.harvest.poolStage >= 1;
 }
 
 int RunTrain(int count, char** values) {
@@ -117,6 +118,7 @@ int RunTrain(int count, char** values) {
     arguments.AddCount("--stages", o.stages);
     arguments.AddCount("--max-stumps", o.maxStumps);
     arguments.Add("--hit-rate", o.hitRate);
+    arguments.Add("--late-hit-rate", o.lateHitRate);
     arguments.Add("--false-alarms", o.falseAlarms);
     arguments.AddCount("--faces", o.faces);
     arguments.AddCount("--negatives", o.harvest.wanted);

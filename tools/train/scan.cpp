@@ -26,8 +26,8 @@ void ScanScale(const GreyPicture& picture, const CompiledCascade& cascade, float
                Planes& planes, const std::function<void(const Survivor&)>& visit) {
     const ImageSize window = cascade.WindowSize();
     const ImageSize positions{scaled.width - window.width + 1, scaled.height - window.height + 1};
-    const auto pixels = static_cast<std::size_t>(scaled.width) * static_cast<std::size_t>(scaled.height);
-    const auto entries = static_cast<std::size_t>(scaled.width + 1) * static_cast<std::size_t>(scaled.height + 1);
+    const auto pixels = PixelCount(scaled);
+    const auto entries = PixelCount({scaled.width + 1, scaled.height + 1});
     planes.scaled.assign(pixels, 0);
     planes.sum.resize(entries);
     planes.squares.resize(entries);
@@ -56,8 +56,7 @@ void ScanScale(const GreyPicture& picture, const CompiledCascade& cascade, float
     }
     for (int32 y = 0; y < positions.height; ++y) {
         for (int32 x = 0; x < positions.width; ++x) {
-            const auto at =
-                static_cast<std::size_t>(y) * static_cast<std::size_t>(scaled.width) + static_cast<std::size_t>(x);
+            const auto at = PixelIndex(x, y, scaled.width);
             if (planes.mask[at] == 0) continue;
             visit({planes.scaled.data() + at, scaled.width, static_cast<double>(x) * scale,
                    static_cast<double>(y) * scale, static_cast<double>(window.width) * scale});
@@ -71,7 +70,7 @@ bool ReadGrey(const std::string& path, GreyPicture& picture, std::string& error)
     tools::Picture colour;
     if (!tools::ReadPicture(path, &colour, &error)) return false;
     picture.size = {colour.width, colour.height};
-    picture.pixels.resize(static_cast<std::size_t>(colour.width) * static_cast<std::size_t>(colour.height));
+    picture.pixels.resize(PixelCount(picture.size));
     primRGBToGray_8u_C3C1(colour.pixels.data(), colour.step, picture.pixels.data(), colour.width, picture.size);
     return true;
 }
@@ -90,8 +89,7 @@ GreyPicture Turned(const GreyPicture& picture, int quarters, bool mirrored) {
                                     : quarters == 1 ? ImagePoint{y, h - 1 - column}
                                     : quarters == 2 ? ImagePoint{w - 1 - column, h - 1 - y}
                                                     : ImagePoint{w - 1 - y, column};
-            *out++ = picture.pixels[static_cast<std::size_t>(from.y) * static_cast<std::size_t>(w) +
-                                    static_cast<std::size_t>(from.x)];
+            *out++ = picture.pixels[PixelIndex(from.x, from.y, w)];
         }
     }
     return turned;

@@ -165,10 +165,12 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
 
     cascade.stages.push_back({0.0f, index > 0, {}});
     Stage& stage = cascade.stages.back();
+    const bool late = index >= static_cast<std::size_t>(options.harvest.poolStage);
+    const double hitRate = late ? options.lateHitRate : options.hitRate;
     while (static_cast<int>(stage.stumps.size()) < options.maxStumps) {
         stage.stumps.push_back(booster.AddStump(Candidates(options, pool, index, stage.stumps.size())));
         scores.Add(stage.stumps.back(), threads);
-        const double threshold = scores.ThresholdFor(options.hitRate);
+        const double threshold = scores.ThresholdFor(hitRate);
         const double alarms = scores.NegativesKept(threshold);
         if (stage.stumps.size() % 20 == 0) {
             SayStump(progress, report.stage, stage.stumps.size(), scores.FacesKept(threshold), alarms);
@@ -176,7 +178,7 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
         if (alarms <= options.falseAlarms) break;
     }
     scores.Compute(Evaluator(cascade), index);
-    stage.threshold = FileThreshold(scores.ThresholdFor(options.hitRate));
+    stage.threshold = FileThreshold(scores.ThresholdFor(hitRate));
     const double passing = stage.threshold - kThresholdBias;
     report.hitRate = scores.FacesKept(passing);
     report.falseAlarms = scores.NegativesKept(passing);
@@ -240,14 +242,15 @@ std::string Fingerprint(const TrainOptions& o, const TrainData& data) {
     for (const FaceCrop& crop : data.crops) mix(crop.pixels);
     for (const GreyPicture& picture : data.pictures.pictures) mix(picture.pixels);
     char text[512];
-    std::snprintf(text, sizeof text,
-                  "classes %s seed %llu window %dx%d stumps %d hit %g alarms %g features %d of %d faces %zu balance %g "
-                  "framing %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d data %zu %zu %016llx",
-                  o.classes.c_str(), static_cast<unsigned long long>(o.seed), o.windowSize.width, o.windowSize.height,
-                  o.maxStumps, o.hitRate, o.falseAlarms, o.candidates, o.features, o.faces, o.balance,
-                  o.framing.windowToBox, o.framing.shift, o.framing.scale, o.framing.roll, o.harvest.wanted,
-                  o.leastNegatives, o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage,
-                  data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
+    std::snprintf(
+        text, sizeof text,
+        "classes %s seed %llu window %dx%d stumps %d hit %g late %g alarms %g features %d of %d faces %zu balance %g "
+        "framing %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d data %zu %zu %016llx",
+        o.classes.c_str(), static_cast<unsigned long long>(o.seed), o.windowSize.width, o.windowSize.height,
+        o.maxStumps, o.hitRate, o.lateHitRate, o.falseAlarms, o.candidates, o.features, o.faces, o.balance,
+        o.framing.windowToBox, o.framing.shift, o.framing.scale, o.framing.roll, o.harvest.wanted, o.leastNegatives,
+        o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage, data.crops.size(),
+        data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
     return text;
 }
 
