@@ -14,6 +14,7 @@ namespace orvane {
 namespace {
 
 constexpr int32 kLevels = 256;
+constexpr int32 kPairs = kLevels * kLevels;
 
 /// A range of levels after a bound beyond the byte has been moved to the other end.
 struct LevelRange {
@@ -62,7 +63,7 @@ bool MakeAllPairs(BackgroundAnalyzer& pairs) {
         !pairs.saturationPlane.Create(kLevels, kLevels, 1, kDepth8u, 0)) {
         return false;
     }
-    for (int32 i = 0; i < kLevels * kLevels; ++i) {
+    for (int32 i = 0; i < kPairs; ++i) {
         pairs.valuePlane.data[i] = static_cast<uint8>(i / kLevels);
         pairs.saturationPlane.data[i] = static_cast<uint8>(i % kLevels);
     }
@@ -76,7 +77,7 @@ bool MarkAllSamples(BackgroundAnalyzer& analyzer, ImageBuffer& mask, int32 toler
     const ImageBuffer& saturations = analyzer.saturationPlane;
     if (mask.data == nullptr || mask.width != values.width || mask.height != values.height) return false;
     const int32 radius = TruncToInt32(std::max(tolerance, 1) * 0.6 + 0.5);
-    if (int64{mask.width} * mask.height <= kLevels * kLevels) {
+    if (int64{mask.width} * mask.height <= kPairs) {
         MarkSamples(analyzer, radius, analyzer, mask);
         return true;
     }

@@ -119,7 +119,7 @@ TEST(AllSamples, MarkTheSameDirectlyAndByTheTable) {
         test::DrawPortrait({.width = 256, .height = 256, .noise = 30}, picture); // just small enough
         ASSERT_TRUE(tall.Create(256, 257, 3, kDepth8u, 0));
         std::copy_n(picture.data, 256 * 768, tall.data);
-        std::copy_n(picture.data + 255 * 768, 768, tall.data + 256 * 768);
+        std::copy_n(test::PixelAt(picture, 0, 255), 768, test::PixelAt(tall, 0, 256));
         ASSERT_TRUE(small.SplitToHsv(picture) && small.PrepareScratch(256, 256));
         ASSERT_TRUE(large.SplitToHsv(tall) && large.PrepareScratch(256, 257));
         small.ComputeSamplePoints(256, 256);

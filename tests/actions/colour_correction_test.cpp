@@ -5,6 +5,7 @@
 #include "tests/reference/colour_correction.h"
 #include "tests/support/heap_limit.h"
 #include "tests/support/pictures.h"
+#include "tests/support/portrait.h"
 #include "tests/support/printed.h"
 
 #include <gtest/gtest.h>
@@ -114,7 +115,7 @@ TEST(ClipBounds, AreDecidedByTheFirstChannelForAllThree) {
     ImageBuffer image;
     for (int32 c = 0; c < 3; ++c) {
         MakeRow(image, Levels(100, 140));
-        for (int32 x = 0; x < 20; ++x) image.data[3 * x + c] = 250; // only this one is bright
+        for (int32 x = 0; x < 20; ++x) test::PixelAt(image, x, 0)[c] = 250; // only this one is bright
         ExpectBounds(image, 104, 247);
     }
 }
@@ -188,7 +189,7 @@ TEST(Stretch, BetweenEqualBoundsIsWhiteAboveThemAndBlackElse) {
     MakeRow(image, {99, 100, 101, 255});
     EXPECT_EQ(StretchLevels(image, 100, 100), kSuccess);
     const uint8 expected[4] = {0, 0, 255, 255}; // nothing times endless is no number, hence black
-    for (int32 x = 0; x < 4; ++x) EXPECT_EQ(+image.data[3 * x], +expected[x]) << x;
+    for (int32 x = 0; x < 4; ++x) EXPECT_EQ(+*test::PixelAt(image, x, 0), +expected[x]) << x;
 }
 
 TEST(Stretch, BetweenCrossedBoundsIsBlack) {
@@ -208,7 +209,7 @@ TEST(Stretch, BetweenAbsurdBoundsStaysWithinTheByte) {
             const double span = static_cast<double>(high) - low;
             const double raised = 255 - (low & 0xFF); // the subtracted bound is cut to a byte
             const double limited = span == 0 ? raised : std::clamp(raised * 255 / span, 0.0, 255.0);
-            EXPECT_NEAR(image.data[3 * 255], limited, 0.5) << low << ", " << high;
+            EXPECT_NEAR(*test::PixelAt(image, 255, 0), limited, 0.5) << low << ", " << high;
         }
     }
 }
@@ -253,9 +254,9 @@ TEST(ColourCorrection, KeepsTheWhiteOfARemovedBackground) {
     ImageBuffer source, result;
     MakeRow(source, Levels(60, 180) + Levels(255, 255, 300));
     EXPECT_EQ(ActionColourCorrection(source, result), kSuccess);
-    for (int32 x = 121; x < 421; ++x) ASSERT_EQ(+result.data[3 * x], 255) << x;
+    for (int32 x = 121; x < 421; ++x) ASSERT_EQ(+*test::PixelAt(result, x, 0), 255) << x;
     EXPECT_EQ(+result.data[0], 0);
-    EXPECT_EQ(+result.data[3 * 120], 255) << "the brightest of the person is stretched to white, too";
+    EXPECT_EQ(+*test::PixelAt(result, 120, 0), 255) << "the brightest of the person is stretched to white, too";
 }
 
 TEST(ColourCorrection, OfPicturesOfOneRowOrColumnIsThePlainForm) {
