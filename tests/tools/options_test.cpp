@@ -55,7 +55,7 @@ TEST(Options, APortraitCropsTo480By860UnlessToldOtherwise) {
     EXPECT_EQ(options.output, "b.png");
     EXPECT_EQ(options.width, 480);
     EXPECT_EQ(options.height, 860);
-    EXPECT_EQ(options.cropRatio, 0.75F);
+    EXPECT_EQ(options.cropRatio, 1.0F);
     EXPECT_TRUE(options.actions.crop);
     EXPECT_FALSE(options.actions.background || options.actions.colour || options.actions.rotation);
     EXPECT_EQ(options.tolerance, 40);

@@ -14,7 +14,7 @@ portrait writes one picture a photo: into FILE, whose extension tells the format
 .tif), or into an existing FOLDER under the photo's name with .png.
   --size WIDTHxHEIGHT  pixels of the portrait (480x860), each 75 to 32767; the width becomes a multiple
                        of 4; where the picture has other proportions, one side grows
-  --crop-ratio RATIO   how much is left around the face (0.75): the crop is three times RATIO face
+  --crop-ratio RATIO   how much is left around the face (1): the crop is three times RATIO face
                        heights high; above 0, up to 10
   --actions LIST       what is done, of crop, background, colour, rotation, with commas (crop), or none;
                        without crop the portrait keeps the photo's size

@@ -25,7 +25,7 @@ struct Options {
     std::string steps; ///< Folder for the picture after each action; empty for none.
     int32 width = 480;
     int32 height = 860;
-    float cropRatio = 0.75F;
+    float cropRatio = 1.0F; ///< Leaves the hair whole, which the library's own 0.75 often does not.
     Actions actions;
     int32 tolerance = 40; ///< Percent, 0 to 99.
     int32 rotation = 0;   ///< Degrees clockwise, 0 to 359.
