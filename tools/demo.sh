@@ -77,7 +77,8 @@ if [ -n "$all" ]; then
     steps=demo/steps
     rm -rf "$steps" # of a demo before, perhaps of other actions
     mkdir "$steps"
-    options=(--actions crop,background,colour,rotation --rotate 5 --steps "$steps")
+    # Three by four: background on both sides of the hair, and above it.
+    options=(--actions crop,background,colour,rotation --rotate 5 --size 480x640 --steps "$steps")
 fi
 line=$("$program" portrait "$photo" -o "$portrait" "${options[@]}" --force --json)
 face=${line#*\"face\":}
