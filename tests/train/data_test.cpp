@@ -1,6 +1,5 @@
-// Tables, crops and the measures of the evaluation.
+// Tables and crops.
 #include "tests/train/samples.h"
-#include "tools/train/evaluate.h"
 #include "tools/train/table.h"
 
 #include <gtest/gtest.h>
@@ -34,6 +33,7 @@ TEST_F(DataFolder, ATableGivesCellsByColumnName) {
     EXPECT_EQ(table.Text(2, "size"), "");
     EXPECT_EQ(table.Text(0, "colour"), "");
     EXPECT_EQ(table.Text(9, "name"), "");
+    EXPECT_EQ(table.Names(), (std::vector<std::string>{"name", "size"}));
     EXPECT_FALSE(table.Read(folder_ + "/none.csv"));
 }
 
@@ -90,29 +90,6 @@ TEST(CutWindow, IsTheSameForTheSameStreamAndStraysForAnother) {
     };
     EXPECT_EQ(cut(1), cut(1));
     EXPECT_NE(cut(1), cut(2));
-}
-
-TEST(SquareMapping, KeepsTheCentreAndLetsTheSideGrow) {
-    const FaceSquare mapped = Map({10, 20, 40}, {1.25, 0.0});
-    EXPECT_EQ(mapped.side, 50.0);
-    EXPECT_EQ(mapped.x, 5.0);
-    EXPECT_EQ(mapped.y, 15.0);
-    EXPECT_EQ(Map({0, 0, 10}, {1.0, 0.5}).y, 5.0);
-}
-
-TEST(SquareOverlap, IsIntersectionOverUnion) {
-    EXPECT_EQ(OverlapOf({0, 0, 10}, {0, 0, 10}), 1.0);
-    EXPECT_EQ(OverlapOf({0, 0, 10}, {10, 0, 10}), 0.0);
-    EXPECT_EQ(OverlapOf({0, 0, 0}, {0, 0, 0}), 0.0);
-    EXPECT_DOUBLE_EQ(OverlapOf({0, 0, 10}, {5, 0, 10}), 50.0 / 150.0);
-    EXPECT_DOUBLE_EQ(OverlapOf({0, 0, 10}, {0, 0, 20}), 0.25);
-}
-
-TEST_F(DataFolder, AnEvaluationWithoutItsFilesFails) {
-    std::FILE* out = std::tmpfile();
-    ASSERT_NE(out, nullptr);
-    EXPECT_EQ(Evaluate({folder_ + "/none.dat", folder_, "", false, {}}, out), 1);
-    std::fclose(out);
 }
 
 } // namespace

@@ -2,36 +2,18 @@
 // where there is none.
 #pragma once
 
-#include "primitives/types.h"
+#include "tools/train/square.h"
 
 #include <cstdio>
 #include <string>
 
 namespace orvane::train {
 
-/// A square in pixels of a picture, rows counted from the top.
-struct FaceSquare {
-    double x = 0.0;
-    double y = 0.0;
-    double side = 0.0;
-};
-
-/// The fixed mapping from the detector's square to the annotated one: a side `boxToWindow` times as long, the
-/// centre lower by `down` of the detector's side.
-struct SquareMapping {
-    double boxToWindow = 1.0 / 0.85;
-    double down = 0.0;
-};
-
-FaceSquare Map(const FaceSquare& detected, const SquareMapping& mapping);
-
-/// Intersection over union of two squares; 0 when one is empty.
-double OverlapOf(const FaceSquare& a, const FaceSquare& b);
-
 struct EvaluateOptions {
     std::string classifier; // the file to judge
     std::string data;       // folder with portraits.csv, portraits/, nofaces.csv, nofaces/
     std::string misses;     // a table of every miss and every false face goes here; empty: nowhere
+    std::string table;      // the figures as a comma-separated table; empty: nowhere
     bool quick = false;
     SquareMapping mapping;
 };

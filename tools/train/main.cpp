@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: orvane-train train --data FOLDER --out FILE [--work FOLDER] [option...]\n"
-    "       orvane-train evaluate --data FOLDER --classifier FILE [--quick] [--misses TABLE]\n"
+    "       orvane-train evaluate --data FOLDER --classifier FILE [option...]\n"
     "\n"
     "train: learns a cascade from positives.csv, positives.bin, negatives.csv and negatives/ of FOLDER\n"
     "  --work FOLDER        keep a checkpoint a stage, and go on behind the last one\n"
@@ -37,6 +37,7 @@ constexpr const char* kUsage =
     "evaluate: runs the detector over portraits.csv, portraits/, nofaces.csv and nofaces/ of FOLDER\n"
     "  --quick              the detector's quick mode\n"
     "  --misses TABLE       write every miss, misplaced and false face there\n"
+    "  --table TABLE        write the figures of all groups there, comma-separated\n"
     "  --box-scale R        annotated side over the detector's, 1.1765\n"
     "  --box-down R         annotated centre below the detector's, in the detector's side, 0\n";
 
@@ -160,6 +161,7 @@ int RunEvaluate(int count, char** values) {
     arguments.Add("--data", o.data);
     arguments.Add("--classifier", o.classifier);
     arguments.Add("--misses", o.misses);
+    arguments.Add("--table", o.table);
     arguments.AddFlag("--quick", o.quick);
     arguments.Add("--box-scale", o.mapping.boxToWindow);
     arguments.Add("--box-down", o.mapping.down);

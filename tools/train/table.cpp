@@ -21,13 +21,14 @@ std::vector<std::string> Cells(std::string line) {
 } // namespace
 
 bool Table::Read(const std::string& path) {
+    names_.clear();
     columns_.clear();
     rows_.clear();
     std::ifstream in(path);
     std::string line;
     if (!std::getline(in, line)) return false;
-    const std::vector<std::string> names = Cells(line);
-    for (std::size_t i = 0; i < names.size(); ++i) columns_[names[i]] = i;
+    names_ = Cells(line);
+    for (std::size_t i = 0; i < names_.size(); ++i) columns_[names_[i]] = i;
     while (std::getline(in, line)) {
         if (!line.empty()) rows_.push_back(Cells(line));
     }
