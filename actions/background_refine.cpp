@@ -83,8 +83,8 @@ bool RefineAndComposite(const ImageBuffer& source, ImageBuffer& destination, con
 
 ImageBuffer AddBorder(const ImageBuffer& image, int32 thickness, int32 value) {
     ImageBuffer framed;
-    const int64 width = int64{image.width} + int64{2} * thickness;
-    const int64 height = int64{image.height} + int64{2} * thickness;
+    const int64 bothSides = int64{thickness} * 2;
+    const int64 width = image.width + bothSides, height = image.height + bothSides;
     if (width < 1 || height < 1 || width > kMaxImageSide || height > kMaxImageSide) return framed;
     framed.Create(static_cast<int32>(width), static_cast<int32>(height), image.channels, image.depth, 0);
     if (framed.data == nullptr || image.channels != 1) return framed;

@@ -9,13 +9,14 @@ namespace orvane::bench {
 namespace {
 
 constexpr ImageSize kPhoto{1600, 1200};
+constexpr ImageRect kWhole{0, 0, kPhoto.width, kPhoto.height};
 // The region that neighbourhood operations change: they read a frame of pixels around it.
 constexpr int32 kFrame = 4;
 constexpr ImageSize kInner{kPhoto.width - 2 * kFrame, kPhoto.height - 2 * kFrame};
 
 /// What the operations work on. Those in place are repeatable: their time does not go by the values.
 struct Work {
-    ImageBuffer colour, colourOut, floats, grey, greyOut, mask, gradient;
+    ImageBuffer colour, colourOut, floats, grey, greyOut, mask, gradient, gradientOut;
     ImageBuffer planes[3];
     std::vector<uint8> buffer;
 
@@ -27,6 +28,7 @@ struct Work {
         colourOut.Create(kPhoto.width, kPhoto.height, 3, kDepth8u, 0);
         floats.Create(kPhoto.width, kPhoto.height, 3, kDepth32f, 0);
         gradient.Create(kPhoto.width, kPhoto.height, 1, kDepth16s, 0);
+        gradientOut.Create(kPhoto.width, kPhoto.height, 1, kDepth16s, 0);
         primRGBToGray_8u_C3C1(colour.data, colour.Step(), grey.data, grey.Step(), kPhoto);
         primCompareC_8u_C1(grey.data, grey.Step(), 127, mask.data, mask.Step(), kPhoto, 4);
         primConvert_8u32f_C3(colour.data, colour.Step(), Floats(), floats.Step(), kPhoto);
@@ -40,6 +42,7 @@ struct Work {
     }
 
     float* Floats() { return reinterpret_cast<float*>(floats.data); }
+    int16* Gradient() { return reinterpret_cast<int16*>(gradient.data); }
     uint8* Inner() { return RowAt(grey.data, grey.Step(), kFrame) + kFrame; }
 };
 
@@ -63,14 +66,20 @@ void Flood(Work& w) {
 
 const Entry kEntries[] = {
     {"primSet_8u_C1", kGreyBytes, [](Work& w) { primSet_8u_C1(7, w.greyOut.data, w.greyOut.Step(), kPhoto); }},
-    {"primSet_16s_C1", 2 * kGreyBytes,
-     [](Work& w) { primSet_16s_C1(7, reinterpret_cast<int16*>(w.gradient.data), w.gradient.Step(), kPhoto); }},
+    {"primSet_16s_C1", 2 * kGreyBytes, [](Work& w) { primSet_16s_C1(7, w.Gradient(), w.gradient.Step(), kPhoto); }},
     {"primSet_32f_C1", kFloatBytes,
      [](Work& w) {
          primSet_32f_C1(7.0F, w.Floats(), w.floats.Step(), {3 * kPhoto.width, kPhoto.height});
      }},
     {"primCopy_8u_C1", kGreyBytes,
      [](Work& w) { primCopy_8u_C1(w.grey.data, w.grey.Step(), w.greyOut.data, w.greyOut.Step(), kPhoto); }},
+    {"primCopy_16u_C1", 2 * kGreyBytes,
+     [](Work& w) {
+         primCopy_16u_C1(reinterpret_cast<const uint16*>(w.gradient.data), w.gradient.Step(),
+                         reinterpret_cast<uint16*>(w.gradientOut.data), w.gradientOut.Step(), kPhoto);
+     }},
+    {"primCopy_32f_C1", kGreyBytes * 4,
+     [](Work& w) { primCopy_32f_C1(w.Floats(), w.floats.Step(), w.Floats() + kPhoto.width, w.floats.Step(), kPhoto); }},
     {"primSetMasked_8u_C1", kGreyBytes,
      [](Work& w) { primSetMasked_8u_C1(9, w.greyOut.data, w.greyOut.Step(), kPhoto, w.mask.data, w.mask.Step()); }},
     {"primCopyMasked_8u_C3", kColourBytes,
@@ -142,31 +151,56 @@ const Entry kEntries[] = {
      }},
     {"primFilterSobelHorizBorder_8u16s_C1 (5x5)", kGreyBytes,
      [](Work& w) {
-         primFilterSobelHorizBorder_8u16s_C1(w.grey.data, w.grey.Step(), reinterpret_cast<int16*>(w.gradient.data),
-                                             w.gradient.Step(), kPhoto, 55, 1, 0, w.buffer.data());
+         primFilterSobelHorizBorder_8u16s_C1(w.grey.data, w.grey.Step(), w.Gradient(), w.gradient.Step(), kPhoto, 55, 1,
+                                             0, w.buffer.data());
+     }},
+    {"primFilterScharrHorizBorder_8u16s_C1", kGreyBytes,
+     [](Work& w) {
+         primFilterScharrHorizBorder_8u16s_C1(w.grey.data, w.grey.Step(), w.Gradient(), w.gradient.Step(), kPhoto, 1, 0,
+                                              w.buffer.data());
      }},
     {"primFilterScharrVertBorder_8u16s_C1", kGreyBytes,
      [](Work& w) {
-         primFilterScharrVertBorder_8u16s_C1(w.grey.data, w.grey.Step(), reinterpret_cast<int16*>(w.gradient.data),
-                                             w.gradient.Step(), kPhoto, 1, 0, w.buffer.data());
+         primFilterScharrVertBorder_8u16s_C1(w.grey.data, w.grey.Step(), w.Gradient(), w.gradient.Step(), kPhoto, 1, 0,
+                                             w.buffer.data());
      }},
     {"primFloodFill4_8u_C1I (with a plain fill)", kGreyBytes, Flood<primFloodFill4_8u_C1I>},
     {"primFloodFill8_8u_C1I (with a plain fill)", kGreyBytes, Flood<primFloodFill8_8u_C1I>},
     {"primRotate_8u_C3 (linear, 7 degrees)", kColourBytes,
      [](Work& w) {
-         primRotate_8u_C3(w.colour.data, kPhoto, w.colour.Step(), {0, 0, kPhoto.width, kPhoto.height}, w.colourOut.data,
-                          w.colourOut.Step(), {0, 0, kPhoto.width, kPhoto.height}, 7.0, 0.0, 0.0, kLinear);
+         primRotate_8u_C3(w.colour.data, kPhoto, w.colour.Step(), kWhole, w.colourOut.data, w.colourOut.Step(), kWhole,
+                          7.0, 0.0, 0.0, kLinear);
      }},
     {"primRotate_8u_C3 (half turn)", kColourBytes,
      [](Work& w) {
-         primRotate_8u_C3(w.colour.data, kPhoto, w.colour.Step(), {0, 0, kPhoto.width, kPhoto.height}, w.colourOut.data,
-                          w.colourOut.Step(), {0, 0, kPhoto.width, kPhoto.height}, 180.0, kPhoto.width - 1,
-                          kPhoto.height - 1, kNearest);
+         primRotate_8u_C3(w.colour.data, kPhoto, w.colour.Step(), kWhole, w.colourOut.data, w.colourOut.Step(), kWhole,
+                          180.0, kPhoto.width - 1, kPhoto.height - 1, kNearest);
+     }},
+    {"primRotate_8u_C1 (linear, 7 degrees)", kGreyBytes,
+     [](Work& w) {
+         primRotate_8u_C1(w.grey.data, kPhoto, w.grey.Step(), kWhole, w.greyOut.data, w.greyOut.Step(), kWhole, 7.0,
+                          0.0, 0.0, kLinear);
+     }},
+    {"primRotateCenter_8u_C1 (linear, 7 degrees)", kGreyBytes,
+     [](Work& w) {
+         primRotateCenter_8u_C1(w.grey.data, kPhoto, w.grey.Step(), kWhole, w.greyOut.data, w.greyOut.Step(), kWhole,
+                                7.0, kPhoto.width / 2, kPhoto.height / 2, kLinear);
+     }},
+    {"primRotateCenter_8u_C3 (quarter turn)", kColourBytes,
+     [](Work& w) {
+         primRotateCenter_8u_C3(w.colour.data, kPhoto, w.colour.Step(), kWhole, w.colourOut.data, w.colourOut.Step(),
+                                kWhole, 90.0, kPhoto.height / 2, kPhoto.height / 2, kNearest);
      }},
     {"primCopyConstBorder_8u_C1", kGreyBytes,
      [](Work& w) {
          primCopyConstBorder_8u_C1(w.grey.data, w.grey.Step(), kInner, w.greyOut.data, w.greyOut.Step(), kPhoto, kFrame,
                                    kFrame, 255);
+     }},
+    {"primCopyConstBorder_16s_C1", 2 * kGreyBytes,
+     [](Work& w) {
+         primCopyConstBorder_16s_C1(w.Gradient(), w.gradient.Step(), kInner,
+                                    reinterpret_cast<int16*>(w.gradientOut.data), w.gradientOut.Step(), kPhoto, kFrame,
+                                    kFrame, 255);
      }},
 };
 
