@@ -78,18 +78,6 @@ void Append(const Candidate& candidate, CandidateGroup& group) {
     Append(candidate, cell.members, cell.bounds);
 }
 
-/// Component-wise mean, each sum divided with truncation.
-Candidate MeanOf(const std::vector<Candidate>& members) {
-    int64 x = 0, y = 0, size = 0;
-    for (const Candidate& m : members) {
-        x += m.x;
-        y += m.y;
-        size += m.size;
-    }
-    const auto n = static_cast<int64>(members.size());
-    return {static_cast<int32>(x / n), static_cast<int32>(y / n), static_cast<int32>(size / n)};
-}
-
 FaceRecord RecordOf(const Candidate& face) {
     const double half = face.size * 0.5;
     const int32 left = TruncToInt32(face.x - half);
@@ -110,24 +98,43 @@ void CandidateList::Place(const Candidate& candidate) {
     Append(candidate, groups.emplace_back());
 }
 
+Candidate CandidateOfWindow(int32 x, int32 y, int32 windowW, float scale) {
+    const double half = windowW * 0.5;
+    return {TruncToInt32((x + half) * scale), TruncToInt32((y + half) * scale),
+            TruncToInt32(static_cast<double>(scale) * windowW)};
+}
+
+Candidate MeanOf(const std::vector<Candidate>& members) {
+    int64 x = 0, y = 0, size = 0;
+    for (const Candidate& m : members) {
+        x += m.x;
+        y += m.y;
+        size += m.size;
+    }
+    const auto n = static_cast<int64>(members.size());
+    return {static_cast<int32>(x / n), static_cast<int32>(y / n), static_cast<int32>(size / n)};
+}
+
 void HarvestMask(const ImageBuffer& mask, int32 windowW, int32 /*windowH*/, float scale, CandidateList& list) {
     if (mask.data == nullptr) return;
-    const double half = windowW * 0.5;
-    const int32 size = TruncToInt32(static_cast<double>(scale) * windowW);
     for (int32 y = 0; y < mask.height; ++y) {
         const uint8* row = RowAt(mask.data, mask.Step(), y);
         for (int32 x = 0; x < mask.width; ++x) {
-            if (row[x] == 0) continue;
-            list.Place({TruncToInt32((x + half) * scale), TruncToInt32((y + half) * scale), size});
+            if (row[x] != 0) list.Place(CandidateOfWindow(x, y, windowW, scale));
         }
     }
 }
 
-void GroupCandidates(const CandidateList& list, FaceRecord* record, int32* found) {
+CandidateList MergeGroups(const CandidateList& list) {
     CandidateList merged;
     for (const auto& group : list.groups) {
         if (static_cast<int64>(group.members.size()) >= g_minGroupMembers) merged.Place(MeanOf(group.members));
     }
+    return merged;
+}
+
+void GroupCandidates(const CandidateList& list, FaceRecord* record, int32* found) {
+    const CandidateList merged = MergeGroups(list);
     // The last group is the face: later scales and higher rows of memory win, by design.
     *found = static_cast<int32>(merged.groups.size());
     if (*found > 0) *record = RecordOf(MeanOf(merged.groups.back().members));

@@ -60,12 +60,21 @@ struct CandidateList {
     void Place(const Candidate& candidate);
 };
 
-/// Places every window whose mask byte is not 0, row by row from row 0; centres and sizes in pixels of
-/// the picture at full size. The window's width serves for its height as well.
+/// The candidate of the window at (x, y) of a scaled plane, in pixels of the picture at full size. The window's
+/// width serves for its height as well.
+Candidate CandidateOfWindow(int32 x, int32 y, int32 windowW, float scale);
+
+/// Component-wise mean of candidates, of which there must be one, each sum divided with truncation.
+Candidate MeanOf(const std::vector<Candidate>& members);
+
+/// Places every window whose mask byte is not 0, row by row from row 0.
 void HarvestMask(const ImageBuffer& mask, int32 windowW, int32 windowH, float scale, CandidateList& list);
 
-/// Merges the means of all groups with enough members into second-level groups and writes the last of
-/// these to `record`. `*found` receives their number; without any the record stays.
+/// The second round: the means of all groups with enough members, placed anew.
+CandidateList MergeGroups(const CandidateList& list);
+
+/// Merges the groups and writes the last second-level group to `record`. `*found` receives their number; without any
+/// the record stays.
 void GroupCandidates(const CandidateList& list, FaceRecord* record, int32* found);
 
 /// g_faceRecord as a rectangle whose y counts down from the top of the picture; (0, 0, 0, 0) without a

@@ -3,6 +3,7 @@
 
 #include "detect/classifier_file.h"
 #include "detect/edge_pruning.h"
+#include "detect/scan_observer.h"
 #include "image/session_images.h"
 #include "primitives/primitives.h"
 #include "primitives/trunc.h"
@@ -17,6 +18,7 @@ float g_maxFaceRatio = 0.95F;
 int32 g_maxFaceSize = 0;
 int32 g_positiveCount = 0;
 int32 g_pruneParameter = 0;
+ScanObserver* g_scanObserver = nullptr;
 
 namespace {
 
@@ -115,6 +117,7 @@ int32 RunStages(ScalePlanes& p, ImageSize positions) {
             p.Sum(), p.sum.Step(), p.Norm(), p.normPlane.Step(), p.mask.data, p.mask.Step(), positions,
             &g_positiveCount, g_classifier.stageThreshold[i], g_classifier.stageObject[i]);
         if (status != kOk) return status;
+        if (g_scanObserver != nullptr) g_scanObserver->OnStage(i, p.mask);
         if (g_positiveCount == 0) break;
     }
     return kOk;
@@ -143,6 +146,7 @@ int32 ScanScale(const ImageBuffer& grey, float inverseScale, ScalePlanes& p, int
     p.mask.Fill(0.0);
     if ((status = primSet_8u_C1(kOpen, p.mask.data, p.mask.Step(), positions)) != kOk) return status;
     if ((status = PruneMask(p, positions, pruneMode)) != kOk) return status;
+    if (g_scanObserver != nullptr) g_scanObserver->OnPruned(p.mask, positions);
     // After the pruning, so that the norm is computed only where a window is still alive.
     const ImageRect inner{1, 1, g_classifier.windowWidth - 2, g_classifier.windowHeight - 2};
     status = RectStdDevUnderMask(p.Sum(), p.sum.Step(), p.SquareSum(), p.squareSum.Step(), p.Norm(), p.normPlane.Step(),
@@ -162,6 +166,7 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
         if (!(scaledHeight > static_cast<float>(windowHeight + 5))) break;
         if (!(static_cast<double>(g_maxFaceSize) > static_cast<double>(windowWidth) * scale)) break;
         if (!planes.Shape(TruncToInt32(scaledWidth), TruncToInt32(scaledHeight))) return kOutOfMemory;
+        if (g_scanObserver != nullptr) g_scanObserver->OnScale(scale);
         const int32 status = ScanScale(grey, inverse, planes, params.pruneMode);
         if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
         HarvestMask(planes.mask, windowWidth, windowHeight, scale, candidates);
@@ -205,8 +210,10 @@ int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source)
     FaceRecord face = g_faceRecord;
     int32 found = 0;
     try {
+        if (g_scanObserver != nullptr) g_scanObserver->OnPass();
         CandidateList candidates;
         if (const int32 status = ScanAll(*grey, params, candidates)) return status;
+        if (g_scanObserver != nullptr) g_scanObserver->OnHits(candidates);
         GroupCandidates(candidates, &face, &found);
     } catch (const std::bad_alloc&) {
         return kOutOfMemory;

@@ -1,0 +1,32 @@
+// What a scan tells of its steps while it runs, for those who judge a classifier. Without an observer, as in
+// the library, nobody is told.
+#pragma once
+
+#include "detect/candidates.h"
+#include "image/image_buffer.h"
+
+#include <cstddef>
+
+namespace orvane {
+
+/// Told in this order: a pass begins; for each of its scales the scale, the pruned mask and the mask after each
+/// stage, until no window is left; the hits of all scales. A pass that fails ends where it is.
+class ScanObserver {
+public:
+    virtual ~ScanObserver() = default;
+
+    virtual void OnPass() = 0;
+    /// @param scale pixels of the picture to a pixel of the scaled plane
+    virtual void OnScale(float scale) = 0;
+    /// @param mask      not 0 where the window that begins there, lowest row first, is alive
+    /// @param positions the region of all window positions
+    virtual void OnPruned(const ImageBuffer& mask, ImageSize positions) = 0;
+    virtual void OnStage(std::size_t stage, const ImageBuffer& mask) = 0;
+    /// The groups of the first round.
+    virtual void OnHits(const CandidateList& hits) = 0;
+};
+
+/// Null, or who is told; must stay as long as it stands here.
+extern ScanObserver* g_scanObserver;
+
+} // namespace orvane
