@@ -8,9 +8,9 @@ namespace {
 
 const SquareMapping kSame{1.0, 0.0};
 const FaceSquare kTruth{100, 100, 50};
-const Outcome kRight{0, 1.0, {100, 100, 50}};
-const Outcome kWrong{0, 1.0, {10, 10, 50}};
-const Outcome kNone{10, 1.0, {}};
+const Outcome kRight{0, 1.0, {100, 100, 50}, false};
+const Outcome kWrong{0, 1.0, {10, 10, 50}, true};
+const Outcome kNone{10, 1.0, {}, true};
 
 void Add(TallyTable& table, int count, const Outcome& outcome, const char* group) {
     for (int i = 0; i < count; ++i) table.AddPortrait(outcome, kTruth, kSame, {{0, 0, group}});
@@ -21,6 +21,7 @@ TEST(Tally, CountsReportedAndRightFaces) {
     for (const Outcome& outcome : {kRight, kWrong, kNone, kRight}) tally.AddPortrait(outcome, kTruth, kSame);
     EXPECT_EQ(tally.pictures, 4);
     EXPECT_EQ(tally.reported, 3);
+    EXPECT_EQ(tally.finer, 1) << "a second pass without a face reports none";
     EXPECT_EQ(tally.right, 2);
     EXPECT_EQ(tally.ReportedPerCent(), 75.0);
     EXPECT_EQ(tally.RightPerCent(), 50.0);
@@ -28,8 +29,8 @@ TEST(Tally, CountsReportedAndRightFaces) {
 
 TEST(Tally, MeasuresErrorsInPerCentOfTheFace) {
     Tally tally;
-    tally.AddPortrait({0, 1.0, {103, 104, 50}}, kTruth, kSame);
-    tally.AddPortrait({0, 1.0, {105, 105, 40}}, kTruth, kSame);
+    tally.AddPortrait({0, 1.0, {103, 104, 50}, false}, kTruth, kSame);
+    tally.AddPortrait({0, 1.0, {105, 105, 40}, false}, kTruth, kSame);
     EXPECT_EQ(tally.centreErrors, (std::vector<double>{10.0, 0.0}));
     EXPECT_EQ(tally.sizeErrors, (std::vector<double>{0.0, 20.0}));
 }

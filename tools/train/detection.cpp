@@ -43,6 +43,7 @@ bool Detect(const tools::Picture& picture, bool quick, Outcome& outcome, std::st
         error = "the detector answers " + std::to_string(outcome.status);
         return false;
     }
+    outcome.finer = g_detectorParams->passTag == 1;
     if (outcome.HasFace()) {
         int32 x = 0;
         int32 y = 0;

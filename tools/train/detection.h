@@ -12,7 +12,8 @@ namespace orvane::train {
 struct Outcome {
     int status = 0; // 0: a face, 10: none
     double milliseconds = 0.0;
-    FaceSquare square; // empty without a face
+    FaceSquare square;  // empty without a face
+    bool finer = false; // the first pass found none, so a second one with finer steps answered
 
     bool HasFace() const { return status == 0; }
 };

@@ -14,6 +14,8 @@ struct EvaluateOptions {
     std::string data;       // folder with portraits.csv, portraits/, nofaces.csv, nofaces/
     std::string misses;     // a table of every miss and every false face goes here; empty: nowhere
     std::string table;      // the figures as a comma-separated table; empty: nowhere
+    std::string sheets;     // folder for pictures of every miss and every false face; empty: nowhere
+    bool losses = false;    // print by which step of the detector faces are lost
     bool quick = false;
     SquareMapping mapping;
 };

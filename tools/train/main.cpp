@@ -37,6 +37,8 @@ constexpr const char* kUsage =
     "evaluate: runs the detector over portraits.csv, portraits/, nofaces.csv and nofaces/ of FOLDER\n"
     "  --quick              the detector's quick mode\n"
     "  --misses TABLE       write every miss, misplaced and false face there\n"
+    "  --losses             tell at which step of the detector faces are lost; takes more time a picture\n"
+    "  --sheets FOLDER      write contact sheets there: misses-N.png, false-N.png\n"
     "  --table TABLE        write the figures of all groups there, comma-separated\n"
     "  --box-scale R        annotated side over the detector's, 1.1765\n"
     "  --box-down R         annotated centre below the detector's, in the detector's side, 0\n";
@@ -162,6 +164,8 @@ int RunEvaluate(int count, char** values) {
     arguments.Add("--classifier", o.classifier);
     arguments.Add("--misses", o.misses);
     arguments.Add("--table", o.table);
+    arguments.Add("--sheets", o.sheets);
+    arguments.AddFlag("--losses", o.losses);
     arguments.AddFlag("--quick", o.quick);
     arguments.Add("--box-scale", o.mapping.boxToWindow);
     arguments.Add("--box-down", o.mapping.down);

@@ -43,6 +43,10 @@ void PrintTimes(std::FILE* out, const char* what, const std::vector<double>& tim
                  Quantile(times, 0.95));
 }
 
+void PrintPasses(std::FILE* out, const char* what, const Tally& t) {
+    std::fprintf(out, "%s of the first pass: %d, of the finer pass: %d\n", what, t.reported - t.finer, t.finer);
+}
+
 void WriteLine(std::FILE* out, const char* set, const std::string& name, const Tally& t) {
     std::fprintf(out, "%s,%s,%d,%d,%d,%.2f,%.2f,%.2f,%.2f\n", set, name.c_str(), t.pictures, t.reported, t.right,
                  Quantile(t.centreErrors, 0.5), Quantile(t.centreErrors, 0.95), Quantile(t.sizeErrors, 0.5),
@@ -55,6 +59,7 @@ void Tally::AddPortrait(const Outcome& outcome, const FaceSquare& truth, const S
     ++pictures;
     if (!outcome.HasFace()) return;
     ++reported;
+    if (outcome.finer) ++finer;
     if (IsRight(outcome.square, truth, mapping)) ++right;
     const FaceSquare mapped = Map(outcome.square, mapping);
     const double dx = mapped.x + mapped.side / 2 - truth.x - truth.side / 2;
@@ -65,7 +70,9 @@ void Tally::AddPortrait(const Outcome& outcome, const FaceSquare& truth, const S
 
 void Tally::AddFaceFree(const Outcome& outcome) {
     ++pictures;
-    if (outcome.HasFace()) ++reported;
+    if (!outcome.HasFace()) return;
+    ++reported;
+    if (outcome.finer) ++finer;
 }
 
 double Tally::ReportedPerCent() const { return PerCent(reported, pictures); }
@@ -116,6 +123,7 @@ void PrintPortraits(std::FILE* out, const char* title, const TallyTable& portrai
     for (const auto& [group, tally] : portraits.groups) PrintPortraitLine(out, group.name, tally);
     PrintList(out, "more than 2 points below the whole, of 20 pictures or more (right place %)",
               GroupsBelow(portraits));
+    PrintPasses(out, "faces", portraits.all);
     PrintTimes(out, "portrait", portraits.milliseconds);
 }
 
@@ -126,6 +134,7 @@ void PrintFaceFree(std::FILE* out, const char* title, const TallyTable& faceFree
         std::fprintf(out, "%-26s %8d %9.1f\n", group.name.c_str(), tally.pictures, tally.ReportedPerCent());
     }
     PrintList(out, "more than 2 points above the whole, of 20 pictures or more (false %)", GroupsAbove(faceFree));
+    PrintPasses(out, "false faces", faceFree.all);
     PrintTimes(out, "face-free picture", faceFree.milliseconds);
 }
 

@@ -14,6 +14,7 @@ namespace orvane::train {
 struct Tally {
     int pictures = 0;
     int reported = 0;
+    int finer = 0; // of the reported ones, by the finer pass
     int right = 0;
     std::vector<double> centreErrors;
     std::vector<double> sizeErrors;
