@@ -136,6 +136,19 @@ TEST_F(Sheets, ShowThePictureItsSquaresAndItsWords) {
     EXPECT_EQ(sheet.width, kThumbnailSide + 2 * kSheetMargin);
 }
 
+TEST_F(Sheets, KeepTheEndOfALongTitleAndTheBeginningOfALongRemark) {
+    const std::string words = "first" + std::string(50, ' ') + "last";
+    const auto written = [&](const std::string& title, const std::string& remark) {
+        ContactSheets sheets(Stem());
+        sheets.Add(Blank(24, 24, kGrey), {}, title, remark);
+        std::string error;
+        EXPECT_TRUE(sheets.Write(error)) << error;
+        return Read(1).pixels;
+    };
+    EXPECT_EQ(written(words, words), written(std::string(26, ' ') + "last", "first"));
+    EXPECT_NE(written(words, words), written("last", "first"));
+}
+
 TEST_F(Sheets, HoldThirtyPicturesEach) {
     ContactSheets sheets(Stem());
     for (int i = 0; i < 31; ++i) sheets.Add(Blank(24, 24, kGrey), {}, "", "");

@@ -75,7 +75,7 @@ private:
         ContactSheets& sheets = truth != nullptr ? missSheets_ : falseSheets_;
         std::string remark = what;
         if (!lostAt.empty()) remark += ": " + lostAt;
-        if (outcome.HasFace()) remark += ", " + std::to_string(std::lround(outcome.square.side)) + " px";
+        if (outcome.HasFace()) remark += ", " + std::to_string(std::lround(found.side)) + " px";
         if (outcome.HasFace() && outcome.finer) remark += ", finer pass";
         sheets.Add(picture, {{annotated, kAnnotatedColour}, {found, kReportedColour}}, file, remark);
     }

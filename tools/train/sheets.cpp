@@ -16,10 +16,12 @@ constexpr int32 kCellWidth = kThumbnailSide + kSheetMargin;
 constexpr int32 kCellHeight = kThumbnailSide + 2 * kLineHeight + kSheetMargin;
 constexpr std::size_t kCellsPerSheet = static_cast<std::size_t>(kSheetColumns) * kSheetRows;
 
-/// What of a text finds room below a thumbnail: its end, where file names differ.
-std::string Shortened(const std::string& text) {
-    constexpr std::size_t kMost = kThumbnailSide / kLetterWidth;
-    return text.size() <= kMost ? text : text.substr(text.size() - kMost);
+/// So many letters find room below a thumbnail.
+constexpr std::size_t kMostLetters = kThumbnailSide / kLetterWidth;
+
+/// The end of a title, where file names differ.
+std::string EndOf(const std::string& text) {
+    return text.size() <= kMostLetters ? text : text.substr(text.size() - kMostLetters);
 }
 
 } // namespace
@@ -47,8 +49,8 @@ tools::Picture ContactSheets::Sheet(std::size_t first) const {
         const int32 x = kSheetMargin + i % kSheetColumns * kCellWidth;
         const int32 y = kSheetMargin + i / kSheetColumns * kCellHeight;
         Paste(cell.thumbnail, sheet, x, y);
-        DrawText(sheet, x, y + kThumbnailSide + 3, Shortened(cell.title), kTitleColour);
-        DrawText(sheet, x, y + kThumbnailSide + 3 + kLineHeight, Shortened(cell.remark), kRemarkColour);
+        DrawText(sheet, x, y + kThumbnailSide + 3, EndOf(cell.title), kTitleColour);
+        DrawText(sheet, x, y + kThumbnailSide + 3 + kLineHeight, cell.remark.substr(0, kMostLetters), kRemarkColour);
     }
     return sheet;
 }
