@@ -14,6 +14,7 @@ namespace orvane::train {
 bool UseClassifier(const std::string& file, std::string& error) {
     const std::filesystem::path path = std::filesystem::absolute(file);
     g_moduleFolder = path.parent_path().native();
+    FreeClassifier(g_classifier);
     g_detectorParams = std::make_unique<DetectorParams>();
     if (ReadClassifierFile(path.filename().native(), g_classifier) != 0) {
         error = "cannot read the classifier " + file;
