@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 namespace orvane::train {
@@ -89,7 +91,33 @@ TEST(CutWindow, IsTheSameForTheSameStreamAndStraysForAnother) {
         return CutWindow(crop, Framing{}, {24, 24}, random);
     };
     EXPECT_EQ(cut(1), cut(1));
-    EXPECT_NE(cut(1), cut(2));
+    EXPECT_FALSE(cut(1) == cut(2));
+}
+
+/// By how many degrees the edge between the dark left and the bright right half of a window leans.
+double LeanOf(const Window& window) {
+    const auto dark = [&](int32 y) {
+        return std::count_if(&window[PixelIndex(0, y, 24)], &window[PixelIndex(0, y, 24)] + 24,
+                             [](uint8 p) { return p < 70; });
+    };
+    const auto run = static_cast<double>(dark(23) + dark(22) + dark(21) - dark(2) - dark(1) - dark(0)) / 3.0;
+    return std::atan(run / 21.0) * 180.0 / 3.14159265358979323846;
+}
+
+TEST(CutWindow, RollIsTheDeviationOfTheFacesTurns) {
+    FaceCrop halves;
+    for (int32 i = 0; i < kCropSide * kCropSide; ++i) halves.pixels.push_back(i % kCropSide < kCropSide / 2 ? 0 : 255);
+    for (const double roll : {0.0, 4.0, 8.0}) {
+        Framing framing;
+        framing.roll = roll;
+        double squares = 0.0;
+        for (uint64 stream = 0; stream < 400; ++stream) {
+            Random random({stream});
+            const double lean = LeanOf(CutWindow(halves, framing, {24, 24}, random));
+            squares += lean * lean;
+        }
+        EXPECT_NEAR(std::sqrt(squares / 400.0), roll, 0.6 + 0.08 * roll);
+    }
 }
 
 } // namespace

@@ -32,6 +32,7 @@ TrainOptions SmallTraining(const std::string& folder) {
     options.harvest.wanted = 300;
     options.harvest.poolStage = 1;
     options.harvest.passes = 4;
+    options.harvest.refused = 100;
     options.harvest.threads = 2;
     return options;
 }

@@ -109,7 +109,7 @@ Window CutWindow(const FaceCrop& crop, const Framing& framing, ImageSize windowS
     const double middle = 0.5 * (kCropSide - 1);
     const double centreX = middle + random.Between(-framing.shift, framing.shift) * side;
     const double centreY = middle + random.Between(-framing.shift, framing.shift) * side;
-    const double angle = random.Between(-framing.roll, framing.roll) * 3.14159265358979323846 / 180.0;
+    const double angle = framing.roll * random.Normal() * 3.14159265358979323846 / 180.0;
     const bool mirror = random.Below(2) != 0;
     const bool nearest = random.Below(2) != 0;
     const double step = side / windowSize.width;

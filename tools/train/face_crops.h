@@ -23,7 +23,7 @@ struct Framing {
     double windowToBox = 0.85; // window side over face box side
     double shift = 0.06;       // positions stray by this share of the window, each way
     double scale = 0.08;       // sizes by this, natural logarithm
-    double roll = 5.0;         // degrees, on top of the face's own
+    double roll = 7.0;         // degrees, on top of the face's own: the standard deviation
 };
 
 struct CropSet {

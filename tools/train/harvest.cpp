@@ -2,6 +2,7 @@
 // the seed alone.
 #include "tools/train/harvest.h"
 
+#include "tools/train/distort.h"
 #include "tools/train/parallel.h"
 #include "tools/train/table.h"
 
@@ -14,6 +15,10 @@ namespace {
 
 constexpr std::size_t kHeldShare = 5;
 constexpr int kScaleShare = 4;
+constexpr int kFormShare = 6;  // of six scans one sees the pictures as they are, one mirrored, the others distorted
+constexpr int kCropPasses = 4; // over all face crops, each time at another scale, to fill the pool
+constexpr int kHeldKind = 1;   // in the pool's file
+constexpr int kCropKind = 2;
 constexpr double kLargestShift = 1.05; // the detector's scale step
 constexpr double kFaceOverlap = 0.5;   // a square that meets the face's by more is no negative
 
@@ -84,17 +89,16 @@ GreyPicture AsPicture(const FaceCrop& crop, int32 zoom) {
     return picture;
 }
 
-std::vector<Window> FromCrop(const FaceCrop& crop, const Framing& framing, const CompiledCascade& cascade,
-                             Random random) {
+/// Visits the windows of a crop that the cascade takes for faces though they are not at the face's place.
+void VisitCrop(const FaceCrop& crop, const Framing& framing, const CompiledCascade& cascade, Random random,
+               const std::function<void(const Survivor&)>& visit) {
     const auto zoom = static_cast<int32>(1 + random.Below(2));
     const double side = kCropBoxSide * framing.windowToBox * zoom;
     const double corner = 0.5 * (kCropSide * zoom - side);
     const double shift = random.Between(1.0, kLargestShift);
-    Reservoir reservoir(2, cascade.WindowSize(), random);
     VisitSurvivors(AsPicture(crop, zoom), cascade, {shift, 1, 0}, [&](const Survivor& s) {
-        if (Overlap(s.x, s.y, s.side, corner, corner, side) < kFaceOverlap) reservoir.Offer(s);
+        if (Overlap(s.x, s.y, s.side, corner, corner, side) < kFaceOverlap) visit(s);
     });
-    return reservoir.Take();
 }
 
 /// Runs `work` over 0 .. count - 1 in blocks and hands each result over in order until `take` says stop.
@@ -111,14 +115,23 @@ void InOrder(std::size_t count, int threads, Work work, Take take) {
     }
 }
 
+enum class Form { AsItIs, Mirrored, Distorted };
+
+/// What a picture is seen as: whole scans take turns.
+Form FormOf(int pass) {
+    const int scan = pass / kScaleShare % kFormShare;
+    return scan == 0 ? Form::AsItIs : scan == 1 ? Form::Mirrored : Form::Distorted;
+}
+
 /// One pass over a picture: one scale in four, so that windows that are plenty come from many pictures at little
-/// cost. Four passes see it upright, four mirrored, four turned; then again with other samples and another turn.
-void VisitPass(const GreyPicture& picture, const CompiledCascade& cascade, int pass, double shift,
+/// cost. Four passes see it as it is, four mirrored and sixteen distorted, each of these in another way.
+void VisitPass(const GreyPicture& picture, const CompiledCascade& cascade, int pass, Random random,
                const std::function<void(const Survivor&)>& visit) {
-    const int form = pass / kScaleShare % 3;
-    const int turn = form == 2 ? 1 + pass / kScaleShare / 3 % 3 : 0;
-    const GreyPicture turned = form == 0 ? GreyPicture{} : Turned(picture, turn, form == 1);
-    VisitSurvivors(form == 0 ? picture : turned, cascade, {shift, kScaleShare, pass % kScaleShare}, visit);
+    const ScaleChoice choice{random.Between(1.0, kLargestShift), kScaleShare, pass % kScaleShare};
+    const Form form = FormOf(pass);
+    if (form == Form::AsItIs) return VisitSurvivors(picture, cascade, choice, visit);
+    VisitSurvivors(form == Form::Mirrored ? Turned(picture, 0, true) : Distorted(picture, random), cascade, choice,
+                   visit);
 }
 
 } // namespace
@@ -152,8 +165,8 @@ Negatives Harvester::Harvest(const Cascade& cascade, const HarvestProgress& prog
     Negatives negatives;
     const uint64 stage = cascade.stages.size();
     const CompiledCascade compiled(cascade);
-    AddFromCrops(compiled, stage, negatives);
     if (stage < static_cast<uint64>(options_.poolStage)) {
+        AddFromCrops(compiled, stage, negatives);
         AddFromPictures(compiled, stage, negatives, progress);
         return negatives;
     }
@@ -166,14 +179,21 @@ Negatives Harvester::Harvest(const Cascade& cascade, const HarvestProgress& prog
     return negatives;
 }
 
+std::size_t Harvester::WantedFromCrops() const {
+    return static_cast<std::size_t>(static_cast<double>(options_.wanted) * options_.cropShare);
+}
+
 void Harvester::AddFromCrops(const CompiledCascade& cascade, uint64 stage, Negatives& negatives) const {
-    const auto wanted = static_cast<std::size_t>(static_cast<double>(options_.wanted) * options_.cropShare);
+    const std::size_t wanted = WantedFromCrops();
     if (wanted == 0) return;
     const std::vector<std::size_t> order = Shuffled(crops_.size(), Random({seed_, stage, 1}));
     InOrder(
         order.size(), options_.threads,
         [&](std::size_t i) {
-            return FromCrop(crops_[order[i]], framing_, cascade, Random({seed_, stage, 2, i}));
+            const Random random({seed_, stage, 2, i});
+            Reservoir reservoir(2, cascade.WindowSize(), random);
+            VisitCrop(crops_[order[i]], framing_, cascade, random, [&](const Survivor& s) { reservoir.Offer(s); });
+            return reservoir.Take();
         },
         [&](std::size_t i, std::vector<Window> windows) {
             for (Window& window : windows) negatives.Add(std::move(window), crops_[order[i]].held);
@@ -191,9 +211,8 @@ void Harvester::AddFromPictures(const CompiledCascade& cascade, uint64 stage, Ne
             order.size(), options_.threads,
             [&](std::size_t i) {
                 Random random({seed_, stage, 4, p, i});
-                const double shift = random.Between(1.0, kLargestShift);
                 Reservoir reservoir(static_cast<std::size_t>(options_.perPicture), cascade.WindowSize(), random);
-                VisitPass(pictures_.pictures[order[i]], cascade, pass, shift,
+                VisitPass(pictures_.pictures[order[i]], cascade, pass, random,
                           [&](const Survivor& s) { reservoir.Offer(s); });
                 return reservoir.Take();
             },
@@ -211,9 +230,9 @@ bool Harvester::LoadPool(ImageSize windowSize) {
     if (options_.poolFile.empty() || !ReadFile(options_.poolFile, bytes) || bytes.size() % (pixels + 1) != 0)
         return false;
     for (auto at = bytes.begin(); at != bytes.end();) {
-        const bool held = *at++ != 0;
+        const uint8 kind = *at++;
         const auto end = at + static_cast<std::ptrdiff_t>(pixels);
-        pool_.push_back({Window(at, end), held});
+        pool_.push_back({Window(at, end), (kind & kHeldKind) != 0, (kind & kCropKind) != 0});
         at = end;
     }
     return true;
@@ -221,51 +240,75 @@ bool Harvester::LoadPool(ImageSize windowSize) {
 
 bool Harvester::SavePool() const {
     if (options_.poolFile.empty()) return true;
-    std::vector<uint8> bytes; // for each window: held or not, then its pixels
+    std::vector<uint8> bytes; // for each window: its kind, then its pixels
     for (const Found& found : pool_) {
-        bytes.push_back(found.held ? 1 : 0);
+        bytes.push_back(static_cast<uint8>((found.held ? kHeldKind : 0) | (found.fromCrop ? kCropKind : 0)));
         bytes.insert(bytes.end(), found.window.begin(), found.window.end());
     }
     return WriteFile(options_.poolFile, bytes);
 }
 
 void Harvester::FillPool(const CompiledCascade& cascade, const HarvestProgress& progress) {
+    for (int pass = 0; pass < kCropPasses && WantedFromCrops() != 0; ++pass) {
+        InOrder(
+            crops_.size(), options_.threads,
+            [&](std::size_t i) {
+                std::vector<Window> windows;
+                VisitCrop(crops_[i], framing_, cascade, Random({seed_, 7, static_cast<uint64>(pass), i}),
+                          [&](const Survivor& s) { windows.push_back(CopyWindow(s, cascade.WindowSize())); });
+                return windows;
+            },
+            [&](std::size_t i, std::vector<Window> windows) {
+                for (Window& window : windows) pool_.push_back({std::move(window), crops_[i].held, true});
+                return true;
+            });
+    }
     std::size_t scanned = 0;
     for (int pass = 0; pass < options_.passes; ++pass) {
         InOrder(
             pictures_.pictures.size(), options_.threads,
             [&](std::size_t i) {
                 // Nothing here may depend on the stage at which the pool is filled.
-                const double shift = Random({seed_, 5, static_cast<uint64>(pass), i}).Between(1.0, kLargestShift);
+                const Random random({seed_, 5, static_cast<uint64>(pass), i});
                 std::vector<Window> windows;
-                VisitPass(pictures_.pictures[i], cascade, pass, shift,
+                VisitPass(pictures_.pictures[i], cascade, pass, random,
                           [&](const Survivor& s) { windows.push_back(CopyWindow(s, cascade.WindowSize())); });
                 return windows;
             },
             [&](std::size_t i, std::vector<Window> windows) {
-                for (Window& window : windows) pool_.push_back({std::move(window), i % kHeldShare == 0});
+                for (Window& window : windows) pool_.push_back({std::move(window), i % kHeldShare == 0, false});
                 if (++scanned % 500 == 0) progress(pool_.size(), scanned);
                 return true;
             });
     }
 }
 
-void Harvester::AddFromPool(const Cascade& cascade, Negatives& negatives) {
+void Harvester::AddFromPool(const Cascade& cascade, Negatives& negatives) const {
     const Evaluator evaluator(cascade);
     std::vector<char> passes(pool_.size());
+    std::vector<double> sums(pool_.size());
     ForEachIndex(pool_.size(), options_.threads, [&](std::size_t i) {
-        passes[i] = evaluator.Passes(Patch(pool_[i].window.data(), cascade.windowSize)) ? 1 : 0;
+        const Patch patch(pool_[i].window.data(), cascade.windowSize);
+        passes[i] = evaluator.Passes(patch) ? 1 : 0;
+        if (passes[i] == 0) sums[i] = evaluator.StageSum(cascade.stages.size() - 1, patch);
     });
-    std::vector<Found> kept;
-    for (std::size_t i = 0; i < pool_.size(); ++i) {
-        if (passes[i] != 0) kept.push_back(std::move(pool_[i]));
-    }
-    pool_ = std::move(kept);
     negatives.pictures = pictures_.pictures.size() * static_cast<std::size_t>(options_.passes);
+    const std::size_t wantedFromCrops = WantedFromCrops();
+    const std::size_t wantedFromPictures = options_.wanted - wantedFromCrops;
+    std::size_t fromPictures = 0;
+    std::vector<std::size_t> refused;
     for (const std::size_t i : Shuffled(pool_.size(), Random({seed_, cascade.stages.size(), 6}))) {
-        if (negatives.Count() >= options_.wanted) return;
-        negatives.Add(pool_[i].window, pool_[i].held);
+        std::size_t& count = pool_[i].fromCrop ? negatives.fromCrops : fromPictures;
+        if (passes[i] == 0) {
+            if (!pool_[i].held) refused.push_back(i);
+        } else if (count < (pool_[i].fromCrop ? wantedFromCrops : wantedFromPictures)) {
+            negatives.Add(pool_[i].window, pool_[i].held);
+            ++count;
+        }
     }
+    std::stable_sort(refused.begin(), refused.end(), [&](std::size_t a, std::size_t b) { return sums[a] > sums[b]; });
+    refused.resize(std::min(refused.size(), options_.refused));
+    for (const std::size_t i : refused) negatives.refused.push_back(pool_[i].window);
 }
 
 } // namespace orvane::train

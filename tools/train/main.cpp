@@ -20,19 +20,20 @@ constexpr const char* kUsage =
     "  --classes A,B,C      licence classes that may be used (all)\n"
     "  --seed N             same seed and data, same file (1)\n"
     "  --threads N          changes the time, never the result (the processor's)\n"
-    "  --stages N           at most, 22          --hit-rate R         of each stage, 0.996\n"
+    "  --stages N           at most, 24          --hit-rate R         of each stage, 0.993\n"
     "  --max-stumps N       a stage, 200  --false-alarms R   of each stage, 0.4\n"
     "  --faces N            windows a stage, 12000           --negatives N  windows a stage, 12000\n"
-    "  --least-negatives N  end when a harvest brings fewer out of pictures, 500\n"
-    "  --passes N           over all pictures for one harvest, four to a whole scan, 16\n"
+    "  --least-negatives N  end when a harvest brings fewer out of pictures, 200\n"
+    "  --passes N           over all pictures for one harvest, four to a whole scan, 24\n"
     "  --late-hit-rate R    the same from the pool stage on, 0.993\n"
     "  --pool-stage N       from this stage on, choose among all windows of all passes, 10\n"
+    "  --refused N          of these that are refused already, for boosting against, 20000\n"
     "  --per-picture N      windows of one picture and pass, 24\n"
     "  --crop-share R       share of the negatives out of face crops, 0.2\n"
     "  --features N         pool of a stage, 8000            --candidates N  looked at for a stump, 1200\n"
     "  --balance R          1: sources in their proportions, 0: all alike, 0.6\n"
     "  --window N           side of the window, 24           --framing R  window over face box, 0.85\n"
-    "  --shift R --scale R --roll DEG  how far faces stray in training, 0.06 0.08 5\n"
+    "  --shift R --scale R --roll DEG  how far faces stray in training, 0.06 0.08 7 (roll: the deviation)\n"
     "\n"
     "evaluate: runs the detector over portraits.csv, portraits/, nofaces.csv and nofaces/ of FOLDER\n"
     "  --quick              the detector's quick mode\n"
@@ -128,6 +129,7 @@ int RunTrain(int count, char** values) {
     arguments.AddCount("--least-negatives", o.leastNegatives);
     arguments.AddCount("--passes", o.harvest.passes);
     arguments.AddCount("--pool-stage", o.harvest.poolStage);
+    arguments.AddCount("--refused", o.harvest.refused);
     arguments.AddCount("--per-picture", o.harvest.perPicture);
     arguments.Add("--crop-share", o.harvest.cropShare);
     arguments.AddCount("--features", o.features);

@@ -48,11 +48,11 @@ Faces CutFaces(const TrainOptions& options, const TrainData& data, const Cascade
     return faces;
 }
 
-std::vector<Patch> PatchesOf(const std::vector<Window>& first, const std::vector<Window>& second, ImageSize size) {
+std::vector<Patch> PatchesOf(std::initializer_list<const std::vector<Window>*> parts, ImageSize size) {
     std::vector<Patch> patches;
-    patches.reserve(first.size() + second.size());
-    for (const Window& window : first) patches.emplace_back(window.data(), size);
-    for (const Window& window : second) patches.emplace_back(window.data(), size);
+    for (const std::vector<Window>* windows : parts) {
+        for (const Window& window : *windows) patches.emplace_back(window.data(), size);
+    }
     return patches;
 }
 
@@ -152,9 +152,9 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
     report.facesReached = held.reached;
 
     const std::vector<Feature> pool = MakeFeaturePool(size, options.features, options.seed * 1000 + index);
-    const std::vector<Patch> patches = PatchesOf(faces.windows, negatives.windows, size);
+    const std::vector<Patch> patches = PatchesOf({&faces.windows, &negatives.windows, &negatives.refused}, size);
     const QuantisedValues values(pool, patches, norm, threads);
-    HeldScores scores(PatchesOf(held.windows, negatives.held, size), held.windows.size(), norm);
+    HeldScores scores(PatchesOf({&held.windows, &negatives.held}, size), held.windows.size(), norm);
     std::vector<double> earlier;
     if (index > 0) {
         const Evaluator evaluator(cascade);
@@ -245,12 +245,13 @@ std::string Fingerprint(const TrainOptions& o, const TrainData& data) {
     std::snprintf(
         text, sizeof text,
         "classes %s seed %llu window %dx%d stumps %d hit %g late %g alarms %g features %d of %d faces %zu balance %g "
-        "framing %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d data %zu %zu %016llx",
+        "framing %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d refused %zu data %zu %zu "
+        "%016llx",
         o.classes.c_str(), static_cast<unsigned long long>(o.seed), o.windowSize.width, o.windowSize.height,
         o.maxStumps, o.hitRate, o.lateHitRate, o.falseAlarms, o.candidates, o.features, o.faces, o.balance,
         o.framing.windowToBox, o.framing.shift, o.framing.scale, o.framing.roll, o.harvest.wanted, o.leastNegatives,
-        o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage, data.crops.size(),
-        data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
+        o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage, o.harvest.refused,
+        data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
     return text;
 }
 

@@ -15,15 +15,15 @@ struct TrainOptions {
     std::string classes = "ABC";
     uint64 seed = 1;
     ImageSize windowSize{24, 24};
-    int stages = 22;
+    int stages = 24;
     int maxStumps = 200;              // of a stage
-    double hitRate = 0.996;           // faces that a stage keeps
+    double hitRate = 0.993;           // faces that a stage keeps
     double lateHitRate = 0.993;       // the same from the harvest's pool stage on
     double falseAlarms = 0.4;         // negatives that a stage may keep; fewer stumps reach it in early stages
     int features = 8000;              // the pool
     int candidates = 1200;            // features looked at for one stump
     std::size_t faces = 12000;        // windows for a stage, held ones among them
-    std::size_t leastNegatives = 500; // training ends when a harvest brings fewer out of pictures
+    std::size_t leastNegatives = 200; // training ends when a harvest brings fewer out of pictures
     double balance = 0.6;
     Framing framing;
     HarvestOptions harvest;

@@ -1,0 +1,14 @@
+// Pictures changed so that windows cut out of them look unlike any of the plain picture's.
+#pragma once
+
+#include "tools/train/random.h"
+#include "tools/train/scan.h"
+
+namespace orvane::train {
+
+/// The picture turned about its middle, stretched, mirrored, in other light and now and then with dark and bright
+/// exchanged, each by chance. It keeps its size; what the frame would leave empty is filled by reflection.
+/// What is no face stays none.
+GreyPicture Distorted(const GreyPicture& picture, Random random);
+
+} // namespace orvane::train
