@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
 
 namespace orvane::train {
 namespace {
@@ -22,10 +23,14 @@ protected:
         Harvester harvester(set_, crops_, Framing{}, options_, seed);
         return harvester.Harvest(cascade, [](std::size_t, std::size_t) {});
     }
-    static std::set<Window> AllOf(const Negatives& negatives) {
-        std::set<Window> all(negatives.windows.begin(), negatives.windows.end());
-        all.insert(negatives.held.begin(), negatives.held.end());
-        return all;
+    using Set = std::set<std::string>; // windows by their bytes
+    static std::string BytesOf(const Window& window) { return {window.begin(), window.end()}; }
+    static Set SetOf(std::initializer_list<const std::vector<Window>*> parts) {
+        Set set;
+        for (const std::vector<Window>* windows : parts) {
+            for (const Window& window : *windows) set.insert(BytesOf(window));
+        }
+        return set;
     }
     /// A stage that takes windows whose lower half is the darker one.
     static Cascade DarkBelow() {
@@ -51,12 +56,13 @@ TEST_F(Harvest, EveryWindowPassesTheCascade) {
 }
 
 TEST_F(Harvest, EachFurtherScanBringsWindowsThatNoneBroughtBefore) {
-    std::set<Window> known;
+    Set known;
     for (const int passes : {4, 8, 12, 16, 20, 24, 28}) {
         options_.passes = passes;
-        const std::set<Window> all = AllOf(Bring(DarkBelow()));
+        const Negatives negatives = Bring(DarkBelow());
+        const Set all = SetOf({&negatives.windows, &negatives.held});
         std::size_t further = 0;
-        for (const Window& window : all) further += known.count(window) == 0 ? 1 : 0;
+        for (const std::string& window : all) further += known.count(window) == 0 ? 1 : 0;
         EXPECT_GT(further, 50u) << passes << " passes";
         EXPECT_EQ(all.size() - further, known.size()) << "the first " << passes - 4 << " passes changed";
         known = all;
@@ -66,10 +72,10 @@ TEST_F(Harvest, EachFurtherScanBringsWindowsThatNoneBroughtBefore) {
 TEST_F(Harvest, OnePictureInFiveIsHeldApartInEveryForm) {
     options_.passes = 24;
     const Negatives negatives = Bring(DarkBelow());
-    const std::set<Window> boosted(negatives.windows.begin(), negatives.windows.end());
+    const Set boosted = SetOf({&negatives.windows});
     ASSERT_GT(negatives.held.size(), 20u);
     std::size_t shared = 0;
-    for (const Window& window : negatives.held) shared += boosted.count(window);
+    for (const Window& window : negatives.held) shared += boosted.count(BytesOf(window));
     EXPECT_EQ(shared, 0u);
     set_.pictures[0] = GreyPicture{{70, 60}, std::vector<uint8>(70 * 60, 100)}; // the held ones
     set_.pictures[5] = set_.pictures[0];
@@ -81,11 +87,9 @@ TEST_F(Harvest, OnePictureInFiveIsHeldApartInEveryForm) {
 TEST_F(Harvest, TheNearestOfTheRefusedComeAlongForBoosting) {
     options_.passes = 4;
     Cascade cascade = DarkBelow();
-    const std::set<Window> held = [&] {
-        const Negatives whole = Bring(cascade);
-        EXPECT_TRUE(whole.refused.empty());
-        return std::set<Window>(whole.held.begin(), whole.held.end());
-    }();
+    const Negatives whole = Bring(cascade);
+    EXPECT_TRUE(whole.refused.empty());
+    const Set held = SetOf({&whole.held});
     Harvester harvester(set_, crops_, Framing{}, options_, 1);
     const auto quiet = [](std::size_t, std::size_t) {};
     const Negatives before = harvester.Harvest(cascade, quiet);
@@ -101,7 +105,7 @@ TEST_F(Harvest, TheNearestOfTheRefusedComeAlongForBoosting) {
     const Evaluator evaluator(cascade);
     for (const Window& window : after.refused) {
         EXPECT_FALSE(evaluator.Passes(Patch(window.data(), {24, 24})));
-        EXPECT_EQ(held.count(window), 0u) << "held ones are not boosted against";
+        EXPECT_EQ(held.count(BytesOf(window)), 0u) << "held ones are not boosted against";
     }
     options_.refused = 5;
     EXPECT_EQ(harvester.Harvest(cascade, quiet).refused.size(), 5u);

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 TrainData MadeUpData() {
     TrainData data;
     data.crops = MadeUpCrops(40);
-    for (uint64 i = 0; i < 12; ++i) data.pictures.pictures.push_back(MadeUpPicture({150, 120}, i));
+    for (uint64 i = 0; i < 10; ++i) data.pictures.pictures.push_back(MadeUpPicture({100, 90}, i));
     return data;
 }
 
