@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t kHeldShare = 5;
 constexpr int kScaleShare = 4;
 constexpr int kFormShare = 6;  // of six scans one sees the pictures as they are, one mirrored, the others distorted
-constexpr int kCropPasses = 4; // over all face crops, each time at another scale, to fill the pool
+constexpr int kCropPasses = 2; // over all face crops, each time at another scale, to fill the pool
 constexpr int kHeldKind = 1;   // in the pool's file
 constexpr int kCropKind = 2;
 constexpr double kLargestShift = 1.05; // the detector's scale step
@@ -179,12 +179,13 @@ Negatives Harvester::Harvest(const Cascade& cascade, const HarvestProgress& prog
     return negatives;
 }
 
-std::size_t Harvester::WantedFromCrops() const {
-    return static_cast<std::size_t>(static_cast<double>(options_.wanted) * options_.cropShare);
+std::size_t Harvester::Share(std::size_t whole, bool ofCrops) const {
+    const auto share = static_cast<std::size_t>(static_cast<double>(whole) * options_.cropShare);
+    return ofCrops ? share : whole - share;
 }
 
 void Harvester::AddFromCrops(const CompiledCascade& cascade, uint64 stage, Negatives& negatives) const {
-    const std::size_t wanted = WantedFromCrops();
+    const std::size_t wanted = Share(options_.wanted, true);
     if (wanted == 0) return;
     const std::vector<std::size_t> order = Shuffled(crops_.size(), Random({seed_, stage, 1}));
     InOrder(
@@ -249,7 +250,7 @@ bool Harvester::SavePool() const {
 }
 
 void Harvester::FillPool(const CompiledCascade& cascade, const HarvestProgress& progress) {
-    for (int pass = 0; pass < kCropPasses && WantedFromCrops() != 0; ++pass) {
+    for (int pass = 0; pass < kCropPasses && Share(options_.wanted, true) != 0; ++pass) {
         InOrder(
             crops_.size(), options_.threads,
             [&](std::size_t i) {
@@ -293,22 +294,24 @@ void Harvester::AddFromPool(const Cascade& cascade, Negatives& negatives) const 
         if (passes[i] == 0) sums[i] = evaluator.StageSum(cascade.stages.size() - 1, patch);
     });
     negatives.pictures = pictures_.pictures.size() * static_cast<std::size_t>(options_.passes);
-    const std::size_t wantedFromCrops = WantedFromCrops();
-    const std::size_t wantedFromPictures = options_.wanted - wantedFromCrops;
-    std::size_t fromPictures = 0;
     std::vector<std::size_t> refused;
+    std::size_t fromPictures = 0;
     for (const std::size_t i : Shuffled(pool_.size(), Random({seed_, cascade.stages.size(), 6}))) {
-        std::size_t& count = pool_[i].fromCrop ? negatives.fromCrops : fromPictures;
+        const bool fromCrop = pool_[i].fromCrop;
+        std::size_t& count = fromCrop ? negatives.fromCrops : fromPictures;
         if (passes[i] == 0) {
             if (!pool_[i].held) refused.push_back(i);
-        } else if (count < (pool_[i].fromCrop ? wantedFromCrops : wantedFromPictures)) {
+        } else if (count < Share(options_.wanted, fromCrop)) {
             negatives.Add(pool_[i].window, pool_[i].held);
             ++count;
         }
     }
     std::stable_sort(refused.begin(), refused.end(), [&](std::size_t a, std::size_t b) { return sums[a] > sums[b]; });
-    refused.resize(std::min(refused.size(), options_.refused));
-    for (const std::size_t i : refused) negatives.refused.push_back(pool_[i].window);
+    std::size_t taken[2] = {};
+    for (const std::size_t i : refused) {
+        const bool fromCrop = pool_[i].fromCrop;
+        if (taken[fromCrop ? 1 : 0]++ < Share(options_.refused, fromCrop)) negatives.refused.push_back(pool_[i].window);
+    }
 }
 
 } // namespace orvane::train

@@ -62,7 +62,8 @@ private:
         bool held;
         bool fromCrop;
     };
-    std::size_t WantedFromCrops() const;
+    /// The part of a number of windows that comes out of crops, or out of pictures.
+    std::size_t Share(std::size_t whole, bool ofCrops) const;
     void AddFromCrops(const CompiledCascade& cascade, uint64 stage, Negatives& negatives) const;
     void AddFromPictures(const CompiledCascade& cascade, uint64 stage, Negatives& negatives,
                          const HarvestProgress& progress) const;
