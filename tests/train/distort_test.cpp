@@ -47,10 +47,11 @@ TEST(DistortedPicture, FillsTheFrameOutOfItself) {
     std::fill_n(halves.pixels.begin(), 32 * 64, uint8{200});
     for (uint64 stream = 0; stream < 50; ++stream) {
         const GreyPicture distorted = Distorted(halves, Random({stream}));
-        const auto [least, most] = std::minmax_element(distorted.pixels.begin(), distorted.pixels.end());
+        const uint8 least = *std::min_element(distorted.pixels.begin(), distorted.pixels.end());
+        const uint8 most = *std::max_element(distorted.pixels.begin(), distorted.pixels.end());
         const auto blends = std::count_if(distorted.pixels.begin(), distorted.pixels.end(),
-                                          [&](uint8 p) { return p != *least && p != *most; });
-        EXPECT_LT(*least, *most) << "stream " << stream;
+                                          [&](uint8 p) { return p != least && p != most; });
+        EXPECT_LT(least, most) << "stream " << stream;
         EXPECT_LT(blends, 6 * 64) << "stream " << stream; // a seam or two, a pixel or two wide
     }
 }
