@@ -25,7 +25,7 @@ constexpr const char* kUsage =
     "  --faces N            windows a stage, 12000           --negatives N  windows a stage, 12000\n"
     "  --least-negatives N  end when a harvest brings fewer out of pictures, 200\n"
     "  --passes N           over all pictures for one harvest, four to a whole scan, 24\n"
-    "  --late-hit-rate R    the same from the pool stage on, 0.993\n"
+    "  --late-hit-rate R    the same from the pool stage on, 0.997\n"
     "  --pool-stage N       from this stage on, choose among all windows of all passes, 10\n"
     "  --refused N          of these that are refused already, for boosting against, 20000\n"
     "  --per-picture N      windows of one picture and pass, 24\n"

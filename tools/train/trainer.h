@@ -18,7 +18,7 @@ struct TrainOptions {
     int stages = 24;
     int maxStumps = 200;              // of a stage
     double hitRate = 0.993;           // faces that a stage keeps
-    double lateHitRate = 0.993;       // the same from the harvest's pool stage on
+    double lateHitRate = 0.997;       // the same from the harvest's pool stage on
     double falseAlarms = 0.4;         // negatives that a stage may keep; fewer stumps reach it in early stages
     int features = 8000;              // the pool
     int candidates = 1200;            // features looked at for one stump
