@@ -184,12 +184,12 @@ const Entry kEntries[] = {
     {"primRotateCenter_8u_C1 (linear, 7 degrees)", kGreyBytes,
      [](Work& w) {
          primRotateCenter_8u_C1(w.grey.data, kPhoto, w.grey.Step(), kWhole, w.greyOut.data, w.greyOut.Step(), kWhole,
-                                7.0, kPhoto.width / 2, kPhoto.height / 2, kLinear);
+                                7.0, kPhoto.width / 2.0, kPhoto.height / 2.0, kLinear);
      }},
     {"primRotateCenter_8u_C3 (quarter turn)", kColourBytes,
      [](Work& w) {
          primRotateCenter_8u_C3(w.colour.data, kPhoto, w.colour.Step(), kWhole, w.colourOut.data, w.colourOut.Step(),
-                                kWhole, 90.0, kPhoto.height / 2, kPhoto.height / 2, kNearest);
+                                kWhole, 90.0, kPhoto.height / 2.0, kPhoto.height / 2.0, kNearest);
      }},
     {"primCopyConstBorder_8u_C1", kGreyBytes,
      [](Work& w) {
