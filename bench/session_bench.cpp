@@ -36,6 +36,30 @@ ImageSize SizeOf(const benchmark::State& state) {
     return {static_cast<int32>(state.range(0)), static_cast<int32>(state.range(1))};
 }
 
+/// Milliseconds of each stage of the sessions so far.
+class StageSums {
+public:
+    /// Adds the session that just ended.
+    void Add() {
+        sum_.scale += g_stageTimes.scale;
+        sum_.detect += g_stageTimes.detect;
+        sum_.crop += g_stageTimes.crop;
+        sum_.output += g_stageTimes.output;
+    }
+
+    /// As counters of one session, whose names keep the order of the stages.
+    void Report(benchmark::State& state) const {
+        const auto n = static_cast<double>(state.iterations());
+        state.counters["a_scale_ms"] = sum_.scale / n;
+        state.counters["b_detect_ms"] = sum_.detect / n;
+        state.counters["c_confirm_ms"] = sum_.crop / n;
+        state.counters["d_output_ms"] = sum_.output / n;
+    }
+
+private:
+    StageTimes sum_;
+};
+
 /// Crop and output of 480 by 860, without a window. `result` is the session's: 0 a portrait was made,
 /// 10 no face was found in the photograph.
 void Session(benchmark::State& state) {
@@ -43,22 +67,15 @@ void Session(benchmark::State& state) {
     orv_InitDLL();
     orv_SetVisibleMode(0);
     orv_EnableAction(ORV_CROP, 1);
-    StageTimes sum;
+    StageSums sums;
     int32_t result = 0;
     for (auto _ : state) {
         result = orv_DetectFacePicture(dib);
         orv_Handle out = nullptr;
         if (orv_GetOutputImage(&out) == 0) orv_BlockFree(out);
-        sum.scale += g_stageTimes.scale;
-        sum.detect += g_stageTimes.detect;
-        sum.crop += g_stageTimes.crop;
-        sum.output += g_stageTimes.output;
+        sums.Add();
     }
-    const auto n = static_cast<double>(state.iterations());
-    state.counters["scale_ms"] = sum.scale / n;
-    state.counters["detect_ms"] = sum.detect / n;
-    state.counters["crop_ms"] = sum.crop / n;
-    state.counters["output_ms"] = sum.output / n;
+    sums.Report(state);
     state.counters["result"] = result;
     if (result < 0) state.SkipWithError("the session failed");
     orv_ReleaseDLL();
@@ -111,7 +128,7 @@ void SessionAllActions(benchmark::State& state) {
     orv_SetSizeOutputImage(480, 860);
     for (const int32 slot : {ORV_CROP, ORV_REMOVE_BACKGROUND, ORV_CORRECT_COLOUR, ORV_ROTATE})
         orv_EnableAction(slot, 1);
-    StageTimes sum;
+    StageSums sums;
     SlotTimes slots;
     int32 result = kOutOfMemory;
     bool good = true;
@@ -125,16 +142,10 @@ void SessionAllActions(benchmark::State& state) {
         g_dialog->m_rotation = 5;
         good = good && slots.ProduceOutput() == kSuccess;
         g_dialog->EndSession();
-        sum.scale += g_stageTimes.scale;
-        sum.detect += g_stageTimes.detect;
-        sum.crop += g_stageTimes.crop;
-        sum.output += g_stageTimes.output;
+        sums.Add();
     }
+    sums.Report(state);
     const auto n = static_cast<double>(state.iterations());
-    state.counters["a_scale_ms"] = sum.scale / n;
-    state.counters["b_detect_ms"] = sum.detect / n;
-    state.counters["c_confirm_ms"] = sum.crop / n;
-    state.counters["d_output_ms"] = sum.output / n;
     state.counters["slot0_crop_ms"] = slots.sums[kSlotCrop] / n;
     state.counters["slot1_background_ms"] = slots.sums[kSlotBackground] / n;
     state.counters["slot2_colour_ms"] = slots.sums[kSlotColour] / n;

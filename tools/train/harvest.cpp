@@ -4,6 +4,7 @@
 
 #include "tools/train/distort.h"
 #include "tools/train/parallel.h"
+#include "tools/train/square.h"
 #include "tools/train/table.h"
 
 #include <algorithm>
@@ -62,13 +63,6 @@ std::vector<std::size_t> Shuffled(std::size_t count, Random random) {
     return order;
 }
 
-double Overlap(double ax, double ay, double aSide, double bx, double by, double bSide) {
-    const double w = std::min(ax + aSide, bx + bSide) - std::max(ax, bx);
-    const double h = std::min(ay + aSide, by + bSide) - std::max(ay, by);
-    if (w <= 0.0 || h <= 0.0) return 0.0;
-    return w * h / (aSide * aSide + bSide * bSide - w * h);
-}
-
 /// The crop as a picture, at its own size or twice as large.
 GreyPicture AsPicture(const FaceCrop& crop, int32 zoom) {
     const int32 side = kCropSide * zoom;
@@ -97,7 +91,7 @@ void VisitCrop(const FaceCrop& crop, const Framing& framing, const CompiledCasca
     const double corner = 0.5 * (kCropSide * zoom - side);
     const double shift = random.Between(1.0, kLargestShift);
     VisitSurvivors(AsPicture(crop, zoom), cascade, {shift, 1, 0}, [&](const Survivor& s) {
-        if (Overlap(s.x, s.y, s.side, corner, corner, side) < kFaceOverlap) visit(s);
+        if (OverlapOf({s.x, s.y, s.side}, {corner, corner, side}) < kFaceOverlap) visit(s);
     });
 }
 
