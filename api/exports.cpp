@@ -8,14 +8,14 @@
 #include "orvane/orvane.h"
 
 #include "actions/action_settings.h"
-#include "api/session_state.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
-#include "dialog/window.h"
+#include "dialog/window_system.h"
 #include "image/packed_dib.h"
 #include "platform/memory_block.h"
 #include "platform/module_folder.h"
 #include "primitives/dispatch.h"
+#include "session/session_state.h"
 
 #include <cstddef>
 #include <cstring>
@@ -58,7 +58,7 @@ int32 OpenSession() {
         g_detectorParams = std::move(params); // only now: the load may throw
     }
     if (selection != 0) return kNoSession;
-    if (g_dialog == nullptr) g_dialog = std::make_unique<COrvQuickViewDlg>();
+    if (g_dialog == nullptr) g_dialog = std::make_unique<COrvQuickViewDlg>(ThisWindowSystem());
     constexpr int32 kPreviewBound = 400;
     g_dialog->m_previewWidth = g_dialog->m_previewHeight = kPreviewBound;
     g_dialog->m_previewMaxWidth = g_dialog->m_previewMaxHeight = kPreviewBound;
@@ -86,9 +86,9 @@ ORV_API int32_t orv_SetLanguageFile(const char* path) {
 }
 
 ORV_API int32_t orv_SetOwnerWindow(orv_Window owner) {
-    return InSession([&](COrvQuickViewDlg&) -> int32 {
-        if (owner == nullptr || !IsWindowHandle(owner)) return kNoSession;
-        g_ownerWindow = owner;
+    return InSession([&](COrvQuickViewDlg& session) -> int32 {
+        if (owner == nullptr || !ThisWindowSystem().IsWindowHandle(owner)) return kNoSession;
+        session.m_ownerWindow = g_ownerWindow = owner;
         return kSuccess;
     });
 }

@@ -1,7 +1,7 @@
 // The whole session, with the crop alone through the exports and with all actions split by slot, and the
 // detector alone, at three sizes of photograph.
-#include "api/session_state.h"
-#include "api/stage_clock.h"
+#include "session/session_state.h"
+#include "session/stage_clock.h"
 #include "bench/photo.h"
 #include "detect/candidates.h"
 #include "detect/cascade_detector.h"

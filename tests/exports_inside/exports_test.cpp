@@ -3,7 +3,7 @@
 #define ORV_API
 #include "orvane/orvane.h"
 
-#include "api/session_state.h"
+#include "session/session_state.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
 #include "primitives/dispatch.h"

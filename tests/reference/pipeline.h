@@ -1,7 +1,7 @@
 // The chain of corrections once more, with a whole-picture copy for every hand-over.
 #pragma once
 
-#include "api/session_state.h"
+#include "session/session_state.h"
 #include "image/session_images.h"
 #include "tests/reference/actions.h"
 #include "tests/reference/background.h"

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # check_sources.sh ROOT: the rules of the source tree. Prints each breach and fails when there is one.
 #  1. System and toolkit headers stand only in platform files, so that the rest stays portable.
-#  2. Folders include downwards only: platform < primitives < image < detect < actions < api.
+#  2. Folders include downwards only: platform < primitives < image < detect, capture < actions <
+#     session < dialog < api; detect and capture do not know each other.
 #  3. No source has more than 600 lines.
 set -euo pipefail
 cd "$1"
 
-folders=(platform primitives image detect actions api capture dialog tools tests bench fuzz include examples)
-layers=(platform primitives image detect actions api)
+folders=(platform primitives image detect capture actions session dialog api tools tests bench fuzz include examples)
+layers=(platform primitives image "detect capture" actions session dialog api)
 system_headers='<(windows|winuser|wingdi|windowsx|objbase|ole2|dshow|shlobj|commctrl)\.h>'
 system_headers+='|<(dlfcn|unistd|pthread|sched|fcntl|poll|link)\.h>|<(sys|linux|gdk|gdk-pixbuf|glib|gst|X11)/'
 system_headers+='|<(glib|gio|gtk)[./]|<Q[A-Za-z/]+>'
@@ -42,13 +43,19 @@ for file in "${sources[@]}"; do
     fi
 done
 
-for ((upper = 1; upper < ${#layers[@]}; upper++)); do
-    above=$(IFS='|' && echo "${layers[*]:upper}")'|capture|dialog|tools|tests|bench|fuzz'
-    layer=${layers[upper - 1]}
-    [ -d "$layer" ] || continue
+# may_not FOLDER FORBIDDEN: no file of a folder includes one of the forbidden folders (joined by "|").
+may_not() {
+    [ -d "$1" ] || return 0
     while IFS= read -r line; do
-        breach "$line: $layer may not use what lies above it"
-    done < <(grep -rnE "^[[:space:]]*#[[:space:]]*include[[:space:]]*\"(\.\./)*($above)/" "$layer" || true)
+        breach "$line: $1 may not use what does not lie below it"
+    done < <(grep -rnE "^[[:space:]]*#[[:space:]]*include[[:space:]]*\"(\.\./)*($2)/" "$1" || true)
+}
+for ((level = 0; level < ${#layers[@]}; level++)); do
+    for layer in ${layers[level]}; do
+        beside=${layers[level]//$layer/}
+        forbidden="$beside ${layers[*]:level + 1} tools tests bench fuzz"
+        may_not "$layer" "$(xargs <<<"$forbidden" | tr ' ' '|')"
+    done
 done
 
 if [ "$breaches" -gt 0 ]; then

@@ -24,6 +24,9 @@ expect() {
 expect passes platform/windows/window.cpp '#include <windows.h>'
 expect passes detect/scan.cpp '#include "primitives/types.h"'
 expect passes api/session.cpp '#include "actions/face_crop.h"'
+expect passes session/run.cpp '#include "capture/video_source.h"'
+expect passes dialog/qt/window.cpp '#include "session/window.h"'
+expect passes api/exports.cpp '#include "dialog/window_system.h"'
 expect passes image/long.cpp "$(seq 600)"
 expect fails image/window.cpp '#include <windows.h>'
 expect fails api/loader.cpp '  # include <dlfcn.h>'
@@ -32,6 +35,11 @@ expect fails dialog/view.h '#include <QWidget>'
 expect fails primitives/resize.cpp '#include "image/image_buffer.h"'
 expect fails detect/scan.cpp '#include "../api/session.h"'
 expect fails platform/linux/box.cpp '#include "primitives/types.h"'
+expect fails session/run.cpp '#include "dialog/window_system.h"'
+expect fails session/run.cpp '#include <QDialog>'
+expect fails detect/scan.cpp '#include "capture/video_capture.h"'
+expect fails capture/grab.cpp '#include "session/quick_view_dlg.h"'
+expect fails dialog/qt/window.cpp '#include "api/exports.h"'
 expect fails actions/crop.cpp '#include "tests/support/picture.h"'
 expect fails image/long.cpp "$(seq 601)"
 

@@ -1,8 +1,8 @@
 // The state of a library in which nothing has happened yet.
 #pragma once
 
-#include "api/session_state.h"
-#include "api/stage_clock.h"
+#include "session/session_state.h"
+#include "session/stage_clock.h"
 #include "image/session_images.h"
 #include "tests/support/settings_guard.h"
 

@@ -3,7 +3,7 @@
 #include "tools/orvane/host.h"
 
 #include "actions/action_settings.h"
-#include "api/session_state.h"
+#include "session/session_state.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
 #include "image/packed_dib.h"

@@ -2,7 +2,7 @@
 // files replaces another.
 #include "tools/orvane/steps.h"
 
-#include "api/session_state.h"
+#include "session/session_state.h"
 #include "image/session_images.h"
 #include "tests/tools/bright_square.h"
 #include "tests/tools/process.h"

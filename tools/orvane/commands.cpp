@@ -1,6 +1,6 @@
 #include "tools/orvane/commands.h"
 
-#include "api/stage_clock.h"
+#include "session/stage_clock.h"
 #include "image/result_codes.h"
 #include "tools/orvane/host.h"
 #include "tools/orvane/json.h"

@@ -1,7 +1,7 @@
 #include "tools/orvane/host.h"
 
-#include "api/session_state.h"
-#include "api/stage_clock.h"
+#include "session/session_state.h"
+#include "session/stage_clock.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
 #include "image/packed_dib.h"

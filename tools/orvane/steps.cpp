@@ -1,6 +1,6 @@
 #include "tools/orvane/steps.h"
 
-#include "api/session_state.h"
+#include "session/session_state.h"
 #include "image/session_images.h"
 #include "tools/orvane/output_names.h"
 

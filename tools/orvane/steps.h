@@ -1,7 +1,7 @@
 // The picture after each action of a portrait, as files that show what each one did.
 #pragma once
 
-#include "api/pipeline.h"
+#include "session/pipeline.h"
 #include "tools/orvane/options.h"
 #include "tools/support/picture.h"
 

@@ -1,10 +1,11 @@
 // A session object over drawn faces, with the cascade that finds them.
 #pragma once
 
-#include "api/quick_view_dlg.h"
 #include "detect/cascade_detector.h"
+#include "dialog/none/no_windows.h"
 #include "image/image_buffer.h"
 #include "image/session_images.h"
+#include "session/quick_view_dlg.h"
 #include "tests/support/face_scene.h"
 #include "tests/support/fresh_session.h"
 #include "tests/support/module_files.h"
@@ -53,7 +54,8 @@ protected:
     }
 
     FreshSession fresh;
-    COrvQuickViewDlg session;
+    NoWindows noWindows;
+    COrvQuickViewDlg session{noWindows};
 
 private:
     ModuleFiles files_;

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "actions/action_settings.h"
-#include "api/quick_view_dlg.h"
+#include "session/quick_view_dlg.h"
 
 #include <memory>
 

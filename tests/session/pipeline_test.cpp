@@ -1,5 +1,5 @@
 // The chain of the six slots, against a plain form of it.
-#include "api/pipeline.h"
+#include "session/pipeline.h"
 
 #include "actions/action_settings.h"
 #include "detect/candidates.h"

@@ -1,7 +1,7 @@
 // The chain passes pictures on by swapping: each slot reads the picture in hand and writes the scratch
 // image, which then becomes the picture in hand. The first slot reads the source itself, so that the
 // full-size picture is never copied only to be scaled down.
-#include "api/pipeline.h"
+#include "session/pipeline.h"
 
 #include "actions/action_settings.h"
 #include "actions/background.h"
@@ -9,9 +9,9 @@
 #include "actions/face_crop.h"
 #include "actions/output_scaling.h"
 #include "actions/rotation.h"
-#include "api/session_state.h"
 #include "image/result_codes.h"
 #include "image/session_images.h"
+#include "session/session_state.h"
 
 namespace orvane {
 namespace {

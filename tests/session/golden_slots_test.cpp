@@ -5,7 +5,7 @@
 // A sum changes only with a change of the results that is meant. To record anew, run the test and take the
 // sums that it prints; all builds must print the same.
 #include "actions/action_settings.h"
-#include "tests/api/session_fixture.h"
+#include "tests/session/session_fixture.h"
 #include "tests/support/portrait_scene.h"
 #include "tests/support/sha256.h"
 

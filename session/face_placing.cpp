@@ -1,10 +1,10 @@
 // Where detector, operator and pipeline meet: the face is found in source pixels, marked in preview
 // pixels and kept in work pixels.
-#include "api/quick_view_dlg.h"
 #include "detect/candidates.h"
 #include "detect/cascade_detector.h"
 #include "image/packed_dib.h"
 #include "primitives/trunc.h"
+#include "session/quick_view_dlg.h"
 
 #include <algorithm>
 #include <cstdlib>

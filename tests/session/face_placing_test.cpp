@@ -1,7 +1,7 @@
 // The face between source, work and preview pixels.
 #include "detect/candidates.h"
 #include "image/packed_dib.h"
-#include "tests/api/session_fixture.h"
+#include "tests/session/session_fixture.h"
 
 namespace orvane {
 namespace {

@@ -1,14 +1,12 @@
 // The run of a session: from the bitmap handed in to the output bitmap.
 #include "actions/action_settings.h"
-#include "api/pipeline.h"
-#include "api/session_state.h"
-#include "api/stage_clock.h"
 #include "capture/video_source.h"
 #include "detect/candidates.h"
-#include "dialog/window.h"
 #include "image/packed_dib.h"
 #include "image/session_images.h"
 #include "primitives/trunc.h"
+#include "session/session_state.h"
+#include "session/stage_clock.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -19,8 +17,6 @@ StageTimes g_stageTimes;
 
 namespace {
 
-constexpr int32 kPictureMode = 1;
-constexpr int32 kLiveMode = 2;
 constexpr int32 kSmallestOriginal = 75;
 
 /// By how much the work picture differs from the source: small pictures grow, large ones shrink.
@@ -32,37 +28,35 @@ float WorkFactor(int64 area) {
 
 } // namespace
 
-bool COrvQuickViewDlg::HasWindow() const { return m_visible && CanOpenWindow(); }
-
 int32 COrvQuickViewDlg::DetectFacePicture(void* dib) {
     g_stageTimes = {};
     m_sourceMode = kPictureMode;
     if (const int32 status = BitmapFromPackedDib(dib, m_sourceBitmap)) {
-        if (status == kNoPicture) ShowMessage("Error creating DIB");
+        if (status == kNoPicture) m_windows.ShowMessage("Error creating DIB");
         return status == kLockFailed ? kNoPicture : status;
     }
     ReadBitmapHeader(m_sourceBitmap);
     ComputeWorkSize();
-    int32 result;
-    if (HasWindow()) {
-        m_resultCode = kSuccess;
-        RunQuickView(*this);
-        result = m_resultCode;
-    } else {
-        result = RunHidden();
-    }
+    const int32 result = m_visible && m_windows.CanOpenWindow() ? RunWithWindow() : RunHidden();
     EndSession();
+    CloseWindow();
     return result;
+}
+
+int32 COrvQuickViewDlg::RunWithWindow() {
+    m_resultCode = kSuccess;
+    return RunQuickView() ? m_resultCode : RunHidden();
 }
 
 int32 COrvQuickViewDlg::RunHidden() {
     const int32 result = BeginSession();
     if (result == kSuccess) return ProduceOutput(m_tolerance, true);
-    if (result == kNoFace && CanOpenWindow()) {
+    if (result == kNoFace && m_windows.CanOpenWindow()) {
         // The operator is asked after all; the result stays 10 whatever the answer.
+        const bool visible = m_visible;
         m_visible = true;
-        RunQuickView(*this);
-        m_visible = false;
+        RunQuickView();
+        m_visible = visible;
     }
     return result;
 }
@@ -82,7 +76,12 @@ int32 COrvQuickViewDlg::BeginSession() {
     m_previewOffsetY = 12;
     ClearMarks();
     m_rotation = 0;
-    m_stage = 1;
+    m_stage = kMarking;
+    if (HasWindow()) {
+        m_window->SetTitle(L"Orvane  -  Kelmont");
+        if (!m_window->HasControl(kToleranceSlider)) return kStepFailed;
+        PrepareWindow();
+    }
     ReadBitmapHeader(m_sourceBitmap);
     if (m_bitmapHeader.biWidth >= kSmallestOriginal && m_bitmapHeader.biHeight >= kSmallestOriginal) {
         g_originalWidth = m_bitmapHeader.biWidth;
@@ -112,7 +111,7 @@ int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final, const SlotObs
         ReadBitmapHeader(m_sourceBitmap);
         SetOutputGeometry(m_bitmapHeader.biWidth, m_bitmapHeader.biHeight);
     }
-    if (m_sourceMode == kLiveMode) {
+    if (IsLive()) {
         SetFaceRect(std::min(m_markLeft, m_markRight), std::min(m_markTop, m_markBottom),
                     std::abs(m_markRight - m_markLeft), std::abs(m_markBottom - m_markTop));
     }
@@ -120,13 +119,19 @@ int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final, const SlotObs
     const int32 status = StoreWorkIntoBitmap(m_resultBitmap);
     ReadBitmapHeader(m_resultBitmap);
     ComputeWorkSize();
+    if (!final) PostPreview(ScaleBitmapToPreview(m_resultBitmap));
     return status;
 }
 
 void COrvQuickViewDlg::EndSession() {
     m_sourceBitmap.Delete();
     ClearMarks();
-    m_stage = 1;
+    m_stage = kMarking;
+}
+
+void COrvQuickViewDlg::CloseWindow() {
+    m_window.reset();
+    m_previews.Clear();
 }
 
 void COrvQuickViewDlg::MakeWorkingPicture() {
@@ -144,27 +149,13 @@ void COrvQuickViewDlg::MakeWorkingPicture() {
     SetOutputGeometry(m_outputWidth, m_outputHeight);
 }
 
-void COrvQuickViewDlg::ShowConfirmation() {
-    const ActionFlagsGuard flags;
-    g_actionEnabled.fill(0);
-    g_actionEnabled[kSlotCrop] = 1;
-    RunActionPipeline(0, 0);
-    StoreWorkIntoBitmap(m_resultBitmap);
-    if (CanOpenWindow()) ShowFaceConfirm(m_resultBitmap);
-}
-
-void COrvQuickViewDlg::OnBnClickedClear() {
-    ClearMarks();
-    m_stage = 1;
-}
-
 void COrvQuickViewDlg::ClearMarks() {
     m_anchorLeft = m_anchorTop = m_anchorRight = m_anchorBottom = -1;
     m_markLeft = m_markTop = m_markRight = m_markBottom = -1;
 }
 
 int32 COrvQuickViewDlg::ReadBitmapHeader(const Bitmap& bitmap) {
-    if (m_sourceMode == kLiveMode) return 1;
+    if (IsLive()) return 1;
     if (bitmap.IsEmpty()) return -1;
     m_bitmapHeader = OutgoingHeader(bitmap.Width(), bitmap.Height());
     return 1;

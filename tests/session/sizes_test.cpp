@@ -1,5 +1,5 @@
 // What the session keeps of a bitmap's header, and the preview and work sizes that follow from it.
-#include "tests/api/session_fixture.h"
+#include "tests/session/session_fixture.h"
 
 namespace orvane {
 namespace {
@@ -102,7 +102,8 @@ TEST_F(SessionSizes, ALiveSessionKeepsTheHeaderOfItsFrames) {
 }
 
 TEST_F(SessionSizes, ANewSessionObjectStartsAsDocumented) {
-    const COrvQuickViewDlg made;
+    NoWindows windows;
+    const COrvQuickViewDlg made(windows);
     EXPECT_EQ(made.m_previewWidth, 450);
     EXPECT_EQ(made.m_previewHeight, 450);
     EXPECT_EQ(made.m_previewMaxWidth, 450);

@@ -1,6 +1,7 @@
-#include "dialog/language.h"
+#include "session/language.h"
 
 #include "image/result_codes.h"
+#include "session/controls.h"
 
 #include <cctype>
 #include <cstdlib>
@@ -71,15 +72,12 @@ PathString AsPath(const char* name) {
 
 } // namespace
 
-LanguageTable::LanguageTable()
-    : rows_{L"???",       L"Freeze",
-            L"Unfreeze",  L"Ok",
-            L"Cancel",    L"Color Correction",
-            L"-",         L"+",
-            L"Clear",     L"Background Remotion",
-            L"Tolerance", L"Image Rotation",
-            L"Rotation",  L"Please click on the image to define the face position",
-            L"???"} {}
+LanguageTable::LanguageTable() {
+    rows_.fill(L"???");
+#define ORV_ROW(index, text) rows_[index] = text;
+    ORV_LANGUAGE_TEXTS(ORV_ROW)
+#undef ORV_ROW
+}
 
 int32 LanguageTable::SetLanguageFile(const char* name) {
     if (name == nullptr) return kBadCall;

@@ -1,6 +1,6 @@
 // Whole sessions on an exhausted heap: a code, never a crash, and the next session works.
 #include "actions/action_settings.h"
-#include "tests/api/session_fixture.h"
+#include "tests/session/session_fixture.h"
 #include "tests/support/heap_limit.h"
 #include "tests/support/host_block.h"
 #include "tests/support/pictures.h"

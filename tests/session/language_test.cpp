@@ -1,5 +1,5 @@
 // The operator's texts and the file that overlays them.
-#include "dialog/language.h"
+#include "session/language.h"
 
 #include "image/result_codes.h"
 #include "platform/module_folder.h"

@@ -1,4 +1,4 @@
-#include "api/session_state.h"
+#include "session/session_state.h"
 
 namespace orvane {
 

@@ -1,0 +1,9 @@
+#include "platform/thread_apartment.h"
+
+namespace orvane {
+
+ThreadApartment::ThreadApartment() = default;
+
+ThreadApartment::~ThreadApartment() = default;
+
+} // namespace orvane

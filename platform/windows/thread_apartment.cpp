@@ -1,0 +1,14 @@
+#include "platform/thread_apartment.h"
+
+#include <objbase.h>
+
+namespace orvane {
+
+// A thread that the host made part of a multi-threaded apartment stays so: the call fails and is not undone.
+ThreadApartment::ThreadApartment() : joined_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
+
+ThreadApartment::~ThreadApartment() {
+    if (joined_) CoUninitialize();
+}
+
+} // namespace orvane

@@ -1,0 +1,68 @@
+// How the operator marks a face: two clicks, or one drag.
+#include "session/serve.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace orvane {
+
+void COrvQuickViewDlg::SetFirstCorner(int32 px, int32 py) {
+    m_anchorLeft = px;
+    m_anchorTop = py;
+}
+
+void COrvQuickViewDlg::OnLButtonDown(int32 x, int32 y) {
+    Serve([this, x, y] {
+        const int32 px = x - m_previewOffsetX, py = y - m_previewOffsetY;
+        // No lower bound: a press left of the preview or above it counts.
+        if (px > m_previewWidth || py > m_previewHeight || m_stage != kMarking || IsLive()) return;
+        if (m_anchorLeft == -1) {
+            SetFirstCorner(px, py);
+        } else if (m_anchorRight != -1) {
+            ClearMarks(); // the old rectangle stays on the screen until the mouse moves
+            SetFirstCorner(px, py);
+        } else {
+            FinishRectangle(px, py);
+        }
+    });
+}
+
+void COrvQuickViewDlg::OnMouseMove(int32 x, int32 y) {
+    Serve([this, x, y] {
+        m_mouseX = x - m_previewOffsetX;
+        m_mouseY = y - m_previewOffsetY;
+        m_window->SetCursor(m_anchorLeft == -1 || m_anchorRight == -1 ? Cursor::cross : Cursor::arrow);
+        if (!IsFirstCornerAlone()) return;
+        m_markLeft = m_anchorLeft;
+        m_markTop = m_anchorTop;
+        m_markRight = m_mouseX;
+        m_markBottom = m_mouseY;
+        PostPreview(RenderPreviewOverlay(m_resultBitmap, 0));
+    });
+}
+
+void COrvQuickViewDlg::OnLButtonUp(int32 x, int32 y) {
+    Serve([this, x, y] {
+        constexpr int32 kClickReach = 5; // a release no further than this is a click
+        const int32 px = x - m_previewOffsetX, py = y - m_previewOffsetY;
+        if (IsFirstCornerAlone() && std::abs(m_anchorLeft - px) > kClickReach &&
+            std::abs(m_anchorTop - py) > kClickReach) {
+            FinishRectangle(px, py);
+        }
+    });
+}
+
+void COrvQuickViewDlg::FinishRectangle(int32 x, int32 y) {
+    m_anchorRight = x;
+    m_anchorBottom = y;
+    m_markLeft = std::min(m_anchorLeft, x);
+    m_markTop = std::min(m_anchorTop, y);
+    m_markRight = std::max(m_anchorLeft, x);
+    m_markBottom = std::max(m_anchorTop, y);
+    DetectAndPlaceFace(false);
+    m_window->EnableControl(m_okButton, true);
+    m_window->EnableControl(m_clearButton, true);
+    m_window->ShowControl(kPrompt, false);
+}
+
+} // namespace orvane

@@ -1,0 +1,214 @@
+// The session object: everything that belongs to one run, from the picture handed in to the output. It is
+// also the operator's window, as far as that decides anything; all of it runs just as well without one.
+#pragma once
+
+#include "image/bitmap.h"
+#include "image/result_codes.h"
+#include "platform/thread_apartment.h"
+#include "session/controls.h"
+#include "session/language.h"
+#include "session/pipeline.h"
+#include "session/preview.h"
+#include "session/window.h"
+
+#include <array>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace orvane {
+
+/// One instance, made by orv_InitDLL and kept until orv_ReleaseDLL. Each detect call is one session on
+/// it. Outside a session all marks and anchors are -1 and m_stage is 1.
+///
+/// The operator works in two stages: marking, where the face is accepted or marked by hand, and adjusting,
+/// where tolerance, rotation and colour change the portrait. Events that come before the window stands or
+/// after its end change nothing.
+class COrvQuickViewDlg final : public WindowEvents {
+public:
+    /// @param windows what this session opens windows with; it outlives the session
+    explicit COrvQuickViewDlg(WindowSystem& windows) : m_windows(windows) {}
+    virtual ~COrvQuickViewDlg() = default;
+    COrvQuickViewDlg(const COrvQuickViewDlg&) = delete;
+    COrvQuickViewDlg& operator=(const COrvQuickViewDlg&) = delete;
+
+    // The roads of the detect calls.
+
+    /// The whole session on a packed bitmap. The result goes to the host.
+    int32 DetectFacePicture(void* dib);
+    /// The whole live session on a capture device; -30 where it can't be started.
+    int32 DetectFaceLive(int32 deviceIndex);
+
+    // The run.
+
+    /// Sets up a session and finds the face. 0; 10 no face; -40 a window without the tolerance slider;
+    /// -50 no storage for the picture; else the scan's failure.
+    int32 BeginSession();
+    /// Runs the pipeline on the present state and stores the result in m_resultBitmap. A `final` run
+    /// scales to the output size: the requested one after a crop, else the source picture's; any other one
+    /// goes to the preview. A failing slot does not stop it; `observer` is told of each that ran. 0, or -50
+    /// when the picture has no storage.
+    int32 ProduceOutput(int32 tolerance, bool final, const SlotObserver& observer = {});
+    /// Ends a session; m_resultBitmap survives.
+    void EndSession();
+
+    // Steps of the run.
+
+    /// Makes m_resultBitmap and g_workImage out of m_sourceBitmap by a pipeline run with slot 5 alone, at
+    /// the work size. Flags come out as they went in; g_rotationAngle is 0 then.
+    void MakeWorkingPicture();
+    /// Sets the face by the operator's marks, or by the detector when there are none or it is forced;
+    /// g_faceRecord then belongs to the work picture. The detection's status or that of SetFaceRect.
+    int32 DetectAndPlaceFace(bool forceDetection);
+    /// Scans g_sourceImage. A status of 0 or more stores the face's corners, top-down, in the anchors and
+    /// in `corners` (left, top, right, bottom); all four are 0 without a face.
+    int32 DetectFaceRect(bool quick, int32 corners[4]);
+    /// Runs the crop alone into m_resultBitmap and, where windows can be opened, shows it for half a
+    /// second.
+    void ShowConfirmation();
+
+    /// m_bitmapHeader from a bitmap's size. 1; -1 for an empty bitmap, which changes nothing. In live
+    /// mode always 1, and the header stays.
+    int32 ReadBitmapHeader(const Bitmap& bitmap);
+    /// Preview and work size from m_bitmapHeader. Always 0.
+    int32 ComputeWorkSize();
+
+    // The commands, each also the handler of a button.
+
+    void OnBnClickedOk();
+    void OnBnClickedCancel();
+    /// Wipes the marks: no face stands.
+    void OnBnClickedClear();
+    void OnBnClickedColorCorrection();
+    /// Nothing in a session on a picture.
+    void OnBnClickedFreeze();
+    void OnBnClickedAbout();
+    void OnBnClickedToleranceDown() { SetTolerance(m_tolerance - 1); }
+    void OnBnClickedToleranceUp() { SetTolerance(m_tolerance + 1); }
+    void OnBnClickedRotate(int32 degrees) { SetRotation(m_rotation + degrees); }
+    void OnToleranceEdit();
+    void OnRotationEdit();
+
+    /// Limits the value to 0 to 99 and brings slider and edit in line; a value that differs from
+    /// m_tolerance runs the pipeline.
+    void SetTolerance(int32 value);
+    /// Wraps the angle once into 0 to 359 and brings the edit in line. In the adjusting stage the preview
+    /// shows the picture turned from the snapshots; m_resultBitmap stays.
+    void SetRotation(int32 angle);
+
+    // The marking, in preview coordinates.
+
+    /// The second corner: the face is placed by the sorted rectangle.
+    void FinishRectangle(int32 x, int32 y);
+    /// A bitmap scaled to the preview size with its proportions; empty where nothing is left of it.
+    Bitmap ScaleBitmapToPreview(const Bitmap& bitmap) const;
+    /// The same with the marks drawn on it, or "?" while no face stands.
+    Bitmap RenderPreviewOverlay(const Bitmap& bitmap, int32 colour) const;
+    /// Hands the oldest bitmap in line to the window's preview.
+    void OnPreviewBitmap();
+    /// One step of the opening animation.
+    void OnAnimateMark();
+
+    // What the window tells.
+
+    void OnInitDialog() override;
+    void OnShowWindow() override;
+    void OnCommand(int32 id) override;
+    bool OnSysCommand(int32 id) override;
+    void OnEditChanged(int32 id) override;
+    void OnToleranceReleased() override;
+    void OnMouseMove(int32 x, int32 y) override;
+    void OnLButtonDown(int32 x, int32 y) override;
+    void OnLButtonUp(int32 x, int32 y) override;
+    void OnCancel() override;
+    void OnMessage(WindowMessage message) override;
+
+    std::array<ColourRef, 2> m_faceColors{0x00FFFF, 0x00FF00}; // pens of the face rectangle; 0 is in use
+    int32 m_resultCode = 0;                                    // what the session returns after a modal run
+    std::timed_mutex m_stateMutex;                             // stage, marks and source against live threads
+    BitmapHeader m_bitmapHeader{};                             // the bitmap that ReadBitmapHeader looked at last
+    LanguageTable m_language;                                  // the window's texts
+    Bitmap m_sourceBitmap;                                     // picture as handed in
+    Bitmap m_resultBitmap;                                     // the work picture, and after the final run the output
+    int32 m_previewOffsetX = 11;                               // client position of the preview's first pixel
+    int32 m_previewOffsetY = 12;
+    int32 m_mouseX = 0; // last mouse position in preview coordinates
+    int32 m_mouseY = 0;
+    int32 m_anchorLeft = -1; // the two corners as clicked or detected; -1 not set
+    int32 m_anchorTop = -1;
+    int32 m_anchorRight = -1;
+    int32 m_anchorBottom = -1;
+    int32 m_markLeft = -1; // rectangle to draw; -1 not set
+    int32 m_markTop = -1;
+    int32 m_markRight = -1;
+    int32 m_markBottom = -1;
+    int32 m_rotation = 0;   // degrees, 0 to 359
+    int32 m_tolerance = 40; // background tolerance in percent, 0 to 99; survives from session to session
+    bool m_visible = true;  // false runs a session without the window
+    int32 m_stage = kMarking;
+    int32 m_sourceMode = kPictureMode;
+    int32 m_deviceIndex = 0;
+    int32 m_previewWidth = 450; // current preview size in pixels, inside the limit below
+    int32 m_previewHeight = 450;
+    int32 m_previewMaxWidth = 450;
+    int32 m_previewMaxHeight = 450;
+    int32 m_workWidth = 450; // size of the work picture
+    int32 m_workHeight = 860;
+    int32 m_outputWidth = 480; // requested output size
+    int32 m_outputHeight = 860;
+    int32 m_animationStep = 0;       // of the opening animation, 0 when idle
+    void* m_ownerWindow = nullptr;   // the host's window that owns ours
+    std::string m_skinOk = "Ok.bmp"; // skin files, in the library's folder
+    std::string m_skinClear = "Cancel.xyz";
+    std::string m_skinColor = "Contrast.bmp";
+    ColourRef m_skinTransparent = 0xFFFFFF; // what counts as transparent in the skins
+    int32 m_okButton = kPlainOk;            // the button of each pair that is in use
+    int32 m_clearButton = kPlainClear;
+    int32 m_colorButton = kPlainColor;
+    int32 m_freezeButton = kPlainFreeze;
+
+    static constexpr int32 kMarking = 1; // stages
+    static constexpr int32 kAdjusting = 2;
+    static constexpr int32 kPictureMode = 1; // sources
+    static constexpr int32 kLiveMode = 2;
+
+private:
+    /// Runs the window modally. False when none could be opened.
+    bool RunQuickView();
+    int32 RunHidden();
+    int32 RunWithWindow();
+    void EndWindow();
+    void CloseWindow();
+
+    /// Serves an event of the window. Nothing that is thrown may reach the toolkit: it can only be exhausted
+    /// memory, which ends the window with that result.
+    template <typename Body>
+    void Serve(Body body);
+
+    bool HasWindow() const { return m_window != nullptr; }
+    bool IsLive() const { return m_sourceMode == kLiveMode; }
+
+    void ClearMarks();
+    int32 PlaceByMarks();
+    int32 PlaceByDetector();
+    void PrepareWindow();
+    void ApplyLanguage();
+    void ShowAdjustingControls();
+    int32 SkinOrPlain(int32 skinned, int32 plain, const std::string& file);
+    void SetFirstCorner(int32 px, int32 py);
+    bool IsFirstCornerAlone() const { return m_anchorLeft != -1 && m_anchorRight == -1; }
+
+    int32 ReadNumber(int32 id, int32 characters) const;
+    void WriteNumber(int32 id, int32 value);
+    void BringInLine(int32 id, int32 characters, int32 value);
+    void PostPreview(Bitmap bitmap);
+
+    WindowSystem& m_windows;
+    ThreadApartment m_apartment; // what picture files and cameras of the system need of a thread
+    PreviewQueue m_previews;
+    std::unique_ptr<QuickViewWindow> m_window; // null in a session without a window
+    bool m_windowOpen = false;                 // from OnInitDialog to the window's end
+    bool m_writing = false;                    // our own text goes to an edit
+};
+
+} // namespace orvane
