@@ -41,28 +41,32 @@ orv_Handle PackPicture(const Picture& picture) {
     return block;
 }
 
-bool UnpackPicture(orv_Handle block, Picture* picture) {
-    *picture = Picture();
+PackedRows::PackedRows(orv_Handle block) : block_(block) {
     const std::size_t size = orv_BlockSize(block);
     const auto* bytes = static_cast<const std::uint8_t*>(orv_BlockLock(block));
-    if (bytes == nullptr) return false;
     Header header;
-    bool good = size >= sizeof header;
-    if (good) std::memcpy(&header, bytes, sizeof header);
-    good = good && header.bitCount == 24 && IsPictureSizeAllowed(header.width, header.height);
-    if (good) {
-        const auto rows = static_cast<std::size_t>(header.height);
-        const std::size_t length = static_cast<std::size_t>(PictureStep(header.width)) * rows;
-        good = size - sizeof header >= length;
-        if (good) {
-            picture->width = header.width;
-            picture->height = header.height;
-            picture->step = PictureStep(header.width);
-            picture->pixels.assign(bytes + sizeof header, bytes + sizeof header + length);
-        }
-    }
-    orv_BlockUnlock(block);
-    return good;
+    if (bytes == nullptr || size < sizeof header) return;
+    std::memcpy(&header, bytes, sizeof header);
+    if (header.bitCount != 24 || !IsPictureSizeAllowed(header.width, header.height)) return;
+    const auto rows = static_cast<std::size_t>(header.height);
+    if (size - sizeof header < static_cast<std::size_t>(PictureStep(header.width)) * rows) return;
+    rows_ = {bytes + sizeof header, header.width, header.height};
+}
+
+PackedRows::~PackedRows() {
+    if (block_ != nullptr) orv_BlockUnlock(block_);
+}
+
+Picture UnpackPicture(orv_Handle block) {
+    const PackedRows packed(block);
+    const PixelRows& rows = packed.Rows();
+    Picture picture;
+    if (rows.pixels == nullptr) return picture;
+    picture.width = rows.width;
+    picture.height = rows.height;
+    picture.step = rows.Step();
+    picture.pixels.assign(rows.pixels, rows.pixels + std::ptrdiff_t{picture.step} * rows.height);
+    return picture;
 }
 
 } // namespace orvane::tools

@@ -2,9 +2,8 @@
 #pragma once
 
 #include "orvane/orvane.h"
+#include "tools/operator/same_scene.h"
 #include "tools/support/picture.h"
-
-#include <string>
 
 namespace orvane::tools {
 
@@ -28,7 +27,23 @@ private:
 /// A new block with `picture` packed; null when memory does not suffice.
 orv_Handle PackPicture(const Picture& picture);
 
-/// The picture of a block that the library made. False when the block holds none. Throws std::bad_alloc.
-bool UnpackPicture(orv_Handle block, Picture* picture);
+/// The bitmap in a block, locked as long as this lives.
+class PackedRows {
+public:
+    explicit PackedRows(orv_Handle block);
+    ~PackedRows();
+    PackedRows(const PackedRows&) = delete;
+    PackedRows& operator=(const PackedRows&) = delete;
+
+    /// Without pixels when the block holds no 24-bit bitmap of an allowed size, whole.
+    const PixelRows& Rows() const { return rows_; }
+
+private:
+    orv_Handle block_;
+    PixelRows rows_;
+};
+
+/// The picture of a block that the library made; empty when the block holds none. Throws std::bad_alloc.
+Picture UnpackPicture(orv_Handle block);
 
 } // namespace orvane::tools

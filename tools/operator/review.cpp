@@ -86,20 +86,35 @@ OperatorExit WriteOutput(const OperatorOptions& options, const Picture& portrait
     return WriteResult(line + "\n") ? kReviewWritten : Fail("cannot write to standard output");
 }
 
-/// After a detect call that gave 0 or 10. Without a face there is an output when the operator marked one.
-OperatorExit TakeOutput(const OperatorOptions& options, int32 result) {
+/// Whether the output after a detection without a face is a portrait that the operator made by marking one.
+/// Where nobody was asked the library's output is the photo, scaled for the work on it.
+bool IsMarkedPortrait(const OperatorOptions& options, const Picture& output, const PixelRows& photo) {
+    if (!options.actions.crop) {
+        PortraitSettings ofPhoto;
+        ofPhoto.width = photo.width;
+        ofPhoto.height = photo.height;
+        return HasAskedSize(output.width, output.height, ofPhoto);
+    }
+    return HasAskedSize(output.width, output.height, options) &&
+           !ShowSameScene({output.pixels.data(), output.width, output.height}, photo);
+}
+
+/// After a detect call that gave 0 or 10.
+OperatorExit TakeOutput(const OperatorOptions& options, orv_Handle photo, int32 result) {
     Picture portrait;
+    int32 status = ORV_OK;
     {
         Block output;
-        const int32 status = orv_GetOutputImage(output.Receive());
-        if (result == ORV_NO_FACE && status == ORV_NO_SESSION) {
-            PrintOperatorError(options.photo + ": " + StatusText(ORV_NO_FACE));
-            return kReviewNoFace;
-        }
-        if (status != ORV_OK || !UnpackPicture(output.Handle(), &portrait)) {
-            return Fail(options.photo + ": there is no portrait to write (" + std::to_string(status) + ")");
-        }
+        status = orv_GetOutputImage(output.Receive());
+        if (status == ORV_OK) portrait = UnpackPicture(output.Handle());
     }
+    const bool made = status == ORV_OK && !portrait.pixels.empty();
+    if (result == ORV_NO_FACE &&
+        (status == ORV_NO_SESSION || (made && !IsMarkedPortrait(options, portrait, PackedRows(photo).Rows())))) {
+        PrintOperatorError(options.photo + ": " + StatusText(ORV_NO_FACE));
+        return kReviewNoFace;
+    }
+    if (!made) return Fail(options.photo + ": there is no portrait to write (" + std::to_string(status) + ")");
     return WriteOutput(options, portrait, result);
 }
 
@@ -120,7 +135,7 @@ OperatorExit RunReview(const OperatorOptions& options) {
     if (session.Status() != ORV_OK) return Fail("the library did not start: " + StatusText(session.Status()));
     if (!Configure(options)) return kReviewError;
     const int32 result = orv_DetectFacePicture(photo.Handle());
-    if (result == ORV_OK || result == ORV_NO_FACE) return TakeOutput(options, result);
+    if (result == ORV_OK || result == ORV_NO_FACE) return TakeOutput(options, photo.Handle(), result);
     PrintOperatorError(options.photo + ": " + StatusText(result));
     return result == ORV_CANCELLED ? kReviewCancelled : kReviewError;
 }

@@ -1,6 +1,7 @@
 #include "tools/support/orientation.h"
 
 #include "tools/support/picture_format.h"
+#include "tools/support/tiff_block.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,42 +13,11 @@ constexpr int kUpright = 1;
 constexpr unsigned kExifSegment = 0xE1;
 constexpr unsigned kStartOfScan = 0xDA;
 constexpr unsigned kOrientationTag = 0x0112;
-constexpr unsigned kShortNumber = 3;
-constexpr std::size_t kEntryBytes = 12;
 
-/// A TIFF block: a byte order, and a list of tagged values. What lies outside it is zero.
-class TiffBlock {
-public:
-    explicit TiffBlock(const std::string& bytes) : bytes_(bytes), highFirst_(bytes.compare(0, 2, "MM") == 0) {}
-
-    int Orientation() const {
-        if ((!highFirst_ && bytes_.compare(0, 2, "II") != 0) || Number(2, 2) != 42) return kUpright;
-        const std::size_t list = Number(4, 4);
-        const std::size_t count = Number(list, 2);
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t entry = list + 2 + i * kEntryBytes;
-            if (entry + kEntryBytes > bytes_.size()) break;
-            if (Number(entry, 2) != kOrientationTag || Number(entry + 2, 2) != kShortNumber) continue;
-            const std::uint32_t value = Number(entry + 8, 2);
-            return value >= 1 && value <= 8 ? static_cast<int>(value) : kUpright;
-        }
-        return kUpright;
-    }
-
-private:
-    std::uint32_t Number(std::size_t at, std::size_t count) const {
-        if (at > bytes_.size() || bytes_.size() - at < count) return 0;
-        std::uint32_t value = 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t place = highFirst_ ? at + i : at + count - 1 - i;
-            value = value << 8 | static_cast<unsigned char>(bytes_[place]);
-        }
-        return value;
-    }
-
-    const std::string& bytes_;
-    bool highFirst_;
-};
+int OrientationIn(const std::string& block) {
+    const std::uint32_t value = TiffBlock(block).Value(kOrientationTag).value_or(kUpright);
+    return value >= 1 && value <= 8 ? static_cast<int>(value) : kUpright;
+}
 
 /// The TIFF block of the EXIF segment, which stands before the first scan; else empty.
 std::string ExifBlock(const std::string& jpeg) {
@@ -74,10 +44,9 @@ std::string ExifBlock(const std::string& jpeg) {
 
 int NotedOrientation(const std::string& content) {
     const std::optional<PictureFormat> format = FormatOfContent(content);
-    if (format == PictureFormat::tiff) return TiffBlock(content).Orientation();
+    if (format == PictureFormat::tiff) return OrientationIn(content);
     if (format != PictureFormat::jpeg) return kUpright;
-    const std::string block = ExifBlock(content);
-    return TiffBlock(block).Orientation();
+    return OrientationIn(ExifBlock(content));
 }
 
 } // namespace orvane::tools

@@ -19,6 +19,13 @@ std::optional<PictureFormat> FormatOfName(const std::string& path);
 /// The format that a file's first bytes show.
 std::optional<PictureFormat> FormatOfContent(const std::string& content);
 
+/// Width and height as the file's header tells them; none where it breaks off before.
+struct HeaderSize {
+    int64 width = 0;
+    int64 height = 0;
+};
+std::optional<HeaderSize> SizeInHeader(const std::string& content);
+
 /// False for a JPEG, PNG or BMP file that breaks off; of other formats only a decoder can tell.
 bool ReachesItsEnd(const std::string& content);
 

@@ -48,6 +48,21 @@ bool CreateFactory(ComPtr<IWICImagingFactory>& factory, std::string* error) {
     return Fail(result, ("Windows has no picture codecs (" + HexText(result) + ")").c_str(), error);
 }
 
+/// What is known before a decoder is asked; some decode at once.
+bool CheckHeader(const std::string& content, std::string* error) {
+    const std::optional<HeaderSize> size = SizeInHeader(content);
+    if (!size || size->width < 1 || size->height < 1) {
+        *error = kDamaged;
+    } else if (!IsPictureSizeAllowed(size->width, size->height)) {
+        *error = TooLargeText(size->width, size->height);
+    } else if (!ReachesItsEnd(content) || content.size() > std::numeric_limits<DWORD>::max()) {
+        *error = kBreaksOff;
+    } else {
+        return true;
+    }
+    return false;
+}
+
 /// The first picture of the file. The file is whole as far as its format lets anybody tell, so whatever
 /// a decoder minds is damage.
 HRESULT OpenFrame(IWICImagingFactory& factory, PictureFormat format, const std::string& content,
@@ -137,12 +152,8 @@ HRESULT ReadBack(IStream& stream, std::string* bytes) {
 
 bool DecodePicture(const std::string&, const std::string& content, Picture* picture, std::string* error) {
     const std::optional<PictureFormat> format = FormatOfContent(content);
-    if (!format) {
-        *error = kUnknownFormat;
-        return false;
-    }
-    if (!ReachesItsEnd(content) || content.size() > std::numeric_limits<DWORD>::max()) {
-        *error = kBreaksOff;
+    if (!format || !CheckHeader(content, error)) {
+        if (!format) *error = kUnknownFormat;
         return false;
     }
     const ComApartment apartment;
