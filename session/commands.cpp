@@ -32,8 +32,9 @@ int32 COrvQuickViewDlg::ReadNumber(int32 id, int32 characters) const {
 }
 
 void COrvQuickViewDlg::WriteNumber(int32 id, int32 value) {
+    const std::wstring text = std::to_wstring(value);
     m_writing = true;
-    m_window->SetText(id, std::to_wstring(value).c_str());
+    m_window->SetText(id, text.c_str());
     m_writing = false;
 }
 
@@ -48,12 +49,7 @@ void COrvQuickViewDlg::OnBnClickedOk() {
     m_window->ShowControl(kPrompt, false);
     m_window->ShowControl(m_clearButton, false);
     m_window->ShowControl(m_freezeButton, false);
-    if (m_stage == kAdjusting) {
-        ProduceOutput(m_tolerance, true);
-        EndSession();
-        EndWindow();
-        return;
-    }
+    if (m_stage == kAdjusting) return EndWithOutput();
     if (m_stage != kMarking) return EndWindow();
     {
         // Tells the live threads to go; a lock that can't be had is no reason to stay.
@@ -62,16 +58,21 @@ void COrvQuickViewDlg::OnBnClickedOk() {
     }
     ShowAdjustingControls();
     ShowConfirmation();
+    if (!m_windowOpen) return; // it ended meanwhile, with its owner for one
     m_window->RepaintPreview();
+    m_window->EnableControl(m_clearButton, false);
     // With nothing left to adjust the first OK is also the last.
     const bool final = g_actionEnabled[kSlotBackground] == 0 && g_actionEnabled[kSlotColour] == 0 &&
                        g_actionEnabled[kSlotRotation] == 0;
-    ProduceOutput(m_tolerance, final);
-    m_window->EnableControl(m_clearButton, false);
-    if (final) {
-        EndSession();
-        EndWindow();
-    }
+    if (final) return EndWithOutput();
+    ProduceOutput(m_tolerance, false);
+}
+
+void COrvQuickViewDlg::EndWithOutput() {
+    const int32 status = ProduceOutput(m_tolerance, true);
+    EndSession();
+    if (status == kOutOfMemory) return EndOutOfMemory();
+    EndWindow();
 }
 
 void COrvQuickViewDlg::ShowAdjustingControls() {
@@ -92,12 +93,13 @@ void COrvQuickViewDlg::ShowAdjustingControls() {
 
 void COrvQuickViewDlg::OnBnClickedCancel() {
     if (m_stage == kMarking) return OnCancel();
-    if (m_stage != kAdjusting) return;
+    if (m_stage != kAdjusting) {
+        EndSession();
+        return EndWindow();
+    }
     // The adjustments are given up, the portrait is not.
     g_actionEnabled[kSlotBackground] = g_actionEnabled[kSlotColour] = g_actionEnabled[kSlotRotation] = 0;
-    ProduceOutput(m_tolerance, true);
-    EndSession();
-    EndWindow();
+    EndWithOutput();
 }
 
 void COrvQuickViewDlg::OnBnClickedClear() {

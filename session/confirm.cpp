@@ -22,11 +22,13 @@ Bitmap MakeConfirmThumbnail(CFaceConfirmDlg& dialog, const Bitmap& bitmap, Windo
 }
 
 void COrvQuickViewDlg::ShowConfirmation() {
-    const ActionFlagsGuard flags;
-    g_actionEnabled.fill(0);
-    g_actionEnabled[kSlotCrop] = 1;
-    RunActionPipeline(0, 0);
-    StoreWorkIntoBitmap(m_resultBitmap);
+    {
+        const ActionFlagsGuard flags; // whole again before a window comes that may serve other events
+        g_actionEnabled.fill(0);
+        g_actionEnabled[kSlotCrop] = 1;
+        RunActionPipeline(0, 0);
+        StoreWorkIntoBitmap(m_resultBitmap);
+    }
     if (!m_windows.CanOpenWindow()) return;
     CFaceConfirmDlg dialog;
     dialog.m_thumbnail = MakeConfirmThumbnail(dialog, m_resultBitmap, m_windows);

@@ -6,6 +6,13 @@
 
 namespace orvane {
 
+/// A mouse position on the preview, limited to where differences and conversions stay in range.
+ImagePoint COrvQuickViewDlg::OnPreview(int32 x, int32 y) const {
+    constexpr int32 kFarthest = 1'000'000; // no screen reaches as far
+    return {std::clamp(x, -kFarthest, kFarthest) - m_previewOffsetX,
+            std::clamp(y, -kFarthest, kFarthest) - m_previewOffsetY};
+}
+
 void COrvQuickViewDlg::SetFirstCorner(int32 px, int32 py) {
     m_anchorLeft = px;
     m_anchorTop = py;
@@ -13,7 +20,7 @@ void COrvQuickViewDlg::SetFirstCorner(int32 px, int32 py) {
 
 void COrvQuickViewDlg::OnLButtonDown(int32 x, int32 y) {
     Serve([this, x, y] {
-        const int32 px = x - m_previewOffsetX, py = y - m_previewOffsetY;
+        const auto [px, py] = OnPreview(x, y);
         // No lower bound: a press left of the preview or above it counts.
         if (px > m_previewWidth || py > m_previewHeight || m_stage != kMarking || IsLive()) return;
         if (m_anchorLeft == -1) {
@@ -29,10 +36,11 @@ void COrvQuickViewDlg::OnLButtonDown(int32 x, int32 y) {
 
 void COrvQuickViewDlg::OnMouseMove(int32 x, int32 y) {
     Serve([this, x, y] {
-        m_mouseX = x - m_previewOffsetX;
-        m_mouseY = y - m_previewOffsetY;
+        const auto [px, py] = OnPreview(x, y);
+        m_mouseX = px;
+        m_mouseY = py;
         m_window->SetCursor(m_anchorLeft == -1 || m_anchorRight == -1 ? Cursor::cross : Cursor::arrow);
-        if (!IsFirstCornerAlone()) return;
+        if (!AwaitsSecondCorner()) return;
         m_markLeft = m_anchorLeft;
         m_markTop = m_anchorTop;
         m_markRight = m_mouseX;
@@ -44,8 +52,8 @@ void COrvQuickViewDlg::OnMouseMove(int32 x, int32 y) {
 void COrvQuickViewDlg::OnLButtonUp(int32 x, int32 y) {
     Serve([this, x, y] {
         constexpr int32 kClickReach = 5; // a release no further than this is a click
-        const int32 px = x - m_previewOffsetX, py = y - m_previewOffsetY;
-        if (IsFirstCornerAlone() && std::abs(m_anchorLeft - px) > kClickReach &&
+        const auto [px, py] = OnPreview(x, y);
+        if (AwaitsSecondCorner() && std::abs(m_anchorLeft - px) > kClickReach &&
             std::abs(m_anchorTop - py) > kClickReach) {
             FinishRectangle(px, py);
         }
@@ -59,7 +67,9 @@ void COrvQuickViewDlg::FinishRectangle(int32 x, int32 y) {
     m_markTop = std::min(m_anchorTop, y);
     m_markRight = std::max(m_anchorLeft, x);
     m_markBottom = std::max(m_anchorTop, y);
-    DetectAndPlaceFace(false);
+    if (DetectAndPlaceFace(false) == kOutOfMemory) return EndOutOfMemory();
+    // A corner at -1 counts as none and left the place to the detector, which may have found nothing.
+    if (m_anchorLeft == -1) return;
     m_window->EnableControl(m_okButton, true);
     m_window->EnableControl(m_clearButton, true);
     m_window->ShowControl(kPrompt, false);

@@ -8,18 +8,27 @@ namespace orvane {
 bool COrvQuickViewDlg::RunQuickView() {
     m_window.reset(m_windows.CreateQuickView(*this, m_ownerWindow));
     if (m_window == nullptr) return false;
-    const bool opened = m_window->DoModal();
+    if (!m_window->DoModal()) { // nothing of it stays: the session goes on as one without a window
+        CloseWindow();
+        return false;
+    }
     if (m_windowOpen) { // it went without a decision: destroyed with its owner, or the host's loop ended
         m_windowOpen = false;
         m_resultBitmap.Delete();
         m_resultCode = kCancelled;
     }
-    return opened;
+    return true;
 }
 
 void COrvQuickViewDlg::EndWindow() {
     m_windowOpen = false;
     m_window->EndDialog();
+}
+
+void COrvQuickViewDlg::EndOutOfMemory() {
+    m_resultBitmap.Delete(); // what it holds by now must not pass for a portrait
+    m_resultCode = kOutOfMemory;
+    EndWindow();
 }
 
 void COrvQuickViewDlg::OnInitDialog() {
@@ -39,10 +48,7 @@ void COrvQuickViewDlg::OnInitDialog() {
             m_window->SetDefaultButton(m_okButton);
         }
         // Without storage there is no picture to look at.
-        if (BeginSession() == kOutOfMemory) {
-            m_resultCode = kOutOfMemory;
-            EndWindow();
-        }
+        if (BeginSession() == kOutOfMemory) EndOutOfMemory();
     });
 }
 

@@ -178,6 +178,9 @@ private:
     int32 RunHidden();
     int32 RunWithWindow();
     void EndWindow();
+    /// The same with that result and without an output.
+    void EndOutOfMemory();
+    void EndWithOutput();
     void CloseWindow();
 
     /// Serves an event of the window. Nothing that is thrown may reach the toolkit: it can only be exhausted
@@ -196,7 +199,9 @@ private:
     void ShowAdjustingControls();
     int32 SkinOrPlain(int32 skinned, int32 plain, const std::string& file);
     void SetFirstCorner(int32 px, int32 py);
-    bool IsFirstCornerAlone() const { return m_anchorLeft != -1 && m_anchorRight == -1; }
+    ImagePoint OnPreview(int32 x, int32 y) const;
+    /// Whether the next corner ends a rectangle. Once the portrait stands, one that was begun is forgotten.
+    bool AwaitsSecondCorner() const { return m_stage == kMarking && m_anchorLeft != -1 && m_anchorRight == -1; }
 
     int32 ReadNumber(int32 id, int32 characters) const;
     void WriteNumber(int32 id, int32 value);

@@ -37,10 +37,15 @@ int32 COrvQuickViewDlg::DetectFacePicture(void* dib) {
     }
     ReadBitmapHeader(m_sourceBitmap);
     ComputeWorkSize();
-    const int32 result = m_visible && m_windows.CanOpenWindow() ? RunWithWindow() : RunHidden();
-    EndSession();
-    CloseWindow();
-    return result;
+    struct Ending { // also when memory is exhausted within
+        COrvQuickViewDlg& session;
+        ~Ending() {
+            session.EndSession();
+            session.CloseWindow();
+        }
+    };
+    const Ending ending{*this};
+    return m_visible && m_windows.CanOpenWindow() ? RunWithWindow() : RunHidden();
 }
 
 int32 COrvQuickViewDlg::RunWithWindow() {
@@ -53,10 +58,14 @@ int32 COrvQuickViewDlg::RunHidden() {
     if (result == kSuccess) return ProduceOutput(m_tolerance, true);
     if (result == kNoFace && m_windows.CanOpenWindow()) {
         // The operator is asked after all; the result stays 10 whatever the answer.
-        const bool visible = m_visible;
+        struct Visible {
+            bool& mode;
+            const bool before = mode;
+            ~Visible() { mode = before; }
+        };
+        const Visible visible{m_visible};
         m_visible = true;
         RunQuickView();
-        m_visible = visible;
     }
     return result;
 }
@@ -130,6 +139,7 @@ void COrvQuickViewDlg::EndSession() {
 }
 
 void COrvQuickViewDlg::CloseWindow() {
+    m_windowOpen = false;
     m_window.reset();
     m_previews.Clear();
 }

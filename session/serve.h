@@ -11,8 +11,7 @@ void COrvQuickViewDlg::Serve(Body body) {
     try {
         body();
     } catch (...) {
-        m_resultCode = kOutOfMemory;
-        EndWindow();
+        EndOutOfMemory();
     }
 }
 

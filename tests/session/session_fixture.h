@@ -17,15 +17,17 @@
 
 namespace orvane::test {
 
-class SessionTest : public ::testing::Test {
+/// @tparam Windows the window system of the session
+template <typename Windows>
+class SessionTestWith : public ::testing::Test {
 protected:
-    SessionTest() {
+    SessionTestWith() {
         g_detectorParams = std::make_unique<DetectorParams>();
-        g_detectorParams->loadStatus = files_.Load(FaceCascade());
+        g_detectorParams->loadStatus = files.Load(FaceCascade());
         EXPECT_EQ(g_detectorParams->loadStatus, kSuccess);
         session.m_visible = false;
     }
-    ~SessionTest() override { g_detectorParams.reset(); }
+    ~SessionTestWith() override { g_detectorParams.reset(); }
 
     /// Hands a picture to the session as the exports would.
     void SetSource(const Scene& scene) {
@@ -54,12 +56,12 @@ protected:
     }
 
     FreshSession fresh;
-    NoWindows noWindows;
-    COrvQuickViewDlg session{noWindows};
-
-private:
-    ModuleFiles files_;
+    Windows windows;
+    COrvQuickViewDlg session{windows};
+    ModuleFiles files; // the library's folder, with the classifier in it
 };
+
+using SessionTest = SessionTestWith<NoWindows>;
 
 /// The scene of most tests: 160 by 120, a face of 40 pixels; its work picture has 640 by 480.
 inline Scene SmallFaceScene() { return FaceScene(160, 120, 60, 40, 40); }

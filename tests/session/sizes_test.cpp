@@ -102,7 +102,6 @@ TEST_F(SessionSizes, ALiveSessionKeepsTheHeaderOfItsFrames) {
 }
 
 TEST_F(SessionSizes, ANewSessionObjectStartsAsDocumented) {
-    NoWindows windows;
     const COrvQuickViewDlg made(windows);
     EXPECT_EQ(made.m_previewWidth, 450);
     EXPECT_EQ(made.m_previewHeight, 450);
