@@ -84,6 +84,10 @@ case $command in
         fi
         "$server" -p60 </dev/null >/dev/null 2>&1 || true # already running is well
         "$wine" wineboot --init </dev/null >/dev/null 2>&1
+        if [ "$command" = start-window ]; then
+            # Nobody manages this screen's windows, and Wine would wait two seconds for whoever does, each time.
+            "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f </dev/null >/dev/null 2>&1
+        fi
         ;;
     run | run-window)
         if [ "$command" = run-window ]; then use_screen; fi

@@ -1,6 +1,7 @@
 #include "dialog/win32/face_confirm_win32.h"
 
 #include "dialog/win32/gdi.h"
+#include "dialog/win32/layout_win32.h"
 #include "dialog/win32/module_win32.h"
 #include "session/controls.h"
 
@@ -33,6 +34,7 @@ void OnClose(HWND dialog, const Thumbnail& thumbnail) {
         return SendMessageW(picture, STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(bitmap));
     };
     set(thumbnail.bitmap);
+    SizeAround(picture, thumbnail.width, thumbnail.height);
     SetWindowPos(dialog, nullptr, 0, 0, thumbnail.width + kFrameWidth, thumbnail.height + kFrameHeight,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_SHOWWINDOW);
     RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);

@@ -15,6 +15,14 @@ constexpr Place kPlaces[] = {ORV_QUICK_VIEW_CONTROLS(ORV_PLACE)};
 
 constexpr UINT kPlaceOnly = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
 
+/// What a window of this style measures around a client area.
+SIZE OuterSize(HWND window, int width, int height) {
+    RECT outer{0, 0, width, height};
+    AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE)), FALSE,
+                       static_cast<DWORD>(GetWindowLongW(window, GWL_EXSTYLE)));
+    return {outer.right - outer.left, outer.bottom - outer.top};
+}
+
 } // namespace
 
 BaseUnits BaseUnitsOf(HWND dialog) {
@@ -23,11 +31,9 @@ BaseUnits BaseUnitsOf(HWND dialog) {
     return {static_cast<int>(units.right), static_cast<int>(units.bottom)};
 }
 
-SIZE OuterSize(HWND window, int width, int height) {
-    RECT outer{0, 0, width, height};
-    AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE)), FALSE,
-                       static_cast<DWORD>(GetWindowLongW(window, GWL_EXSTYLE)));
-    return {outer.right - outer.left, outer.bottom - outer.top};
+void SizeAround(HWND window, int width, int height) {
+    const SIZE size = OuterSize(window, width, height);
+    SetWindowPos(window, nullptr, 0, 0, size.cx, size.cy, kPlaceOnly | SWP_NOMOVE);
 }
 
 void LayOutQuickView(HWND dialog, BaseUnits units) {

@@ -20,7 +20,7 @@ BaseUnits BaseUnitsOf(HWND dialog);
 /// Lays the quick view's controls out anew and gives the dialog its size around the same middle.
 void LayOutQuickView(HWND dialog, BaseUnits units);
 
-/// What a window of this style and extended style measures around a client area.
-SIZE OuterSize(HWND window, int width, int height);
+/// Gives a window the size that leaves it a client area of these pixels.
+void SizeAround(HWND window, int width, int height);
 
 } // namespace orvane

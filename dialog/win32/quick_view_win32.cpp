@@ -38,9 +38,10 @@ CHoverBitmapButton* QuickViewWin32::SkinOf(int32 id) {
     return nullptr;
 }
 
-/// The keyboard would be dead on a control that is hidden or disabled.
+/// The keyboard would be dead on a control that is hidden or disabled. On the preview it is served, and no
+/// key clicks a button that the operator never went to.
 void QuickViewWin32::FocusAway(HWND control) {
-    if (GetFocus() == control) SendMessageW(window_, WM_NEXTDLGCTL, 0, FALSE);
+    if (GetFocus() == control) SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(kPreview)), TRUE);
 }
 
 void QuickViewWin32::ShowControl(int32 id, bool shown) {
@@ -122,8 +123,7 @@ void QuickViewWin32::SetPreview(PictureView picture) {
     // Some versions of the control show a copy of their own, and give that back.
     if (before != nullptr && before != preview_.get()) DeleteObject(before);
     preview_ = std::move(bitmap);
-    const SIZE size = OuterSize(control, picture.width, picture.height);
-    SetWindowPos(control, nullptr, 0, 0, size.cx, size.cy, kStay | SWP_NOMOVE);
+    SizeAround(control, picture.width, picture.height);
     RepaintPreview();
     UpdateWindow(window_); // what a larger picture covered until now
 }
