@@ -16,6 +16,10 @@ namespace {
 constexpr UINT kPreviewMessage = WM_USER + static_cast<UINT>(WindowMessage::previewBitmap);
 constexpr UINT kAnimateMessage = WM_USER + static_cast<UINT>(WindowMessage::animateMark);
 
+// An owner of another thread may go without taking the window along.
+constexpr UINT_PTR kOwnerTimer = 1;
+constexpr UINT kOwnerTimerMilliseconds = 250;
+
 bool IsOwnMessage(UINT message) { return message == kPreviewMessage || message == kAnimateMessage; }
 
 /// Copies a structure that a message points to; the pointer may be wild.
@@ -161,6 +165,9 @@ void QuickViewWin32::OnInit(HWND dialog) {
     smallIcon_ = LoadMainIcon(GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON));
     SendMessageW(dialog, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(largeIcon_.get()));
     SendMessageW(dialog, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.get()));
+    if (owner_ != nullptr && GetWindowThreadProcessId(owner_, nullptr) != GetCurrentThreadId()) {
+        SetTimer(dialog, kOwnerTimer, kOwnerTimerMilliseconds, nullptr);
+    }
     for (Skin& skin : skins_) skin.button.Attach(Item(skin.id));
     focusSet_ = false;
     events_.OnInitDialog();
@@ -212,6 +219,9 @@ INT_PTR QuickViewWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
     case WM_LBUTTONDBLCLK: // the second of two quick presses
     case WM_LBUTTONUP:
         OnMouse(message, l);
+        return FALSE;
+    case WM_TIMER:
+        if (w == kOwnerTimer && owner_ != nullptr && !IsWindow(owner_)) events_.OnCancel();
         return FALSE;
     case kPreviewMessage:
         events_.OnMessage(WindowMessage::previewBitmap);

@@ -183,10 +183,10 @@ TEST(Win32Ending, GarbageFromAnywhereDoesNoHarm) {
     const TestPicture picture(300, 200);
     open.recorder.onMessage = [&](WindowMessage) { open.recorder.window->SetPreview(picture.View()); };
     EXPECT_TRUE(open.Run([&] {
-        constexpr UINT kMessages[] = {WM_USER + 20,  WM_USER + 30,   WM_COMMAND,     WM_HSCROLL,    WM_NOTIFY,
-                                      WM_DRAWITEM,   WM_SIZE,        WM_SETCURSOR,   WM_LBUTTONDOWN, WM_MOUSEMOVE,
-                                      WM_SHOWWINDOW, WM_VSCROLL,     WM_MEASUREITEM, WM_TIMER,      WM_QUERYDRAGICON,
-                                      WM_CHAR,       WM_CANCELMODE,  WM_NULL,        WM_USER + 5,   WM_APP};
+        constexpr UINT kMessages[] = {WM_USER + 20,  WM_USER + 30,  WM_COMMAND,     WM_HSCROLL,     WM_NOTIFY,
+                                      WM_DRAWITEM,   WM_SIZE,       WM_SETCURSOR,   WM_LBUTTONDOWN, WM_MOUSEMOVE,
+                                      WM_SHOWWINDOW, WM_VSCROLL,    WM_MEASUREITEM, WM_TIMER,       WM_QUERYDRAGICON,
+                                      WM_CHAR,       WM_CANCELMODE, WM_NULL,        WM_USER + 5,    WM_APP};
         std::uint32_t state = 12345;
         const auto next = [&state] { return state = state * 1664525U + 1013904223U; };
         for (int i = 0; i < 3000; ++i) {
@@ -302,7 +302,8 @@ TEST(Win32Confirm, StandsHalfASecondWithTheThumbnailAndLeavesNothing) {
         const Pixels shown = PixelsOf(GetDlgItem(dialog, kConfirmPicture));
         different = 0;
         for (int y = 0; y < 110; ++y) {
-            for (int x = 0; x < 150; ++x) different += shown.width == 150 && shown.At(x, y) == thumbnail.At(x, y) ? 0 : 1;
+            for (int x = 0; x < 150; ++x)
+                different += shown.width == 150 && shown.At(x, y) == thumbnail.At(x, y) ? 0 : 1;
         }
     });
     const DWORD start = GetTickCount();

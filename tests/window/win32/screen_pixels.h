@@ -59,7 +59,8 @@ struct TestPicture {
         : width(w), height(h), bits(RowBytes(w) * static_cast<std::size_t>(h), 0xEE) {
         for (int32 y = 0; y < h; ++y) {
             for (int32 x = 0; x < w; ++x) {
-                uint8* pixel = bits.data() + RowBytes(w) * static_cast<std::size_t>(y) + 3 * static_cast<std::size_t>(x);
+                uint8* pixel =
+                    bits.data() + RowBytes(w) * static_cast<std::size_t>(y) + 3 * static_cast<std::size_t>(x);
                 pixel[0] = static_cast<uint8>(x + seed);
                 pixel[1] = static_cast<uint8>(y * 3);
                 pixel[2] = static_cast<uint8>((x ^ y) + seed);

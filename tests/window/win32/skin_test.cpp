@@ -40,7 +40,8 @@ std::vector<char> StripFile(int32 width, int32 height) {
             const int32 inFace = x % faceWidth;
             const bool frame = inFace < 2 || inFace >= faceWidth - 2 || y < 2 || y >= height - 2;
             const COLORREF colour = frame ? kTransparent : kFaces[static_cast<std::size_t>(x / faceWidth)];
-            char* pixel = file.data() + head.bfOffBits + row * static_cast<std::size_t>(y) + 3 * static_cast<std::size_t>(x);
+            char* pixel =
+                file.data() + head.bfOffBits + row * static_cast<std::size_t>(y) + 3 * static_cast<std::size_t>(x);
             pixel[0] = static_cast<char>(GetBValue(colour));
             pixel[1] = static_cast<char>(GetGValue(colour));
             pixel[2] = static_cast<char>(GetRValue(colour));
@@ -122,7 +123,9 @@ TEST_F(Win32Skin, FilesThatAreNoStripAreRefused) {
     constexpr std::size_t kWidthAt = 18, kHeightAt = 22, kPixelsAt = 10, kInfoAt = 14;
     for (const int32 value : {0, -1, 30'000, 32'768, INT32_MAX, INT32_MIN}) {
         EXPECT_FALSE(lying(kWidthAt, value)) << value;
-        if (value != -1) EXPECT_FALSE(lying(kHeightAt, value)) << value; // that is one row, the top one
+        if (value != -1) { // that is one row, the top one
+            EXPECT_FALSE(lying(kHeightAt, value)) << value;
+        }
         EXPECT_FALSE(lying(kPixelsAt, value == 0 ? -2 : value)) << value;
         EXPECT_FALSE(lying(kInfoAt, value)) << value;
     }
@@ -220,32 +223,39 @@ TEST_F(Win32Skin, TheFaceFollowsTheMouse) {
     });
 }
 
-TEST_F(Win32Skin, EnteringAndLeavingQuicklyLeavesNoTrackingAndNoHover) {
-    const HWND parent = CreateWindowW(L"Static", L"", WS_POPUP | WS_VISIBLE, 300, 300, 200, 100, nullptr, nullptr,
-                                      nullptr, nullptr);
+TEST_F(Win32Skin, TheMouseIsTrackedFromEnteringToLeaving) {
+    const HWND parent = CreateWindowExW(WS_EX_TOPMOST, L"Static", L"", WS_POPUP | WS_VISIBLE, 300, 300, 200, 100,
+                                        nullptr, nullptr, nullptr, nullptr);
     const HWND window = CreateWindowW(L"Button", L"", WS_CHILD | WS_VISIBLE | BS_OWNERDRAW, 10, 10, 50, 20, parent,
                                       nullptr, nullptr, nullptr);
     {
         CHoverBitmapButton button;
         button.Attach(window);
+        const auto pumpUntil = [](const auto& condition) {
+            const DWORD start = GetTickCount();
+            MSG message;
+            while (!condition() && GetTickCount() - start < 5000) {
+                while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+                Sleep(1);
+            }
+            return condition();
+        };
         SetCursorPos(0, 0);
-        SendMessageW(window, WM_MOUSEMOVE, 0, MAKELPARAM(5, 5)); // the mouse has left by now
-        MSG message;
-        const DWORD start = GetTickCount();
-        while (button.m_tracking && GetTickCount() - start < 5000) {
-            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-            Sleep(1);
+        pumpUntil([] { return true; });
+        for (int i = 0; i < 3; ++i) {
+            SetCursorPos(330, 320);
+            EXPECT_TRUE(pumpUntil([&] { return button.m_hover && button.m_tracking; }));
+            SetCursorPos(0, 0);
+            EXPECT_TRUE(pumpUntil([&] { return !button.m_hover && !button.m_tracking; }));
         }
-        EXPECT_FALSE(button.m_tracking);
-        EXPECT_FALSE(button.m_hover);
     }
     DestroyWindow(parent);
 }
 
 TEST_F(Win32Skin, ADisabledOneShowsTheLastFaceAndSwallowsPresses) {
     const std::wstring path = Write(StripFile(4 * 70, 24));
-    const HWND parent = CreateWindowW(L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, nullptr, nullptr, nullptr,
-                                      nullptr);
+    const HWND parent =
+        CreateWindowW(L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, nullptr, nullptr, nullptr, nullptr);
     const HWND window = CreateWindowW(L"Button", L"", WS_CHILD | WS_VISIBLE | BS_OWNERDRAW, 10, 10, 50, 20, parent,
                                       nullptr, nullptr, nullptr);
     {
