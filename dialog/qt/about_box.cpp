@@ -13,9 +13,8 @@ constexpr ControlRow kControls[] = {ORV_ABOUT_CONTROLS(ORV_CONTROL_ROW)};
 } // namespace
 
 AboutBox::AboutBox(QWidget& owner)
-    : QDialog(&owner,
-              Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                  Qt::WindowCloseButtonHint) {
+    : QDialog(&owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                          Qt::WindowCloseButtonHint) {
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(QString::fromWCharArray(ORV_ABOUT_TITLE));
     setWindowIcon(MainIcon());

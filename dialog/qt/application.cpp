@@ -54,7 +54,8 @@ QString ApplicationProblem() {
     }
     const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (application == nullptr) return "the host's application object is no QApplication";
-    if (QThread::currentThread() != application->thread()) return "the call comes from another thread than windows need";
+    if (QThread::currentThread() != application->thread())
+        return "the call comes from another thread than windows need";
     if (QCoreApplication::closingDown()) return "the application is at its end";
     return {};
 }

@@ -23,8 +23,10 @@ QWindow* OwnWindow(WId number) {
 }
 
 bool IsXWindow(WId number) {
+    // Other platforms may offer the interface without a server behind it.
+    if (QGuiApplication::platformName() != "xcb" || number == 0 || number > UINT32_MAX) return false;
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr || number == 0 || number > UINT32_MAX) return false;
+    if (x11 == nullptr || x11->connection() == nullptr) return false;
     xcb_connection_t* connection = x11->connection();
     xcb_generic_error_t* error = nullptr;
     const auto cookie = xcb_get_window_attributes(connection, static_cast<xcb_window_t>(number));

@@ -88,8 +88,9 @@ void QuickViewDialog::keyPressEvent(QKeyEvent* event) {
 }
 
 void QuickViewDialog::closeEvent(QCloseEvent* event) {
-    event->ignore(); // the session ends the window
-    reject();
+    // The session ends the window. One that stays keeps an application from its end, one that goes must not.
+    const bool stays = tell_([](WindowEvents& events) { events.OnCancel(); });
+    event->setAccepted(!stays);
 }
 
 void QuickViewDialog::showEvent(QShowEvent* event) {

@@ -16,8 +16,8 @@ class PictureFrame;
 
 class QuickViewDialog : public QDialog {
 public:
-    /// How an event reaches the session; not called once the window has ended.
-    using Tell = std::function<void(const std::function<void(WindowEvents&)>&)>;
+    /// How an event reaches the session. True while the window goes on.
+    using Tell = std::function<bool(const std::function<void(WindowEvents&)>&)>;
 
     explicit QuickViewDialog(Tell tell);
 

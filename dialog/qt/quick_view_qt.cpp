@@ -28,15 +28,16 @@ QuickViewQt::~QuickViewQt() {
     delete dialog_;
 }
 
-void QuickViewQt::Tell(const std::function<void(WindowEvents&)>& event) {
+bool QuickViewQt::Tell(const std::function<void(WindowEvents&)>& event) {
     if (serving_) event(events_);
+    return serving_;
 }
 
 bool QuickViewQt::DoModal() {
     if (started_ || !HasApplication()) return false;
     started_ = true;
     OwnerWindow owner(owner_);
-    dialog_ = new QuickViewDialog([this](const auto& event) { Tell(event); });
+    dialog_ = new QuickViewDialog([this](const auto& event) { return Tell(event); });
     QObject::connect(dialog_, &QObject::destroyed, &queue_, [this] { Stop(); });
     serving_ = true;
     events_.OnInitDialog();
@@ -82,7 +83,8 @@ void QuickViewQt::Serve() {
     loop_ = &loop;
     bool ran = false;
     QObject here;
-    QMetaObject::invokeMethod(&here, [&ran] { ran = true; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &here, [&ran] { ran = true; }, Qt::QueuedConnection);
     loop.exec();
     // An application that was once told to exit outside its own loop lets no other loop run.
     while (!ran && serving_ && QThread::currentThread()->loopLevel() == 0) {
@@ -187,7 +189,8 @@ void QuickViewQt::SetCursor(Cursor cursor) {
     waiting_ = true;
     QApplication::setOverrideCursor(Qt::WaitCursor);
     // It stands until the event loop has its turn again.
-    QMetaObject::invokeMethod(&queue_, [this] { TakeBackWaitCursor(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &queue_, [this] { TakeBackWaitCursor(); }, Qt::QueuedConnection);
 }
 
 void QuickViewQt::TakeBackWaitCursor() {

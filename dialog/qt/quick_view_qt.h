@@ -48,7 +48,7 @@ public:
 
 private:
     QWidget* Control(int32 id) const { return dialog_.isNull() ? nullptr : dialog_->Control(id); }
-    void Tell(const std::function<void(WindowEvents&)>& event);
+    bool Tell(const std::function<void(WindowEvents&)>& event);
     void Show(OwnerWindow& owner);
     void Serve();
     void Stop();

@@ -17,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvane::test {
@@ -38,7 +39,10 @@ public:
     void OnMouseMove(int32 x, int32 y) override { Note("move " + Place(x, y)); }
     void OnLButtonDown(int32 x, int32 y) override { Note("down " + Place(x, y)); }
     void OnLButtonUp(int32 x, int32 y) override { Note("up " + Place(x, y)); }
-    void OnCancel() override { Note("cancel"); }
+    void OnCancel() override {
+        Note("cancel");
+        if (onCancel) onCancel();
+    }
     void OnMessage(WindowMessage message) override {
         Note("message " + std::to_string(static_cast<int32>(message)));
         if (onMessage) onMessage();
@@ -48,7 +52,7 @@ public:
     std::vector<std::string> Take() { return std::exchange(events, {}); }
 
     std::vector<std::string> events;
-    std::function<void()> onInit, onMessage;
+    std::function<void()> onInit, onMessage, onCancel;
     std::function<void(int32)> onCommand;
 
 private:
@@ -59,25 +63,7 @@ private:
 using Events = std::vector<std::string>;
 
 class WindowTest : public ::testing::Test {
-protected:
-    /// Opens the window; once it is on the screen `body` runs, and the window is ended behind it.
-    void Run(const std::function<void()>& body, void* owner = nullptr) {
-        window.reset(QtWindowSystem().CreateQuickView(recorder, owner));
-        ASSERT_NE(window, nullptr);
-        bool reached = false;
-        QTimer::singleShot(0, &here_, [&] {
-            ASSERT_NE(Dialog(), nullptr);
-            ASSERT_TRUE(QTest::qWaitForWindowExposed(Dialog()));
-            QTest::qWaitForWindowActive(Dialog(), 2000);
-            recorder.Take();
-            body();
-            reached = true;
-            window->EndDialog();
-        });
-        EXPECT_TRUE(window->DoModal());
-        EXPECT_TRUE(reached);
-    }
-
+public:
     /// The open window; null when there is none.
     static QuickViewDialog* Dialog() {
         for (QWidget* top : QApplication::topLevelWidgets()) {
@@ -89,6 +75,31 @@ protected:
     static Widget* Control(int32 id) {
         return dynamic_cast<Widget*>(Dialog()->Control(id));
     }
+
+protected:
+    /// Opens the window; once it is on the screen `body` runs, and the window is ended behind it.
+    void Run(const std::function<void()>& body, void* owner = nullptr) {
+        window.reset(QtWindowSystem().CreateQuickView(recorder, owner));
+        ASSERT_NE(window, nullptr);
+        bool reached = false;
+        QTimer::singleShot(0, &here_, [&] {
+            Work(body, reached);
+            window->EndDialog();
+        });
+        EXPECT_TRUE(window->DoModal());
+        EXPECT_TRUE(reached);
+    }
+
+    /// Lets the event loop run until so many events have come; false when they don't.
+    bool WaitForEvents(std::size_t count) {
+        QTimer limit;
+        limit.setSingleShot(true);
+        limit.start(20000);
+        while (recorder.events.size() < count && limit.isActive()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        return recorder.events.size() == count;
+    }
     std::wstring Text(int32 id) const {
         wchar_t text[64];
         window->GetText(id, text, 64);
@@ -99,12 +110,22 @@ protected:
     std::unique_ptr<QuickViewWindow> window;
 
 private:
+    void Work(const std::function<void()>& body, bool& reached) {
+        ASSERT_NE(Dialog(), nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(Dialog()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(Dialog()));
+        recorder.Take();
+        body();
+        reached = true;
+    }
+
     QObject here_;
 };
 
 /// A picture of the seam.
 struct SeamPicture {
-    SeamPicture(int32 w, int32 h) : width(w), height(h), step((3 * w + 3) / 4 * 4), rows(static_cast<std::size_t>(step) * h) {
+    SeamPicture(int32 w, int32 h)
+        : width(w), height(h), step((3 * w + 3) / 4 * 4), rows(static_cast<std::size_t>(step) * h) {
         for (int32 y = 0; y < h; ++y) {
             for (int32 x = 0; x < w; ++x) {
                 uint8* pixel = Pixel(x, y);
@@ -115,7 +136,9 @@ struct SeamPicture {
         }
     }
     /// Rows counted from the top.
-    uint8* Pixel(int32 x, int32 y) { return rows.data() + static_cast<std::ptrdiff_t>(step) * (height - 1 - y) + 3 * x; }
+    uint8* Pixel(int32 x, int32 y) {
+        return rows.data() + static_cast<std::ptrdiff_t>(step) * (height - 1 - y) + 3 * x;
+    }
     QRgb Colour(int32 x, int32 y) {
         const uint8* pixel = Pixel(x, y);
         return qRgb(pixel[2], pixel[1], pixel[0]);
