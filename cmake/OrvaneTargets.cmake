@@ -30,7 +30,12 @@ function(orvane_export_list target list)
   endif()
   file(STRINGS ${list} names REGEX "orv_")
   list(TRANSFORM names STRIP)
-  list(JOIN names "; " names)
+  orvane_export_names(${target} ${names})
+endfunction()
+
+# orvane_export_names(target name...): exports functions of a shared object and nothing else.
+function(orvane_export_names target)
+  list(JOIN ARGN "; " names)
   set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
   file(CONFIGURE OUTPUT ${script} CONTENT "{ global: ${names}; local: *; };\n")
   target_link_options(${target} PRIVATE -Wl,--version-script=${script})

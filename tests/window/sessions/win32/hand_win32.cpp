@@ -1,0 +1,237 @@
+// The hand on Windows. Messages are sent, so that each step ends when it was served; keys are posted, since
+// the dialog looks for them in the queue.
+#include "tests/window/sessions/hand.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <thread>
+#include <vector>
+
+namespace orvane::test {
+namespace {
+
+constexpr UINT kLongest = 30'000; // milliseconds that a step may take
+constexpr wchar_t kTitle[] = L"Orvane  -  Kelmont";
+
+bool WaitFor(const std::function<bool()>& condition) {
+    for (UINT waited = 0; waited < kLongest; waited += 5) {
+        if (condition()) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return false;
+}
+
+/// A visible window of this process with a title.
+HWND FindOurs(const std::wstring& title) {
+    struct Search {
+        const std::wstring& title;
+        HWND found;
+    } search{title, nullptr};
+    EnumWindows(
+        [](HWND window, LPARAM parameter) -> BOOL {
+            auto& s = *reinterpret_cast<Search*>(parameter);
+            DWORD process = 0;
+            GetWindowThreadProcessId(window, &process);
+            wchar_t text[128] = L"";
+            if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
+            GetWindowTextW(window, text, 128);
+            if (s.title != text) return TRUE;
+            s.found = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+LRESULT Send(HWND window, UINT message, WPARAM first, LPARAM second) {
+    DWORD_PTR result = 0;
+    SendMessageTimeoutW(window, message, first, second, SMTO_NORMAL, kLongest, &result);
+    return static_cast<LRESULT>(result);
+}
+
+/// The pixels of a window as they stand on the screen, as a bitmap file.
+bool SaveWindow(HWND window, const std::string& file) {
+    RECT place;
+    GetWindowRect(window, &place);
+    const int width = place.right - place.left, height = place.bottom - place.top;
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    const DWORD bytes = static_cast<DWORD>((width * 3 + 3) / 4 * 4 * height);
+    HDC screen = GetDC(nullptr);
+    HDC memory = CreateCompatibleDC(screen);
+    void* bits = nullptr;
+    HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    HGDIOBJ before = SelectObject(memory, bitmap);
+    const bool copied = BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY) != FALSE;
+    GdiFlush();
+    bool written = false;
+    if (std::FILE* out = copied ? std::fopen(file.c_str(), "wb") : nullptr) {
+        BITMAPFILEHEADER header{};
+        header.bfType = 0x4D42;
+        header.bfOffBits = sizeof header + sizeof info.bmiHeader;
+        header.bfSize = header.bfOffBits + bytes;
+        written = std::fwrite(&header, sizeof header, 1, out) == 1 &&
+                  std::fwrite(&info.bmiHeader, sizeof info.bmiHeader, 1, out) == 1 &&
+                  std::fwrite(bits, bytes, 1, out) == 1;
+        written = std::fclose(out) == 0 && written;
+    }
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return written;
+}
+
+class Win32Hand final : public Hand {
+public:
+    bool WaitForWindow() override {
+        return WaitFor([this] { return IsOpen(); });
+    }
+    bool IsOpen() override { return Window() != nullptr; }
+    bool IsShown(int32 id) override { return IsWindowVisible(Control(id)) != FALSE; }
+    bool IsEnabled(int32 id) override { return IsWindowEnabled(Control(id)) != FALSE; }
+
+    void Click(int32 id) override {
+        Hold(id);
+        LetGo(id);
+    }
+    void StartClick(int32 id) override {
+        if (HWND control = Usable(id)) PostMessageW(control, BM_CLICK, 0, 0);
+    }
+    void Press(int32 x, int32 y) override { OnPreview(WM_LBUTTONDOWN, MK_LBUTTON, x, y); }
+    void Move(int32 x, int32 y) override { OnPreview(WM_MOUSEMOVE, 0, x, y); }
+    void Release(int32 x, int32 y) override { OnPreview(WM_LBUTTONUP, 0, x, y); }
+    void HoverOver(int32 id) override {
+        HWND control = Usable(id);
+        if (control == nullptr) return;
+        RECT place;
+        GetWindowRect(control, &place);
+        SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+        Send(control, WM_MOUSEMOVE, 0, Middle(control));
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+    void Hold(int32 id) override {
+        if (HWND control = Usable(id)) Send(control, WM_LBUTTONDOWN, MK_LBUTTON, Middle(control));
+    }
+    void LetGo(int32 id) override {
+        HWND control = Control(id);
+        if (control != nullptr) Send(control, WM_LBUTTONUP, 0, Middle(control));
+    }
+    void Type(int32 id, const wchar_t* text) override {
+        HWND edit = Usable(id);
+        if (edit == nullptr) return;
+        Send(edit, EM_SETSEL, 0, -1);
+        if (*text == 0) Send(edit, WM_CHAR, VK_BACK, 1);
+        for (; *text != 0; ++text) Send(edit, WM_CHAR, *text, 1);
+    }
+    void DragSlider(int32 position) override {
+        HWND slider = Usable(kToleranceSlider);
+        if (slider == nullptr) return;
+        RECT thumb{}, client{};
+        Send(slider, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
+        GetClientRect(slider, &client);
+        const int y = (thumb.top + thumb.bottom) / 2;
+        int x = (thumb.left + thumb.right) / 2;
+        Send(slider, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+        const auto at = [&] { return static_cast<int32>(Send(slider, TBM_GETPOS, 0, 0)); };
+        // A pixel at a time: that is how far a hand knows where the position lies.
+        while (at() != position && x > 0 && x < client.right) {
+            x += at() < position ? 1 : -1;
+            Send(slider, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(x, y));
+        }
+        EXPECT_EQ(at(), position) << "the slider does not go there";
+        Send(slider, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+    }
+    void Enter() override { PressKey(VK_RETURN); }
+    void Escape() override { PressKey(VK_ESCAPE); }
+    void CloseBox() override {
+        if (HWND window = Window()) Send(window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    }
+    void CloseOthers() override {
+        HWND about = nullptr;
+        if (WaitFor([&] { return (about = FindOurs(ORV_ABOUT_TITLE)) != nullptr; })) Send(about, WM_COMMAND, IDOK, 0);
+        WaitFor([] { return FindOurs(ORV_ABOUT_TITLE) == nullptr; });
+    }
+    bool TakePicture(const std::wstring& title, const std::string& file) override {
+        HWND window = nullptr;
+        if (!WaitFor([&] { return (window = FindOurs(title)) != nullptr; })) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(150)); // what was drawn reaches the screen
+        return SaveWindow(window, file);
+    }
+
+private:
+    HWND Window() { return FindOurs(kTitle); }
+    HWND Control(int32 id) {
+        HWND window = Window();
+        return window == nullptr ? nullptr : GetDlgItem(window, id);
+    }
+    HWND Usable(int32 id) {
+        HWND control = nullptr;
+        const bool usable = WaitFor([&] {
+            control = Control(id);
+            return control != nullptr && IsWindowVisible(control) && IsWindowEnabled(control);
+        });
+        EXPECT_TRUE(usable) << "control " << id << " can't be used";
+        return usable ? control : nullptr;
+    }
+    static LPARAM Middle(HWND control) {
+        RECT place;
+        GetClientRect(control, &place);
+        return MAKELPARAM(place.right / 2, place.bottom / 2);
+    }
+    void OnPreview(UINT message, WPARAM keys, int32 x, int32 y) {
+        HWND window = Window(), preview = Control(kPreview);
+        EXPECT_NE(preview, nullptr) << "no window to press on";
+        if (preview == nullptr) return;
+        POINT point{x, y};
+        MapWindowPoints(preview, window, &point, 1); // a static's client begins with its picture
+        Send(window, message, keys, MAKELPARAM(point.x, point.y));
+    }
+    void PressKey(WPARAM key) {
+        HWND window = Window();
+        EXPECT_NE(window, nullptr) << "no window to type into";
+        if (window == nullptr) return;
+        GUITHREADINFO info{};
+        info.cbSize = sizeof info;
+        GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+        HWND target = info.hwndFocus != nullptr ? info.hwndFocus : window;
+        PostMessageW(target, WM_KEYDOWN, key, 1);
+        PostMessageW(target, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+        Drain(window);
+    }
+    /// Waits until the messages that are posted by now were served.
+    static void Drain(HWND window) {
+        // The window passes such a message over; that it is gone from the queue shows in the hook.
+        static HANDLE served;
+        static const UINT marker = RegisterWindowMessageW(L"OrvaneTestMarker");
+        served = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+        HHOOK hook = SetWindowsHookExW(
+            WH_GETMESSAGE,
+            [](int code, WPARAM removed, LPARAM parameter) -> LRESULT {
+                if (code == HC_ACTION && removed == PM_REMOVE &&
+                    reinterpret_cast<const MSG*>(parameter)->message == marker) {
+                    SetEvent(served);
+                }
+                return CallNextHookEx(nullptr, code, removed, parameter);
+            },
+            nullptr, GetWindowThreadProcessId(window, nullptr));
+        PostMessageW(window, marker, 0, 0);
+        for (UINT waited = 0; waited < kLongest && IsWindow(window); waited += 20) {
+            if (WaitForSingleObject(served, 20) == WAIT_OBJECT_0) break;
+        }
+        UnhookWindowsHookEx(hook);
+        CloseHandle(served);
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Hand> MakeHand() { return std::make_unique<Win32Hand>(); }
+
+} // namespace orvane::test

@@ -1,0 +1,53 @@
+// A host with an operator: the library with its window beside it, and a detect call on this thread while the
+// operator's hand works on another one.
+#pragma once
+
+#include "tests/exports/host_library.h"
+#include "tests/support/cascade_builder.h"
+#include "tests/support/host_block.h"
+#include "tests/window/sessions/hand.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <thread>
+
+namespace orvane::test {
+
+class WindowHost {
+public:
+    WindowHost() {
+        PutClassifier(FaceCascade().Bytes());
+#ifdef ORVANE_WINDOW_MODULE
+        const std::filesystem::path module(ORVANE_WINDOW_MODULE);
+        std::filesystem::copy_file(module, lib.Folder() / module.filename());
+#endif
+        EXPECT_EQ(lib.orv_InitDLL(), ORV_OK);
+    }
+
+    void PutClassifier(const std::string& bytes) { EXPECT_TRUE(WriteClassifier(lib.Folder(), bytes)); }
+
+    /// The result of a detect call during which `play` is the operator. Whatever `play` leaves open is closed
+    /// by the close box, and is a failure of the test.
+    int32_t Detect(const HostBlock& photo, const std::function<void(Hand&)>& play) {
+        const std::unique_ptr<Hand> hand = MakeHand();
+        std::thread person([&] {
+            const bool came = hand->WaitForWindow();
+            EXPECT_TRUE(came) << "no window opened";
+            if (!came) return;
+            play(*hand);
+            if (!hand->EndsBySelf()) {
+                ADD_FAILURE() << "the window is still open";
+                hand->CloseBox();
+            }
+        });
+        const int32_t result = lib.orv_DetectFacePicture(photo.Handle());
+        hand->CallHasEnded();
+        person.join();
+        return result;
+    }
+
+    HostLibrary lib;
+};
+
+} // namespace orvane::test
