@@ -12,8 +12,9 @@
 
 namespace orvane::test {
 
-/// Each step waits until the window has served it, and until the control that it needs is shown and enabled.
-/// A step that finds no window, or no such control in time, is a failure of the test.
+/// Each step waits until the control that it needs is shown and enabled and no confirmation stands before the
+/// window, and then until the window has served it. A step that finds no window, or no such control in time, is a
+/// failure of the test.
 class Hand : public WindowDriver {
 public:
     /// Told by the host's thread: nobody serves the window any more.

@@ -3,6 +3,7 @@
 #include "tests/support/sha256.h"
 #include "tests/window/sessions/window_host.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace orvane::test {
@@ -33,12 +34,12 @@ TEST_P(OperatorSession, EndsAsOnThePlayedWindow) {
     const bool expected = *scenario.sum != 0;
     EXPECT_EQ(host.lib.orv_GetOutputImage(output.Receive()), expected ? ORV_OK : ORV_NO_SESSION);
     std::vector<std::uint8_t> bytes = output.Bytes();
-    if (expected) bytes.resize(sizeof(DibHeader) + output.Header().sizeImage); // a block may be longer
-    if (expected) EXPECT_EQ(Sha256(bytes), scenario.sum);
+    bytes.resize(std::min(bytes.size(), sizeof(DibHeader) + output.Header().sizeImage)); // a block may be longer
+    EXPECT_EQ(bytes.empty() ? "" : Sha256(bytes), scenario.sum);
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenarios, OperatorSession, ::testing::ValuesIn(WindowScenarios()),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& scenario) { return scenario.param.name; });
 
 } // namespace
 } // namespace orvane::test

@@ -111,7 +111,9 @@ public:
     void Release(int32 x, int32 y) override { OnPreview(x, y, &QTest::mouseRelease); }
     void HoverOver(int32 id) override {
         Use(id, [](QWidget* control) {
-            QTest::mouseMove(control->window()->windowHandle(), InWindow(control, control->rect().center()));
+            const QPoint point = InWindow(control, control->rect().center());
+            QTest::mouseMove(control->window()->windowHandle(), point - QPoint(control->width(), 0));
+            QTest::mouseMove(control->window()->windowHandle(), point);
         });
         std::this_thread::sleep_for(100ms);
     }
@@ -154,6 +156,8 @@ public:
         });
     }
     bool TakePicture(const std::wstring& title, const std::string& file) override {
+        if (!WaitFor([&] { return Ask([=] { return FindOurs(title) != nullptr; }); })) return false;
+        std::this_thread::sleep_for(100ms); // what waits for the preview gets there
         return WaitFor([&] {
             return Ask([=] {
                 QWidget* window = FindOurs(title);
@@ -192,7 +196,8 @@ private:
         const bool usable = WaitFor([id] {
             return Ask([id] {
                 QWidget* control = Control(id);
-                return control != nullptr && control->isVisible() && control->isEnabled();
+                return control != nullptr && control->isVisible() && control->isEnabled() &&
+                       FindOurs(ORV_CONFIRM_TITLE) == nullptr;
             });
         });
         EXPECT_TRUE(usable) << "control " << id << " can't be used";

@@ -175,7 +175,8 @@ private:
         HWND control = nullptr;
         const bool usable = WaitFor([&] {
             control = Control(id);
-            return control != nullptr && IsWindowVisible(control) && IsWindowEnabled(control);
+            return control != nullptr && IsWindowVisible(control) && IsWindowEnabled(control) &&
+                   FindOurs(ORV_CONFIRM_TITLE) == nullptr;
         });
         EXPECT_TRUE(usable) << "control " << id << " can't be used";
         return usable ? control : nullptr;
