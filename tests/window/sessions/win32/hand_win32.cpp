@@ -40,7 +40,7 @@ HWND FindOurs(const std::wstring& title) {
             GetWindowThreadProcessId(window, &process);
             wchar_t text[128] = L"";
             if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
-            GetWindowTextW(window, text, 128);
+            InternalGetWindowText(window, text, 128); // asks the system, not a thread that may rest
             if (s.title != text) return TRUE;
             s.found = window;
             return FALSE;
@@ -58,17 +58,17 @@ LRESULT Send(HWND window, UINT message, WPARAM first, LPARAM second) {
 /// The pixels of a window as they stand on the screen, as a bitmap file.
 bool SaveWindow(HWND window, const std::string& file) {
     RECT place;
-    GetWindowRect(window, &place);
+    if (!GetWindowRect(window, &place)) return false; // it has gone
     const int width = place.right - place.left, height = place.bottom - place.top;
     BITMAPINFO info{};
     info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
     const DWORD bytes = static_cast<DWORD>((width * 3 + 3) / 4 * 4 * height);
     HDC screen = GetDC(nullptr);
     HDC memory = CreateCompatibleDC(screen);
-    void* bits = nullptr;
+    void* bits = nullptr; // stays null for a window without pixels
     HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
     HGDIOBJ before = SelectObject(memory, bitmap);
-    const bool copied = BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY) != FALSE;
+    const bool copied = bits != nullptr && BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY) != FALSE;
     GdiFlush();
     bool written = false;
     if (std::FILE* out = copied ? std::fopen(file.c_str(), "wb") : nullptr) {
