@@ -169,9 +169,12 @@ TEST(Win32Ending, WorkersMayPostWhileTheWindowEnds) {
         OpenWindow open;
         std::atomic<bool> stop = false;
         std::thread worker([&] {
-            while (!stop) open.recorder.window->Post(WindowMessage::previewBitmap);
+            for (int posted = 0; !stop; ++posted) {
+                open.recorder.window->Post(WindowMessage::previewBitmap);
+                if (posted % 10 == 0) Sleep(1);
+            }
         });
-        EXPECT_TRUE(open.recorder.window != nullptr && open.Run({}));
+        EXPECT_TRUE(open.Run({}));
         stop = true;
         worker.join();
     }
