@@ -189,7 +189,7 @@ TEST(Win32Ending, GarbageFromAnywhereDoesNoHarm) {
         constexpr UINT kMessages[] = {WM_USER + 20,  WM_USER + 30,  WM_COMMAND,     WM_HSCROLL,     WM_NOTIFY,
                                       WM_DRAWITEM,   WM_SIZE,       WM_SETCURSOR,   WM_LBUTTONDOWN, WM_MOUSEMOVE,
                                       WM_SHOWWINDOW, WM_VSCROLL,    WM_MEASUREITEM, WM_TIMER,       WM_QUERYDRAGICON,
-                                      WM_CHAR,       WM_CANCELMODE, WM_NULL,        WM_USER + 5,    WM_APP};
+                                      WM_CHAR,       WM_INITDIALOG, WM_NULL,        WM_USER + 5,    WM_APP};
         std::uint32_t state = 12345;
         const auto next = [&state] { return state = state * 1664525U + 1013904223U; };
         for (int i = 0; i < 3000; ++i) {
@@ -233,6 +233,23 @@ TEST(Win32Ending, WildPointersInSentMessagesAreNotFollowed) {
         });
         EXPECT_TRUE(IsWindow(open.dialog));
     });
+}
+
+TEST(Win32Ending, AnEndThatIsOnlyClaimedLeavesNoWindowBehind) {
+    OpenWindow open;
+    EXPECT_TRUE(open.Run([&] {
+        open.Do([&](QuickViewWindow&) {
+            SendMessageW(open.dialog, WM_DESTROY, 0, 0);
+            SendMessageW(open.dialog, WM_NCDESTROY, 0, 0);
+        });
+        for (int tries = 0; tries < 500 && IsWindow(open.dialog); ++tries) Sleep(10);
+    }));
+    EXPECT_FALSE(IsWindow(open.dialog));
+}
+
+TEST(Win32Ending, TheDesktopIsNoOwner) {
+    OpenWindow open(GetDesktopWindow());
+    EXPECT_TRUE(open.Run([&] { EXPECT_TRUE(IsWindowEnabled(GetDesktopWindow())); }));
 }
 
 TEST(Win32Ending, CommandsOfHiddenAndDisabledControlsAreNotTold) {
