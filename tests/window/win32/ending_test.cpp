@@ -72,7 +72,10 @@ TEST(Win32Ending, AnOwnerThatIsGoneCountsAsNone) {
 TEST(Win32Ending, TheOwnersEndEndsTheWindow) {
     const Owner owner;
     OpenWindow open(owner.Handle());
-    EXPECT_TRUE(open.Run([&] { open.Do([&](QuickViewWindow&) { DestroyWindow(owner.Handle()); }); }));
+    EXPECT_TRUE(open.Run([&] {
+        open.Do([&](QuickViewWindow&) { DestroyWindow(owner.Handle()); });
+        for (int tries = 0; tries < 500 && IsWindow(open.dialog); ++tries) Sleep(10);
+    }));
     EXPECT_EQ(Count(open.recorder.Take(), "cancel"), 0); // nobody decided
     EXPECT_FALSE(IsWindow(open.dialog));
 }
@@ -102,7 +105,10 @@ TEST(Win32Ending, TheEndOfAnOwnerOfAnotherThreadEndsTheWindow) {
 TEST(Win32Ending, TheHostsQuitEndsTheWindowAndStaysForTheHost) {
     const Owner owner;
     OpenWindow open(owner.Handle());
-    EXPECT_TRUE(open.Run([&] { open.Do([](QuickViewWindow&) { PostQuitMessage(17); }); }));
+    EXPECT_TRUE(open.Run([&] {
+        open.Do([](QuickViewWindow&) { PostQuitMessage(17); });
+        for (int tries = 0; tries < 500 && IsWindow(open.dialog); ++tries) Sleep(10);
+    }));
     EXPECT_EQ(Count(open.recorder.Take(), "cancel"), 0);
     EXPECT_TRUE(IsWindowEnabled(owner.Handle()));
     MSG message{};
@@ -160,6 +166,7 @@ TEST(Win32Ending, NothingIsToldAfterTheEnd) {
             SendMessageW(open.Item(kPlainOk), BM_CLICK, 0, 0);
             window.Post(WindowMessage::previewBitmap);
         });
+        for (int tries = 0; tries < 500 && IsWindow(open.dialog); ++tries) Sleep(10);
     });
     EXPECT_TRUE(open.recorder.Take().empty());
 }
