@@ -87,6 +87,10 @@ case $command in
         if [ "$command" = start-window ]; then
             # Nobody manages this screen's windows, and Wine would wait two seconds for whoever does, each time.
             "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f </dev/null >/dev/null 2>&1
+            "$wine" explorer /desktop </dev/null >/dev/null 2>&1 &
+        else
+            # The first wish for a window, here in vain, starts a desktop that would hold a test's output open.
+            "$wine" winver </dev/null >/dev/null 2>&1 || true
         fi
         ;;
     run | run-window)

@@ -47,6 +47,7 @@ void OnClose(HWND dialog, const Thumbnail& thumbnail) {
 INT_PTR CALLBACK ConfirmProc(HWND dialog, UINT message, WPARAM, LPARAM data) {
     switch (message) {
     case WM_INITDIALOG:
+        if (GetWindowLongPtrW(dialog, DWLP_USER) != 0) return FALSE; // not the system's
         SetWindowLongPtrW(dialog, DWLP_USER, data);
         PostMessageW(dialog, WM_CLOSE, 0, 0);
         return TRUE;

@@ -67,10 +67,10 @@ bool QuickViewWin32::DoModal() {
     InitCommonControlsEx(&classes);
     opened_ = ended_ = false;
     if (owner_ != nullptr && IsWindow(owner_)) owner_ = GetAncestor(owner_, GA_ROOT);
-    if (!IsWindow(owner_)) owner_ = nullptr;
+    if (!IsWindow(owner_) || owner_ == GetDesktopWindow()) owner_ = nullptr; // the desktop can't be disabled
     ownerDisabled_ = owner_ != nullptr && !EnableWindow(owner_, FALSE);
-    CreateDialogParamW(ThisModule(), MAKEINTRESOURCEW(ORV_QUICK_VIEW_DIALOG), owner_, DialogProc,
-                       reinterpret_cast<LPARAM>(this));
+    const HWND created = CreateDialogParamW(ThisModule(), MAKEINTRESOURCEW(ORV_QUICK_VIEW_DIALOG), owner_, DialogProc,
+                                            reinterpret_cast<LPARAM>(this));
     WPARAM exitCode = 0;
     bool quit = false;
     if (IsServing()) {
@@ -80,7 +80,7 @@ bool QuickViewWin32::DoModal() {
         if (window_ != nullptr && IsIconic(window_)) ShowWindow(window_, SW_RESTORE);
         quit = RunLoop(exitCode);
     }
-    Close();
+    Close(created);
     if (quit) PostQuitMessage(static_cast<int>(exitCode)); // the host's own loop has to end too
     return opened_;
 }
@@ -121,11 +121,10 @@ void QuickViewWin32::EndDialog() {
     PostMessageW(window_, WM_NULL, 0, 0);
 }
 
-void QuickViewWin32::Close() {
+void QuickViewWin32::Close(HWND created) {
     ended_ = true;
     EnableOwner(); // before the window goes, so that the owner is what the system activates
-    if (window_ != nullptr) DestroyWindow(window_);
-    EnableOwner();
+    if (created != nullptr && IsWindow(created)) DestroyWindow(created);
     largeIcon_.reset();
     smallIcon_.reset();
 }
@@ -136,11 +135,12 @@ void QuickViewWin32::EnableOwner() {
 }
 
 INT_PTR CALLBACK QuickViewWin32::DialogProc(HWND dialog, UINT message, WPARAM w, LPARAM l) {
-    if (message == WM_INITDIALOG) {
+    auto* self = reinterpret_cast<QuickViewWin32*>(GetWindowLongPtrW(dialog, DWLP_USER));
+    if (self == nullptr && message == WM_INITDIALOG) { // any later one comes from elsewhere
+        self = reinterpret_cast<QuickViewWin32*>(l);
+        self->window_ = dialog;
         SetWindowLongPtrW(dialog, DWLP_USER, l);
-        reinterpret_cast<QuickViewWin32*>(l)->window_ = dialog;
     }
-    auto* const self = reinterpret_cast<QuickViewWin32*>(GetWindowLongPtrW(dialog, DWLP_USER));
     if (self == nullptr) return FALSE;
     try {
         return self->OnMessage(message, w, l);
@@ -179,6 +179,7 @@ INT_PTR QuickViewWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
         if (!opened_) OnInit(window_);
         return focusSet_ ? FALSE : TRUE; // TRUE lets the dialog choose the focus
     case WM_NCDESTROY:
+        SetWindowLongPtrW(window_, DWLP_USER, 0);
         window_ = nullptr;
         // A window that is destroyed from another thread goes within a sent message; the loop has to wake.
         PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
@@ -216,7 +217,6 @@ INT_PTR QuickViewWin32::OnMessage(UINT message, WPARAM w, LPARAM l) {
         return FALSE;
     case WM_MOUSEMOVE:
     case WM_LBUTTONDOWN:
-    case WM_LBUTTONDBLCLK: // the second of two quick presses
     case WM_LBUTTONUP:
         OnMouse(message, l);
         return FALSE;

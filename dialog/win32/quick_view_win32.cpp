@@ -15,6 +15,8 @@ constexpr UINT kStay = SWP_NOZORDER | SWP_NOACTIVATE;
 INT_PTR CALLBACK AboutProc(HWND dialog, UINT message, WPARAM w, LPARAM l) {
     switch (message) {
     case WM_INITDIALOG:
+        if (GetWindowLongPtrW(dialog, DWLP_USER) != 0) return FALSE; // not the system's
+        SetWindowLongPtrW(dialog, DWLP_USER, l);
         *reinterpret_cast<HWND*>(l) = dialog;
         return TRUE;
     case WM_COMMAND:

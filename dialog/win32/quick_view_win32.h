@@ -71,7 +71,7 @@ private:
 
     /// Serves messages until the window ends. True when the thread's loop was told to end, with its code.
     bool RunLoop(WPARAM& exitCode);
-    void Close();
+    void Close(HWND created);
     void EnableOwner();
     void ShowTheCursor() const;
     void FocusAway(HWND control);

@@ -72,7 +72,10 @@ TEST(Win32Ending, AnOwnerThatIsGoneCountsAsNone) {
 TEST(Win32Ending, TheOwnersEndEndsTheWindow) {
     const Owner owner;
     OpenWindow open(owner.Handle());
-    EXPECT_TRUE(open.Run([&] { open.Do([&](QuickViewWindow&) { DestroyWindow(owner.Handle()); }); }));
+    EXPECT_TRUE(open.Run([&] {
+        open.Do([&](QuickViewWindow&) { DestroyWindow(owner.Handle()); });
+        for (int tries = 0; tries < 500 && IsWindow(open.dialog); ++tries) Sleep(10);
+    }));
     EXPECT_EQ(Count(open.recorder.Take(), "cancel"), 0); // nobody decided
     EXPECT_FALSE(IsWindow(open.dialog));
 }
@@ -102,7 +105,10 @@ TEST(Win32Ending, TheEndOfAnOwnerOfAnotherThreadEndsTheWindow) {
 TEST(Win32Ending, TheHostsQuitEndsTheWindowAndStaysForTheHost) {
     const Owner owner;
     OpenWindow open(owner.Handle());
-    EXPECT_TRUE(open.Run([&] { open.Do([](QuickViewWindow&) { PostQuitMessage(17); }); }));
+    EXPECT_TRUE(open.Run([&] {
+        open.Do([](QuickViewWindow&) { PostQuitMessage(17); });
+        for (int tries = 0; tries < 500 && IsWindow(open.dialog); ++tries) Sleep(10);
+    }));
     EXPECT_EQ(Count(open.recorder.Take(), "cancel"), 0);
     EXPECT_TRUE(IsWindowEnabled(owner.Handle()));
     MSG message{};
@@ -160,6 +166,7 @@ TEST(Win32Ending, NothingIsToldAfterTheEnd) {
             SendMessageW(open.Item(kPlainOk), BM_CLICK, 0, 0);
             window.Post(WindowMessage::previewBitmap);
         });
+        for (int tries = 0; tries < 500 && IsWindow(open.dialog); ++tries) Sleep(10);
     });
     EXPECT_TRUE(open.recorder.Take().empty());
 }
@@ -169,9 +176,12 @@ TEST(Win32Ending, WorkersMayPostWhileTheWindowEnds) {
         OpenWindow open;
         std::atomic<bool> stop = false;
         std::thread worker([&] {
-            while (!stop) open.recorder.window->Post(WindowMessage::previewBitmap);
+            for (int posted = 0; !stop; ++posted) {
+                open.recorder.window->Post(WindowMessage::previewBitmap);
+                if (posted % 10 == 0) Sleep(1);
+            }
         });
-        EXPECT_TRUE(open.recorder.window != nullptr && open.Run({}));
+        EXPECT_TRUE(open.Run({}));
         stop = true;
         worker.join();
     }
@@ -186,7 +196,7 @@ TEST(Win32Ending, GarbageFromAnywhereDoesNoHarm) {
         constexpr UINT kMessages[] = {WM_USER + 20,  WM_USER + 30,  WM_COMMAND,     WM_HSCROLL,     WM_NOTIFY,
                                       WM_DRAWITEM,   WM_SIZE,       WM_SETCURSOR,   WM_LBUTTONDOWN, WM_MOUSEMOVE,
                                       WM_SHOWWINDOW, WM_VSCROLL,    WM_MEASUREITEM, WM_TIMER,       WM_QUERYDRAGICON,
-                                      WM_CHAR,       WM_CANCELMODE, WM_NULL,        WM_USER + 5,    WM_APP};
+                                      WM_CHAR,       WM_INITDIALOG, WM_NULL,        WM_USER + 5,    WM_APP};
         std::uint32_t state = 12345;
         const auto next = [&state] { return state = state * 1664525U + 1013904223U; };
         for (int i = 0; i < 3000; ++i) {
@@ -230,6 +240,23 @@ TEST(Win32Ending, WildPointersInSentMessagesAreNotFollowed) {
         });
         EXPECT_TRUE(IsWindow(open.dialog));
     });
+}
+
+TEST(Win32Ending, AnEndThatIsOnlyClaimedLeavesNoWindowBehind) {
+    OpenWindow open;
+    EXPECT_TRUE(open.Run([&] {
+        open.Do([&](QuickViewWindow&) {
+            SendMessageW(open.dialog, WM_DESTROY, 0, 0);
+            SendMessageW(open.dialog, WM_NCDESTROY, 0, 0);
+        });
+        for (int tries = 0; tries < 500 && IsWindow(open.dialog); ++tries) Sleep(10);
+    }));
+    EXPECT_FALSE(IsWindow(open.dialog));
+}
+
+TEST(Win32Ending, TheDesktopIsNoOwner) {
+    OpenWindow open(GetDesktopWindow());
+    EXPECT_TRUE(open.Run([&] { EXPECT_TRUE(IsWindowEnabled(GetDesktopWindow())); }));
 }
 
 TEST(Win32Ending, CommandsOfHiddenAndDisabledControlsAreNotTold) {
