@@ -5,11 +5,13 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder"
 failures=0
+# No operator sits here: the library works without a window, wherever the tests run, and says so.
+unset DISPLAY WAYLAND_DISPLAY WAYLAND_SOCKET QT_QPA_PLATFORM
 
 # expect STATUS OUTPUT ARGUMENT...: runs the host.
 expect() {
     local expected="exit $1, $2" status=0 output
-    output=$("${host[@]}" "${@:3}" 2>&1 | tr -d '\r') || status=$?
+    output=$("${host[@]}" "${@:3}" 2>&1 | tr -d '\r' | { grep -v '^orvane: working without a window: ' || true; }) || status=$?
     if [ "exit $status, $output" != "$expected" ]; then
         echo "host ${*:3}: expected $expected; got exit $status, $output"
         failures=$((failures + 1))

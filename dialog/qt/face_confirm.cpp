@@ -20,10 +20,8 @@ constexpr int kMilliseconds = 500;
 class ConfirmWindow : public QWidget {
 public:
     explicit ConfirmWindow(const QImage& thumbnail)
-        : QWidget(nullptr, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint |
-                               Qt::WindowDoesNotAcceptFocus) {
+        : QWidget(nullptr, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint) {
         setAttribute(Qt::WA_QuitOnClose, false);
-        setAttribute(Qt::WA_ShowWithoutActivating);
         setWindowModality(Qt::ApplicationModal); // what is clicked or typed meanwhile goes nowhere
         setWindowTitle(QString::fromWCharArray(ORV_CONFIRM_TITLE));
         setWindowIcon(MainIcon());

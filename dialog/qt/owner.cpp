@@ -14,10 +14,11 @@ namespace {
 WId NumberOf(void* handle) { return static_cast<WId>(reinterpret_cast<std::uintptr_t>(handle)); }
 
 /// A window of this process, or null. Asking a window for its number would create it, so only those are asked
-/// that are there.
+/// that are there; an object that stands for another's window says nothing about that one.
 QWindow* OwnWindow(WId number) {
     for (QWindow* window : QGuiApplication::allWindows()) {
-        if (window->handle() != nullptr && window->winId() == number) return window;
+        if (window->handle() == nullptr || window->type() == Qt::ForeignWindow) continue;
+        if (window->winId() == number) return window;
     }
     return nullptr;
 }

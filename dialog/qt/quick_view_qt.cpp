@@ -29,7 +29,8 @@ QuickViewQt::~QuickViewQt() {
 }
 
 bool QuickViewQt::Tell(const std::function<void(WindowEvents&)>& event) {
-    if (serving_) event(events_);
+    // The confirmation is shown in the middle of an event; what comes meanwhile is dropped.
+    if (serving_ && !MessagePause::IsOn()) event(events_);
     return serving_;
 }
 

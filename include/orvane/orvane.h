@@ -6,6 +6,11 @@
  *
  * Threads: all functions belong to one host thread.
  *
+ * On Linux the operator's window is a module, orvane-window.so beside the library, and needs Qt 6. A host with
+ * a QApplication calls from that one's thread; for a host without one the module makes one, keeps it until the
+ * process ends, and stays with the thread of the first call. Without the module or a display the library
+ * works without a window and says so once on standard error.
+ *
  * Pictures cross this border as packed bitmaps in memory blocks: a 40-byte BITMAPINFOHEADER (biSize 40,
  * biPlanes 1, biBitCount 24, biCompression 0, biSizeImage the bytes of the pixels), then the rows, the
  * bottom row first, blue, green, red, each row padded to a multiple of 4 bytes. Whoever receives a
@@ -37,7 +42,8 @@ extern "C" {
  * in front, made and freed by the orv_Block functions below alone. */
 typedef void* orv_Handle;
 
-/* A window of the host: on Windows an HWND. */
+/* A window of the host: on Windows an HWND; on Linux the window's native number, cast to a pointer: an X11
+ * window, or what QWidget::winId() gives. On Wayland only windows of a Qt host have one. */
 typedef void* orv_Window;
 
 /* True for any nonzero low byte. */
@@ -91,7 +97,9 @@ ORV_API int32_t orv_ReleaseDLL(void);
  * relative to it). 0; -10 the file could not be opened, or path is null; -80 without a session. */
 ORV_API int32_t orv_SetLanguageFile(const char* path);
 
-/* Names the owner of the operator's window. 0; -80 without a session, or for no window. */
+/* Names the owner of the operator's window, which stays above it. One that has gone by the time the operator's
+ * window opens counts as none; one that goes while it is open cancels the session. Where no window can be
+ * shown any handle but null is taken. 0; -80 without a session, or for no window. */
 ORV_API int32_t orv_SetOwnerWindow(orv_Window owner);
 
 /* Whether the operator's window is shown (it is, by default). Without it a detect call works on its own

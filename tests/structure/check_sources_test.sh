@@ -26,6 +26,8 @@ expect passes detect/scan.cpp '#include "primitives/types.h"'
 expect passes api/session.cpp '#include "actions/face_crop.h"'
 expect passes session/run.cpp '#include "capture/video_source.h"'
 expect passes dialog/qt/window.cpp '#include "session/window.h"'
+expect passes dialog/qt/owner.cpp '#include <xcb/xcb.h>'
+expect fails dialog/module/owner.cpp '#include <xcb/xcb.h>'
 expect passes api/exports.cpp '#include "dialog/window_system.h"'
 expect passes image/long.cpp "$(seq 600)"
 expect fails image/window.cpp '#include <windows.h>'

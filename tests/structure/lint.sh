@@ -10,7 +10,7 @@ compile_commands=$1/compile_commands.json
 # What the compile commands name of this system. The tests are left out: most of what is found there
 # stands in GoogleTest's macros, and takes minutes.
 mapfile -t compiled < <(sed -n 's/^ *"file": "\(.*\)"$/\1/p' "$compile_commands" |
-    grep "^$PWD/" | grep -v "^$PWD/tests/" | sort -u)
+    grep "^$PWD/" | grep -vE "^$PWD/(tests|build)/" | sort -u)
 mapfile -t sources < <(find . -path ./build -prune -o -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \) -print | sort)
 
 failed=0

@@ -1,9 +1,13 @@
 // How the window looks in its stages. With ORVANE_SHOTS set to a folder the pictures are kept there.
 #include "dialog/qt/about_box.h"
 #include "dialog/qt/picture.h"
+#include "tests/support/temp_folder.h"
 #include "tests/window/qt/window_fixture.h"
 
+#include <QPainter>
 #include <QPixmap>
+
+#include <utility>
 
 namespace orvane::test {
 namespace {
@@ -53,6 +57,31 @@ TEST_F(Look, InTheAdjustingStageEveryTextHasRoom) {
             ExpectRoom(*Control(id), QString::fromStdWString(Text(id)));
         }
         Keep(*Dialog(), "adjusting.png");
+    });
+}
+
+TEST_F(Look, SkinnedButtonsStandInThePlaceOfThePlainOnes) {
+    TempFolder folder;
+    const QString file = QString::fromStdString((folder.Path() / "skin.png").string());
+    QImage strip(4 * 120, 36, QImage::Format_RGB32);
+    strip.fill(Qt::white);
+    QPainter painter(&strip);
+    for (int face = 0; face < 4; ++face) {
+        painter.setBrush(QColor::fromHsv(face * 80, 200, 200));
+        painter.drawRoundedRect(face * 120 + 1, 1, 117, 33, 12, 12);
+    }
+    painter.end();
+    ASSERT_TRUE(strip.save(file));
+    Run([&] {
+        for (const auto& [skinned, plain] : {std::pair(kSkinOk, kPlainOk), std::pair(kSkinClear, kPlainClear)}) {
+            ASSERT_TRUE(window->LoadSkin(skinned, file.toLocal8Bit().constData(), 0xFFFFFF));
+            window->MoveControl(skinned, plain);
+            window->ShowControl(plain, false);
+            window->ShowControl(skinned, true);
+            EXPECT_EQ(Control(skinned)->pos(), Control(plain)->pos());
+            EXPECT_TRUE(Dialog()->rect().contains(Control(skinned)->geometry()));
+        }
+        Keep(*Dialog(), "skinned.png");
     });
 }
 

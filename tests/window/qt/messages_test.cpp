@@ -94,11 +94,14 @@ TEST_F(Messages, WaitWhileTheConfirmationIsShown) {
             EXPECT_EQ(picture->Picture().size(), QSize(80, 100));
             EXPECT_TRUE(confirm->rect().contains(picture->geometry()));
             QTest::mouseClick(Dialog()->windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+            QTest::keyClick(Dialog()->windowHandle(), Qt::Key_Return);
+            QTest::keyClick(Dialog(), Qt::Key_Escape);
+            Dialog()->close();
         });
         QtWindowSystem().ShowFaceConfirm(thumbnail.View());
         EXPECT_GE(clock.elapsed(), 500);
         EXPECT_LT(clock.elapsed(), 3000);
-        EXPECT_EQ(recorder.Take(), Events{}) << "neither messages nor clicks";
+        EXPECT_EQ(recorder.Take(), Events{}) << "neither messages nor input";
         EXPECT_TRUE(WaitForEvents(1));
         EXPECT_EQ(recorder.Take(), Events{"message 20"});
     });

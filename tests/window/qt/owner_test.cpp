@@ -4,6 +4,11 @@
 
 #include <QWindow>
 
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <cstdlib>
+
 namespace orvane::test {
 namespace {
 
@@ -40,6 +45,50 @@ TEST_F(Owner, WhatNamesNoWindowIsNone) {
     QCoreApplication::processEvents();
     EXPECT_FALSE(QtWindowSystem().IsWindowHandle(gone));
     Run([&] { EXPECT_EQ(Dialog()->windowHandle()->transientParent(), nullptr); }, gone);
+}
+
+/// A window of another client of the X server, as one of another toolkit is.
+class ForeignWindow {
+public:
+    ForeignWindow() : connection_(xcb_connect(nullptr, nullptr)), id_(xcb_generate_id(connection_)) {
+        const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+        xcb_create_window(connection_, XCB_COPY_FROM_PARENT, id_, screen->root, 10, 10, 50, 50, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+        Settle();
+    }
+    ~ForeignWindow() { xcb_disconnect(connection_); }
+    ForeignWindow(const ForeignWindow&) = delete;
+    ForeignWindow& operator=(const ForeignWindow&) = delete;
+
+    void* Handle() const { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(id_)); }
+    void Destroy() {
+        xcb_destroy_window(connection_, id_);
+        Settle();
+    }
+
+private:
+    void Settle() { std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr)); }
+
+    xcb_connection_t* connection_;
+    xcb_window_t id_;
+};
+
+TEST_F(Owner, AnyWindowOfTheXServerCanBeOneAndEndsTheDialogWhenItGoes) {
+    if (QGuiApplication::platformName() != "xcb") GTEST_SKIP() << "there is no X server";
+    ForeignWindow foreign;
+    EXPECT_TRUE(QtWindowSystem().IsWindowHandle(foreign.Handle()));
+    Run(
+        [&] {
+            const QWindow* owner = Dialog()->windowHandle()->transientParent();
+            ASSERT_NE(owner, nullptr);
+            EXPECT_EQ(reinterpret_cast<void*>(owner->winId()), foreign.Handle());
+        },
+        foreign.Handle());
+    EXPECT_TRUE(QtWindowSystem().IsWindowHandle(foreign.Handle())) << "the dialog's end leaves it alone";
+    window.reset(QtWindowSystem().CreateQuickView(recorder, foreign.Handle()));
+    QTimer::singleShot(50, qApp, [&] { foreign.Destroy(); });
+    EXPECT_TRUE(window->DoModal());
+    EXPECT_FALSE(QtWindowSystem().IsWindowHandle(foreign.Handle()));
 }
 
 TEST_F(Owner, ThatIsDestroyedEndsTheWindow) {
