@@ -46,6 +46,20 @@ int32_t InSession(Body body) {
     return Guarded([&] { return body(*g_dialog); });
 }
 
+bool g_running = false; // the host's thread is inside a detect call, perhaps in its window's loop
+
+/// The same for the detect calls, which may not begin inside one another.
+template <typename Body>
+int32_t Running(Body body) {
+    if (g_running) return kNoSession;
+    struct Mark {
+        Mark() { g_running = true; }
+        ~Mark() { g_running = false; }
+    };
+    const Mark mark;
+    return InSession(body);
+}
+
 int32 OpenSession() {
     if (!FindModuleFolder()) return kNoSession;
     g_actionEnabled.fill(0);
@@ -72,6 +86,7 @@ extern "C" {
 ORV_API int32_t orv_InitDLL(void) { return Guarded(OpenSession); }
 
 ORV_API int32_t orv_ReleaseDLL(void) {
+    if (g_running) return kNoSession; // the window and the session are in use further out
     const int32 result = g_detectorParams == nullptr ? kNoSession : kSuccess;
     if (g_detectorParams != nullptr) {
         FreeClassifier(g_classifier);
@@ -137,11 +152,11 @@ ORV_API int32_t orv_GetBitDepth(orv_Handle dib) {
 }
 
 ORV_API int32_t orv_DetectFacePicture(orv_Handle dib) {
-    return InSession([&](COrvQuickViewDlg& session) { return session.DetectFacePicture(dib); });
+    return Running([&](COrvQuickViewDlg& session) { return session.DetectFacePicture(dib); });
 }
 
 ORV_API int32_t orv_DetectFaceLive(int32_t deviceIndex) {
-    return InSession([&](COrvQuickViewDlg& session) { return session.DetectFaceLive(deviceIndex); });
+    return Running([&](COrvQuickViewDlg& session) { return session.DetectFaceLive(deviceIndex); });
 }
 
 ORV_API int32_t orv_GetOutputImage(orv_Handle* out) {

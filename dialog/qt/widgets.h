@@ -17,7 +17,7 @@ class PictureFrame : public QWidget {
 public:
     static constexpr int kFrame = 2;
 
-    explicit PictureFrame(QWidget& parent) : QWidget(&parent) {}
+    explicit PictureFrame(QWidget& parent) : QWidget(&parent) { setContentsMargins(kFrame, kFrame, kFrame, kFrame); }
 
     /// Takes the picture's size and paints it now.
     void SetPicture(const QImage& picture);

@@ -90,7 +90,8 @@ enum {
  * 0; -50 out of memory; -80 the library's own file was not found or no primitives fit the processor. */
 ORV_API int32_t orv_InitDLL(void);
 
-/* Closes the session and frees the classifier. Settings keep their values. 0; -80 without a session. */
+/* Closes the session and frees the classifier. Settings keep their values. 0; -80 without a session, or from
+ * inside a detect call (a handler of the host that the window's loop serves), which changes nothing. */
 ORV_API int32_t orv_ReleaseDLL(void);
 
 /* Overlays the operator's texts with rows "index text" of a file in the library's folder (always taken
@@ -126,7 +127,7 @@ ORV_API int32_t orv_GetBitDepth(orv_Handle dib);
 
 /* Finds the face in a packed bitmap and makes the portrait; modal. The block stays the caller's.
  * 0; 10 no face; 20 cancelled by the operator; -10 picture too small; -40, -50; -60 no usable picture;
- * -70 no classifier; -80 without a session. */
+ * -70 no classifier; -80 without a session, or from inside another detect call. */
 ORV_API int32_t orv_DetectFacePicture(orv_Handle dib);
 
 /* The same on the live picture of a capture device, by its index among the video input devices. Always

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -43,6 +44,9 @@ public:
     virtual void LetGo(int32 id) = 0;
     /// Closes whatever else of ours is open, the about box for one.
     virtual void CloseOthers() = 0;
+
+    /// Calls a function on the window's own thread, from within its loop.
+    virtual void OnWindowsThread(const std::function<void()>& function) = 0;
 
     /// Writes what is on the screen of the window whose title is given to a picture file. False where there
     /// is none.

