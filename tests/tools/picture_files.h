@@ -65,8 +65,8 @@ inline Picture QuarteredPicture(int32 width, int32 height) {
 }
 
 inline testing::AssertionResult IsNear(Colour is, Colour wanted, int tolerance) {
-    const auto far = [&](int a, int b) { return a > b + tolerance || b > a + tolerance; };
-    if (!far(is.red, wanted.red) && !far(is.green, wanted.green) && !far(is.blue, wanted.blue)) {
+    const auto isFar = [&](int a, int b) { return a > b + tolerance || b > a + tolerance; };
+    if (!isFar(is.red, wanted.red) && !isFar(is.green, wanted.green) && !isFar(is.blue, wanted.blue)) {
         return testing::AssertionSuccess();
     }
     return testing::AssertionFailure() << "red, green, blue " << is.red << ", " << is.green << ", " << is.blue

@@ -4,7 +4,8 @@
 #include "image/result_codes.h"
 #include "tests/tools/json_reader.h"
 #include "tools/orvane/json.h"
-#include "tools/orvane/utf8.h"
+#include "tools/support/status_text.h"
+#include "tools/support/utf8.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -101,11 +102,11 @@ TEST(Report, AnErrorWinsOverAMissingFaceWhichWinsOverSuccess) {
 }
 
 TEST(Report, EveryResultCodeHasWordsOfItsOwn) {
-    for (const int32 status :
-         {kSuccess, kNoFace, kBadCall, kStepFailed, kOutOfMemory, kNoPicture, kNoClassifier, kNoSession}) {
+    for (const int32 status : {kSuccess, kNoFace, kCancelled, kLockFailed, kBadCall, kCaptureFailed, kStepFailed,
+                               kOutOfMemory, kNoPicture, kNoClassifier, kNoSession}) {
         EXPECT_EQ(StatusText(status).find("answered"), std::string::npos) << status;
     }
-    EXPECT_EQ(StatusText(-30), "the library answered -30");
+    EXPECT_EQ(StatusText(-99), "the library answered -99");
 }
 
 TEST(Json, StringsAreEscaped) {

@@ -6,11 +6,10 @@
 #include "tools/orvane/json.h"
 #include "tools/orvane/output_names.h"
 #include "tools/orvane/steps.h"
-#include "tools/orvane/utf8.h"
 #include "tools/support/picture_io.h"
 #include "tools/support/result_stream.h"
-
-#include <cstdio>
+#include "tools/support/status_text.h"
+#include "tools/support/utf8.h"
 
 namespace orvane::tools {
 namespace {
@@ -130,7 +129,7 @@ bool Print(const std::string& text) {
     return false;
 }
 
-void PrintError(const std::string& line) { std::fprintf(stderr, "orvane: %s\n", OneLine(line).c_str()); }
+void PrintError(const std::string& line) { WriteMessage("orvane: " + OneLine(line) + "\n"); }
 
 ExitCode RunInfo(const Options& options) {
     const Host host;

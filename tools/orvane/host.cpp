@@ -9,6 +9,7 @@
 #include "platform/module_folder.h"
 #include "primitives/dispatch.h"
 #include "primitives/processor.h"
+#include "tools/support/status_text.h"
 
 #include <cstring>
 #include <new>
@@ -102,14 +103,6 @@ int32 FetchOutput(Picture* portrait) {
     return kSuccess;
 }
 
-/// Whether a cropped portrait has the size that was asked for, one side grown at the most. The library
-/// drops the failure of a correction and gives what it had so far, which has another size or none.
-bool HasAskedSize(const Picture& portrait, const Options& options) {
-    const int32 width = options.width / 4 * 4;
-    return portrait.width >= width && portrait.height >= options.height &&
-           (portrait.width == width || portrait.height == options.height);
-}
-
 } // namespace
 
 Host::Host() : status_(orv_InitDLL()) {
@@ -156,9 +149,9 @@ void Host::MakePortrait(const Picture& photo, const Options& options, Picture* p
         if (const int32 status = RunPortrait(photo, options, report, steps != nullptr ? AddTo(steps) : SlotObserver()))
             return status;
         const int32 status = FetchOutput(portrait);
-        if (status != kSuccess || (options.actions.crop && !HasAskedSize(*portrait, options))) {
+        if (status != kSuccess || (options.actions.crop && !HasAskedSize(portrait->width, portrait->height, options))) {
             *portrait = Picture();
-            report->error = "a correction failed; a greater --crop-ratio may help";
+            report->error = kCorrectionFailed;
         }
         return status;
     });

@@ -1,6 +1,6 @@
 #include "tools/orvane/json.h"
 
-#include "tools/orvane/utf8.h"
+#include "tools/support/utf8.h"
 
 #include <cmath>
 #include <cstdio>

@@ -1,6 +1,7 @@
 // orvane: portraits from the command line.
 #include "tools/orvane/commands.h"
 #include "tools/orvane/help_text.h"
+#include "tools/support/program_arguments.h"
 #include "tools/support/result_stream.h"
 
 #include <exception>
@@ -35,7 +36,7 @@ ExitCode Run(const std::vector<std::string>& arguments) {
 
 int main(int count, char** arguments) try {
     ReserveResultStream();
-    return Run(std::vector<std::string>(arguments + (count > 0 ? 1 : 0), arguments + count));
+    return Run(ProgramArguments(count, arguments));
 } catch (const std::exception& problem) {
     PrintError(problem.what()); // memory ran out outside of any photo
     return kExitError;

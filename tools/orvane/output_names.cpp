@@ -66,7 +66,7 @@ bool PlanOutputs(const std::vector<std::string>& photos, const std::string& outp
         return false;
     }
     if (!folder && !IsWritablePictureName(output)) {
-        *error = "'" + output + "' has no extension of a format that can be written (.jpg, .png, .bmp, .tif)";
+        *error = "'" + output + "' " + kUnwritableName;
         return false;
     }
     const FileIdentities files = IdentifyAll(photos);

@@ -2,7 +2,8 @@
 
 #include "image/result_codes.h"
 #include "tools/orvane/json.h"
-#include "tools/orvane/utf8.h"
+#include "tools/support/status_text.h"
+#include "tools/support/utf8.h"
 
 #include <cstdio>
 
@@ -83,29 +84,6 @@ std::string TextLine(const PhotoReport& report) {
 std::string ErrorLine(const PhotoReport& report) {
     if (!report.error.empty()) return OneLine(report.photo) + ": " + OneLine(report.error);
     return report.status == kNoFace ? OneLine(report.photo) + ": " + StatusText(kNoFace) : "";
-}
-
-std::string StatusText(int32 status) {
-    switch (status) {
-    case kSuccess:
-        return "done";
-    case kNoFace:
-        return "no face was found";
-    case kBadCall:
-        return "the picture is too small";
-    case kStepFailed:
-        return "a step of the detection failed";
-    case kOutOfMemory:
-        return "not enough memory";
-    case kNoPicture:
-        return "no usable picture";
-    case kNoClassifier:
-        return "the classifier Orvane.dat beside the program is missing or unusable";
-    case kNoSession:
-        return "the library is not ready";
-    default:
-        return "the library answered " + std::to_string(status);
-    }
 }
 
 ExitCode Worse(ExitCode before, const PhotoReport& report) {

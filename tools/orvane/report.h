@@ -49,9 +49,6 @@ std::string TextLine(const PhotoReport& report);
 /// The line for standard error, empty where all went well.
 std::string ErrorLine(const PhotoReport& report);
 
-/// What the library's result code means, in words.
-std::string StatusText(int32 status);
-
 /// The program's exit code after one more photo.
 ExitCode Worse(ExitCode before, const PhotoReport& report);
 

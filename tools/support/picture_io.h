@@ -8,16 +8,21 @@
 
 namespace orvane::tools {
 
-/// Reads the photograph at `path` (bytes, no encoding assumed): JPEG, PNG, BMP, TIFF, PNM, and
-/// WebP, HEIC and AVIF where the system has loaders for them. The EXIF orientation is applied,
-/// transparency is laid over white, everything becomes 8-bit colour. The size is taken from the
-/// header and refused above the caps before anything is decoded; a file that breaks off is refused.
+/// Reads the photograph at `path`: JPEG, PNG, BMP and TIFF; on Linux also PNM, and WebP, HEIC and AVIF
+/// where the system has loaders for them. The EXIF orientation is applied, transparency is laid over
+/// white, everything becomes 8-bit colour. The size is taken from the header and refused above the caps
+/// before anything is decoded; a file that breaks off is refused. A path is bytes of no assumed encoding
+/// on Linux and UTF-8 on Windows.
 /// False leaves `*picture` empty and gives `*error` one line without the path.
 bool ReadPicture(const std::string& path, Picture* picture, std::string* error);
 
 /// Whether `WritePicture` knows the extension of `path`: .jpg, .jpeg, .png, .bmp, .tif or .tiff, in
 /// capitals or not.
 bool IsWritablePictureName(const std::string& path);
+
+/// What is said of a path whose extension it does not know.
+inline constexpr const char* kUnwritableName =
+    "has no extension of a format that can be written (.jpg, .png, .bmp, .tif)";
 
 /// Encodes `picture` in the format that the extension of `path` names. False gives `*error` one line.
 bool EncodePicture(const std::string& path, const Picture& picture, std::string* encoded, std::string* error);

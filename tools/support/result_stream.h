@@ -14,4 +14,7 @@ void ReserveResultStream();
 /// can't be written.
 bool WriteResult(const std::string& text);
 
+/// Writes `text` to standard error.
+void WriteMessage(const std::string& text);
+
 } // namespace orvane::tools

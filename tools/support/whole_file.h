@@ -5,6 +5,9 @@
 
 namespace orvane::tools {
 
+/// What is said of an existing file that is not to be replaced.
+inline constexpr const char* kNameTaken = "exists already; --force replaces it";
+
 /// Reads the regular file at `path` into `*content`. False gives `*error` one line without the path.
 bool ReadWholeFile(const std::string& path, std::string* content, std::string* error);
 
@@ -14,5 +17,9 @@ bool ReadWholeFile(const std::string& path, std::string* content, std::string* e
 /// Anything but a regular file at `path` is never replaced. False leaves no temporary file behind
 /// and gives `*error` one line without the path.
 bool WriteWholeFile(const std::string& path, const std::string& content, bool force, std::string* error);
+
+/// Whether `WriteWholeFile` could write `path` now, tried with a temporary file in the same folder that goes
+/// away again: to be asked before work that would be lost. False gives `*error` the line of `WriteWholeFile`.
+bool CanWriteWholeFile(const std::string& path, bool force, std::string* error);
 
 } // namespace orvane::tools

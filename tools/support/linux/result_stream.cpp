@@ -9,6 +9,16 @@ namespace {
 
 int g_results = STDOUT_FILENO;
 
+bool WriteAll(int file, const std::string& text) {
+    std::size_t done = 0;
+    while (done < text.size()) {
+        const ssize_t n = ::write(file, text.data() + done, text.size() - done);
+        if (n < 0 && errno != EINTR) return false;
+        if (n > 0) done += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
 } // namespace
 
 void ReserveResultStream() {
@@ -22,14 +32,8 @@ void ReserveResultStream() {
     if (started) ::dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
-bool WriteResult(const std::string& text) {
-    std::size_t done = 0;
-    while (done < text.size()) {
-        const ssize_t n = ::write(g_results, text.data() + done, text.size() - done);
-        if (n < 0 && errno != EINTR) return false;
-        if (n > 0) done += static_cast<std::size_t>(n);
-    }
-    return true;
-}
+bool WriteResult(const std::string& text) { return WriteAll(g_results, text); }
+
+void WriteMessage(const std::string& text) { WriteAll(STDERR_FILENO, text); }
 
 } // namespace orvane::tools

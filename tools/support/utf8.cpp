@@ -1,4 +1,4 @@
-#include "tools/orvane/utf8.h"
+#include "tools/support/utf8.h"
 
 namespace orvane::tools {
 

@@ -1,5 +1,7 @@
 #include "tools/support/whole_file.h"
 
+#include "tools/support/file_identity.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -46,6 +48,13 @@ bool RenameToFreeName(const std::string& from, const std::string& to) {
     return ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0;
 }
 
+bool IsNoRegularFile(const std::string& path, std::string* error) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode)) return false;
+    *error = S_ISDIR(status.st_mode) ? "is a folder" : "is not a regular file";
+    return true;
+}
+
 bool PutInPlace(const std::string& temporary, const std::string& path, bool force) {
     if (!force) return RenameToFreeName(temporary, path);
     return std::rename(temporary.c_str(), path.c_str()) == 0;
@@ -77,11 +86,7 @@ bool ReadWholeFile(const std::string& path, std::string* content, std::string* e
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& content, bool force, std::string* error) {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-        *error = S_ISDIR(status.st_mode) ? "is a folder" : "is not a regular file";
-        return false;
-    }
+    if (IsNoRegularFile(path, error)) return false;
     std::string temporary;
     const int file = CreateTemporary(path, &temporary);
     if (file < 0) return Fail(error, "cannot write", errno);
@@ -99,10 +104,24 @@ bool WriteWholeFile(const std::string& path, const std::string& content, bool fo
     if (good) return true;
     ::unlink(temporary.c_str());
     if (code == EEXIST && !force) {
-        *error = "exists already; --force replaces it";
+        *error = kNameTaken;
         return false;
     }
     return Fail(error, "cannot write", code);
+}
+
+bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) {
+    if (IsNoRegularFile(path, error)) return false;
+    if (!force && IsNameTaken(path)) {
+        *error = kNameTaken;
+        return false;
+    }
+    std::string temporary;
+    const int file = CreateTemporary(path, &temporary);
+    if (file < 0) return Fail(error, "cannot write", errno);
+    ::close(file);
+    ::unlink(temporary.c_str());
+    return true;
 }
 
 } // namespace orvane::tools

@@ -1,0 +1,150 @@
+// What the operator feels: the rubber band, a turn and a step of the tolerance on a photograph of 12
+// megapixels, as the session serves them. The window is one that shows nothing: it takes the preview's
+// pictures and copies them.
+#include "actions/action_settings.h"
+#include "bench/photo.h"
+#include "image/bitmap.h"
+#include "orvane/orvane.h"
+#include "session/quick_view_dlg.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace orvane::bench {
+namespace {
+
+/// Plays the operator while the window is open.
+using Operator = std::function<void()>;
+
+class QuietWindow final : public QuickViewWindow {
+public:
+    QuietWindow(WindowEvents& events, const Operator& play) : events_(events), play_(play) {}
+
+    bool DoModal() override {
+        events_.OnInitDialog();
+        play_();
+        events_.OnCancel();
+        return true;
+    }
+    void EndDialog() override {}
+    bool HasControl(int32) override { return true; }
+    void ShowControl(int32, bool) override {}
+    void EnableControl(int32, bool) override {}
+    void FocusControl(int32) override {}
+    void SetDefaultButton(int32) override {}
+    void MoveControl(int32, int32) override {}
+    void UpdateControl(int32) override {}
+    void SetTitle(const wchar_t*) override {}
+    void SetText(int32, const wchar_t*) override {}
+    int32 GetText(int32, wchar_t* text, int32) override { return text[0] = 0; }
+    void SetSliderRange(int32, int32) override {}
+    void SetSliderPosition(int32 position) override { slider_ = position; }
+    int32 SliderPosition() override { return slider_; }
+    void SetPreview(PictureView picture) override {
+        preview_.assign(picture.bits, picture.bits + BitmapRowBytes(picture.width) * picture.height);
+        ++pictures;
+    }
+    void RepaintPreview() override {}
+    bool LoadSkin(int32, const std::filesystem::path::value_type*, ColourRef) override { return false; }
+    void ResetSkin(int32) override {}
+    void SetCursor(Cursor) override {}
+    void ShowAbout() override {}
+    void Rest(int32) override {}
+    void Post(WindowMessage message) override {
+        // A toolkit would answer later; the opening animation would never end.
+        if (message == WindowMessage::previewBitmap) events_.OnMessage(message);
+    }
+
+    int64 pictures = 0; // that the preview showed so far
+
+private:
+    WindowEvents& events_;
+    const Operator& play_;
+    std::vector<uint8> preview_;
+    int32 slider_ = 0;
+};
+
+class QuietWindows final : public WindowSystem {
+public:
+    bool CanOpenWindow() override { return true; }
+    QuickViewWindow* CreateQuickView(WindowEvents& events, void*) override {
+        return window = new QuietWindow(events, play);
+    }
+    void ShowFaceConfirm(PictureView) override {}
+    void ShowMessage(const char*) override {}
+    bool IsWindowHandle(void*) override { return false; }
+    void WriteText(uint8*, int32, int32, const TextMark&) override {}
+
+    Operator play;
+    QuietWindow* window = nullptr;
+};
+
+/// A session on a photograph of 4000 by 3000 with these actions, its face marked by hand in the middle and a
+/// quarter of the picture high. `step` is one thing that the operator does; it must change the preview.
+template <typename Prepare, typename Step>
+void RunSession(benchmark::State& state, const std::vector<int32>& actions, Prepare prepare, Step step) {
+    ImageBuffer photo;
+    MakePhoto({4000, 3000}, photo);
+    const BitmapHeader header = OutgoingHeader(photo.width, photo.height);
+    orv_Handle dib = orv_BlockAlloc(sizeof header + header.biSizeImage);
+    auto* bytes = static_cast<uint8*>(orv_BlockLock(dib));
+    std::memcpy(bytes, &header, sizeof header);
+    std::memcpy(bytes + sizeof header, photo.data, header.biSizeImage);
+    orv_BlockUnlock(dib);
+
+    orv_InitDLL();
+    for (const int32 action : actions) orv_EnableAction(action, 1);
+    QuietWindows windows;
+    COrvQuickViewDlg session(windows);
+    session.m_previewMaxWidth = session.m_previewMaxHeight = 400;
+    int64 steps = 0, pictures = 0;
+    windows.play = [&] {
+        const int32 x = kPreviewLeft + 200, y = kPreviewTop + 150;
+        session.OnLButtonDown(x - 37, y - 37);
+        session.OnLButtonUp(x + 38, y + 38);
+        prepare(session);
+        const int64 before = windows.window->pictures;
+        for (auto _ : state) step(session, static_cast<int32>(steps++));
+        pictures = windows.window->pictures - before;
+    };
+    const int32 result = session.DetectFacePicture(dib);
+    state.counters["work_width"] = session.m_workWidth;
+    if (result != ORV_CANCELLED || steps == 0 || pictures != steps) state.SkipWithError("a step left the preview");
+    orv_ReleaseDLL();
+    orv_BlockFree(dib);
+}
+
+void RubberBand(benchmark::State& state) {
+    const auto firstCorner = [](COrvQuickViewDlg& session) { session.OnLButtonDown(60, 60); };
+    RunSession(state, {ORV_CROP}, firstCorner,
+               [](COrvQuickViewDlg& session, int32 step) { session.OnMouseMove(100 + step % 200, 120 + step % 150); });
+}
+
+void PressOk(COrvQuickViewDlg& session) { session.OnBnClickedOk(); }
+
+/// With the crop (1) or without it (0), by turns as a tilted head needs them.
+void SetRotation(benchmark::State& state) {
+    std::vector<int32> actions{ORV_ROTATE};
+    if (state.range(0) != 0) actions.push_back(ORV_CROP);
+    RunSession(state, actions, PressOk,
+               [](COrvQuickViewDlg& session, int32 step) { session.SetRotation(1 + step % 20); });
+}
+
+/// All actions, with the crop (1) or without it (0).
+void ToleranceStep(benchmark::State& state) {
+    std::vector<int32> actions{ORV_REMOVE_BACKGROUND, ORV_CORRECT_COLOUR};
+    if (state.range(0) != 0) actions.push_back(ORV_CROP);
+    RunSession(state, actions, PressOk,
+               [](COrvQuickViewDlg& session, int32 step) { session.SetTolerance(30 + step % 20); });
+}
+
+BENCHMARK(RubberBand)->Unit(benchmark::kMillisecond);
+BENCHMARK(SetRotation)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
+BENCHMARK(ToleranceStep)->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace orvane::bench

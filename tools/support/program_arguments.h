@@ -1,0 +1,13 @@
+// The command line as every tool takes it: paths as the file functions want them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace orvane::tools {
+
+/// The arguments behind the program's name, of what main was given: its bytes on Linux; on Windows the
+/// process's own command line as UTF-8, whatever main's code page made of it.
+std::vector<std::string> ProgramArguments(int count, char** arguments);
+
+} // namespace orvane::tools
