@@ -41,7 +41,8 @@ public:
 private:
     WindowSystem& Face() {
         static WindowSystem* const loaded = LoadFace(); // once, whatever thread comes first
-        return loaded != nullptr ? *loaded : none_;
+        if (loaded != nullptr) return *loaded;
+        return none_;
     }
 
     NoWindows none_;

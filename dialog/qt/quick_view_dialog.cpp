@@ -83,7 +83,7 @@ void QuickViewDialog::keyPressEvent(QKeyEvent* event) {
         return;
     }
     default:
-        QWidget::keyPressEvent(event);
+        event->ignore();
     }
 }
 

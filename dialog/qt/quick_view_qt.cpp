@@ -20,7 +20,9 @@ namespace orvane {
 
 QuickViewQt::QuickViewQt(WindowEvents& events, void* owner)
     : events_(events), owner_(owner),
-      queue_([this](WindowMessage message) { Tell([message](WindowEvents& to) { to.OnMessage(message); }); }) {}
+      queue_([this](WindowMessage message) { Tell([message](WindowEvents& to) { to.OnMessage(message); }); }) {
+    QObject::connect(&waitCursor_, &QTimer::timeout, &queue_, [this] { TakeBackWaitCursor(); });
+}
 
 QuickViewQt::~QuickViewQt() {
     Stop();
@@ -186,21 +188,15 @@ void QuickViewQt::SetCursor(Cursor cursor) {
         dialog_->setCursor(cursor == Cursor::cross ? Qt::CrossCursor : Qt::ArrowCursor);
         return;
     }
-    if (waiting_) return;
-    waiting_ = true;
+    if (waitCursor_.isActive()) return;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    // It stands until the event loop has its turn again.
-    QMetaObject::invokeMethod(
-        &queue_, [this] { TakeBackWaitCursor(); }, Qt::QueuedConnection);
+    waitCursor_.start(0); // it stands until the event loop has its turn again
 }
 
 void QuickViewQt::TakeBackWaitCursor() {
-    if (!waiting_) return;
-    if (serving_ && MessagePause::IsOn()) { // the confirmation's loop is not ours
-        QTimer::singleShot(20, &queue_, [this] { TakeBackWaitCursor(); });
-        return;
-    }
-    waiting_ = false;
+    if (!waitCursor_.isActive()) return;
+    if (serving_ && MessagePause::IsOn()) return waitCursor_.start(20); // the confirmation's loop is not ours
+    waitCursor_.stop();
     QApplication::restoreOverrideCursor();
 }
 

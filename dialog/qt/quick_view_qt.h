@@ -6,6 +6,7 @@
 #include "session/window.h"
 
 #include <QPointer>
+#include <QTimer>
 
 class QEventLoop;
 
@@ -62,7 +63,7 @@ private:
     QEventLoop* loop_ = nullptr;
     bool started_ = false;
     bool serving_ = false; // from OnInitDialog to the window's end
-    bool waiting_ = false; // the wait cursor is up
+    QTimer waitCursor_;    // runs while the wait cursor is up
 };
 
 } // namespace orvane

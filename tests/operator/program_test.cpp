@@ -23,7 +23,14 @@ protected:
         work_.Put("a.png", Encoded(".png", PhotoWithSquare(320, 240, 100, 80)));
     }
 
-    ProcessResult Run(const Arguments& arguments) const { return RunProcess(program_, arguments, work_.Path()); }
+    /// Without the line that the library writes for want of a window, which is none of the program's.
+    ProcessResult Run(const Arguments& arguments) const {
+        ProcessResult result = RunProcess(program_, arguments, work_.Path());
+        if (result.err.rfind("orvane: working without a window: ", 0) == 0) {
+            result.err.erase(0, result.err.find('\n') + 1);
+        }
+        return result;
+    }
 
     ProcessResult Review(const Arguments& more) const {
         Arguments arguments = {"review", "--hidden"};
