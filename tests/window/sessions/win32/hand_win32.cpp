@@ -140,6 +140,7 @@ public:
         HWND slider = Usable(kToleranceSlider);
         if (slider == nullptr) return;
         RECT thumb{}, client{};
+        RedrawWindow(slider, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); // the thumb lies where it was painted
         Send(slider, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
         GetClientRect(slider, &client);
         const int y = (thumb.top + thumb.bottom) / 2;
