@@ -38,6 +38,7 @@ void OnClose(HWND dialog, const Thumbnail& thumbnail) {
     SetWindowPos(dialog, nullptr, 0, 0, thumbnail.width + kFrameWidth, thumbnail.height + kFrameHeight,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_SHOWWINDOW);
     RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    GdiFlush(); // on the screen before the thread rests
     Sleep(kStandsMilliseconds);
     DropInput();
     set(nullptr);
