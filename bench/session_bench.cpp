@@ -1,7 +1,5 @@
 // The whole session, with the crop alone through the exports and with all actions split by slot, and the
 // detector alone, at three sizes of photograph.
-#include "session/session_state.h"
-#include "session/stage_clock.h"
 #include "bench/photo.h"
 #include "detect/candidates.h"
 #include "detect/cascade_detector.h"
@@ -9,6 +7,8 @@
 #include "image/result_codes.h"
 #include "image/session_images.h"
 #include "orvane/orvane.h"
+#include "session/session_state.h"
+#include "session/stage_clock.h"
 
 #include <benchmark/benchmark.h>
 

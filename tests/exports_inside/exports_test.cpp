@@ -3,10 +3,10 @@
 #define ORV_API
 #include "orvane/orvane.h"
 
-#include "session/session_state.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
 #include "primitives/dispatch.h"
+#include "session/session_state.h"
 #include "tests/exports_inside/new_limit.h"
 #include "tests/support/fresh_session.h"
 #include "tests/support/host_block.h"

@@ -1,8 +1,8 @@
 // The chain of corrections once more, with a whole-picture copy for every hand-over.
 #pragma once
 
-#include "session/session_state.h"
 #include "image/session_images.h"
+#include "session/session_state.h"
 #include "tests/reference/actions.h"
 #include "tests/reference/background.h"
 #include "tests/reference/colour_correction.h"

@@ -1,9 +1,9 @@
 // The state of a library in which nothing has happened yet.
 #pragma once
 
+#include "image/session_images.h"
 #include "session/session_state.h"
 #include "session/stage_clock.h"
-#include "image/session_images.h"
 #include "tests/support/settings_guard.h"
 
 namespace orvane::test {

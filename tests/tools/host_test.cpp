@@ -3,12 +3,12 @@
 #include "tools/orvane/host.h"
 
 #include "actions/action_settings.h"
-#include "session/session_state.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
 #include "image/packed_dib.h"
 #include "orvane/orvane.h"
 #include "platform/module_folder.h"
+#include "session/session_state.h"
 #include "tests/support/heap_limit.h"
 #include "tests/tools/bright_square.h"
 #include "tests/tools/temp_folder.h"

@@ -2,8 +2,8 @@
 // files replaces another.
 #include "tools/orvane/steps.h"
 
-#include "session/session_state.h"
 #include "image/session_images.h"
+#include "session/session_state.h"
 #include "tests/tools/bright_square.h"
 #include "tests/tools/process.h"
 #include "tests/tools/temp_folder.h"

@@ -1,7 +1,7 @@
 #include "tools/orvane/commands.h"
 
-#include "session/stage_clock.h"
 #include "image/result_codes.h"
+#include "session/stage_clock.h"
 #include "tools/orvane/host.h"
 #include "tools/orvane/json.h"
 #include "tools/orvane/output_names.h"

@@ -1,7 +1,5 @@
 #include "tools/orvane/host.h"
 
-#include "session/session_state.h"
-#include "session/stage_clock.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
 #include "image/packed_dib.h"
@@ -9,6 +7,8 @@
 #include "platform/module_folder.h"
 #include "primitives/dispatch.h"
 #include "primitives/processor.h"
+#include "session/session_state.h"
+#include "session/stage_clock.h"
 #include "tools/support/status_text.h"
 
 #include <cstring>

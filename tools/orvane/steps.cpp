@@ -1,7 +1,7 @@
 #include "tools/orvane/steps.h"
 
-#include "session/session_state.h"
 #include "image/session_images.h"
+#include "session/session_state.h"
 #include "tools/orvane/output_names.h"
 
 #include <cstring>

@@ -65,7 +65,7 @@ TEST(Soak, MemoryAndHandlesStayFlat) {
               << before.handles << " -> " << after.handles << "\n";
     constexpr int64 kLateCaches = 16;
     EXPECT_LE(after.handles, before.handles + kLateCaches);
-#ifndef __SANITIZE_ADDRESS__           // which keeps freed memory back, and looks for leaks by itself
+#ifndef __SANITIZE_ADDRESS__            // which keeps freed memory back, and looks for leaks by itself
     constexpr int64 kSpread = 12 << 20; // of the allocators, not growing with the number of sessions
     EXPECT_LE(after.memory, before.memory + kSpread);
 #endif
