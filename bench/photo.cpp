@@ -1,5 +1,6 @@
 #include "bench/photo.h"
 
+#include "image/bitmap.h"
 #include "primitives/primitives.h"
 #include "tools/support/picture_io.h"
 
@@ -48,6 +49,18 @@ void MakePhoto(ImageSize size, ImageBuffer& picture) {
     primResize_8u_C3(g_photo.data, g_photo.Size(), g_photo.Step(), {0, 0, g_photo.width, g_photo.height}, picture.data,
                      picture.Step(), size, (size.width + 0.5) / g_photo.width, (size.height + 0.5) / g_photo.height,
                      kLinear);
+}
+
+orv_Handle PackedPhoto(ImageSize size) {
+    ImageBuffer photo;
+    MakePhoto(size, photo);
+    const BitmapHeader header = OutgoingHeader(size.width, size.height);
+    orv_Handle dib = orv_BlockAlloc(sizeof header + header.biSizeImage);
+    auto* bytes = static_cast<uint8*>(orv_BlockLock(dib));
+    std::memcpy(bytes, &header, sizeof header);
+    std::memcpy(bytes + sizeof header, photo.data, header.biSizeImage);
+    orv_BlockUnlock(dib);
+    return dib;
 }
 
 } // namespace orvane::bench

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "image/image_buffer.h"
+#include "orvane/orvane.h"
 
 #include <string>
 
@@ -14,5 +15,8 @@ bool LoadPhoto(const std::string& path);
 
 /// The photograph scaled to `size` (its proportions give way), as a three-channel picture.
 void MakePhoto(ImageSize size, ImageBuffer& picture);
+
+/// The same as a packed bitmap, which the caller frees.
+orv_Handle PackedPhoto(ImageSize size);
 
 } // namespace orvane::bench

@@ -19,19 +19,6 @@
 namespace orvane::bench {
 namespace {
 
-/// A photograph as a packed bitmap.
-orv_Handle PackedPhoto(ImageSize size) {
-    ImageBuffer photo;
-    MakePhoto(size, photo);
-    const BitmapHeader header = OutgoingHeader(size.width, size.height);
-    orv_Handle dib = orv_BlockAlloc(sizeof header + header.biSizeImage);
-    auto* bytes = static_cast<uint8*>(orv_BlockLock(dib));
-    std::memcpy(bytes, &header, sizeof header);
-    std::memcpy(bytes + sizeof header, photo.data, header.biSizeImage);
-    orv_BlockUnlock(dib);
-    return dib;
-}
-
 ImageSize SizeOf(const benchmark::State& state) {
     return {static_cast<int32>(state.range(0)), static_cast<int32>(state.range(1))};
 }

@@ -9,7 +9,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstring>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -87,15 +86,7 @@ public:
 /// quarter of the picture high. `step` is one thing that the operator does; it must change the preview.
 template <typename Prepare, typename Step>
 void RunSession(benchmark::State& state, const std::vector<int32>& actions, Prepare prepare, Step step) {
-    ImageBuffer photo;
-    MakePhoto({4000, 3000}, photo);
-    const BitmapHeader header = OutgoingHeader(photo.width, photo.height);
-    orv_Handle dib = orv_BlockAlloc(sizeof header + header.biSizeImage);
-    auto* bytes = static_cast<uint8*>(orv_BlockLock(dib));
-    std::memcpy(bytes, &header, sizeof header);
-    std::memcpy(bytes + sizeof header, photo.data, header.biSizeImage);
-    orv_BlockUnlock(dib);
-
+    orv_Handle dib = PackedPhoto({4000, 3000});
     orv_InitDLL();
     for (const int32 action : actions) orv_EnableAction(action, 1);
     QuietWindows windows;
