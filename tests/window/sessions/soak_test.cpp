@@ -60,6 +60,7 @@ TEST(Soak, MemoryAndHandlesStayFlat) {
         if (number == warmUp) before = HeldByThisProcess();
         RunSession(host, photo, number);
     }
+    ASSERT_FALSE(HasFailure()) << "a session went wrong";
     const Held after = HeldByThisProcess();
     std::cout << sessions << " sessions: memory " << before.memory << " -> " << after.memory << " bytes, handles "
               << before.handles << " -> " << after.handles << "\n";

@@ -139,23 +139,12 @@ public:
     void DragSlider(int32 position) override {
         HWND slider = Usable(kToleranceSlider);
         if (slider == nullptr) return;
-        RECT thumb{}, client{};
-        RedrawWindow(slider, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); // the thumb lies where it was painted
-        Send(slider, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
-        GetClientRect(slider, &client);
-        const int y = (thumb.top + thumb.bottom) / 2;
-        int x = (thumb.left + thumb.right) / 2;
-        Send(slider, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
-        const auto at = [&] { return static_cast<int32>(Send(slider, TBM_GETPOS, 0, 0)); };
-        // A pixel at a time: that is how far a hand knows where the position lies.
-        const int way = at() < position ? 1 : -1;
-        while ((position - at()) * way > 0 && x > 0 && x < client.right) {
-            x += way;
-            Send(slider, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(x, y));
-        }
-        // A pixel may be more than a step.
-        EXPECT_LE(std::abs(at() - position), 2) << "the slider does not go there";
-        Send(slider, TBM_SETPOS, TRUE, position);
+        // The system may take the mouse away while it still gives the window its focus: then a hand grasps again.
+        int x = 0, y = 0;
+        bool there = false;
+        for (int grasp = 0; grasp < 5 && !there; ++grasp) there = Drag(slider, position, x, y);
+        EXPECT_TRUE(there) << "the slider does not go there";
+        Send(slider, TBM_SETPOS, TRUE, position); // a pixel may be more than a step
         Send(slider, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
     }
     void Enter() override { PressKey(VK_RETURN); }
@@ -177,6 +166,26 @@ public:
     }
 
 private:
+    static int32 SliderAt(HWND slider) { return static_cast<int32>(Send(slider, TBM_GETPOS, 0, 0)); }
+    /// Grasps the thumb and moves it to a position, a pixel at a time: that is how far a hand knows where the
+    /// position lies. False, with the thumb let go, when it does not come along.
+    static bool Drag(HWND slider, int32 position, int& x, int& y) {
+        RECT thumb{}, client{};
+        RedrawWindow(slider, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); // the thumb lies where it was painted
+        Send(slider, TBM_GETTHUMBRECT, 0, reinterpret_cast<LPARAM>(&thumb));
+        GetClientRect(slider, &client);
+        x = (thumb.left + thumb.right) / 2;
+        y = (thumb.top + thumb.bottom) / 2;
+        Send(slider, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+        const int way = SliderAt(slider) < position ? 1 : -1;
+        while ((position - SliderAt(slider)) * way > 0 && x > 0 && x < client.right) {
+            x += way;
+            Send(slider, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(x, y));
+        }
+        if (std::abs(SliderAt(slider) - position) <= 2) return true;
+        Send(slider, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+        return false;
+    }
     HWND Window() { return FindOurs(kTitle); }
     HWND Control(int32 id) {
         HWND window = Window();
