@@ -130,8 +130,8 @@ public:
     LanguageTable m_language;                                  // the window's texts
     Bitmap m_sourceBitmap;                                     // picture as handed in
     Bitmap m_resultBitmap;                                     // the work picture, and after the final run the output
-    int32 m_previewOffsetX = 11;                               // client position of the preview's first pixel
-    int32 m_previewOffsetY = 12;
+    int32 m_previewOffsetX = kPreviewLeft;                     // client position of the preview's first pixel
+    int32 m_previewOffsetY = kPreviewTop;
     int32 m_mouseX = 0; // last mouse position in preview coordinates
     int32 m_mouseY = 0;
     int32 m_anchorLeft = -1; // the two corners as clicked or detected; -1 not set

@@ -81,8 +81,8 @@ int32 COrvQuickViewDlg::DetectFaceLive(int32 deviceIndex) {
 }
 
 int32 COrvQuickViewDlg::BeginSession() {
-    m_previewOffsetX = 11;
-    m_previewOffsetY = 12;
+    m_previewOffsetX = kPreviewLeft;
+    m_previewOffsetY = kPreviewTop;
     ClearMarks();
     m_rotation = 0;
     m_stage = kMarking;
