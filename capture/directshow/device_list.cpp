@@ -34,7 +34,8 @@ std::vector<DirectShowDevice> ListDevices() {
     if (FAILED(system.Create(CLSID_SystemDeviceEnum, CLSCTX_ALL))) return {};
     ComPtr<IEnumMoniker> monikers;
     // Without a device the result is S_FALSE and there is no enumerator.
-    if (FAILED(system->CreateClassEnumerator(CLSID_VideoInputDeviceCategory, monikers.Put(), 0)) || !monikers) return {};
+    if (FAILED(system->CreateClassEnumerator(CLSID_VideoInputDeviceCategory, monikers.Put(), 0)) || !monikers)
+        return {};
     return ReadDevices(*monikers.Get());
 }
 

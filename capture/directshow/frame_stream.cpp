@@ -26,6 +26,7 @@ ComPtr<IStream> StreamOf(const std::vector<uint8>& file) {
 
 IUnknown* GrabFrameObject(CVideoCapture& capture, FrameObject object, int32* size) {
     if (size != nullptr) *size = 0;
+    if (object < FrameObject::stream || object > FrameObject::picture) return nullptr;
     std::vector<uint8> file;
     try {
         if (!capture.GrabFrameFile(file)) return nullptr;
@@ -41,8 +42,8 @@ IUnknown* GrabFrameObject(CVideoCapture& capture, FrameObject object, int32* siz
         return SUCCEEDED(sequential.QueryFrom(stream)) ? sequential.Detach() : nullptr;
     }
     ComPtr<IPicture> picture;
-    const HRESULT result = OleLoadPicture(stream.Get(), static_cast<LONG>(file.size()), FALSE, __uuidof(IPicture),
-                                          picture.PutVoid());
+    const HRESULT result =
+        OleLoadPicture(stream.Get(), static_cast<LONG>(file.size()), FALSE, __uuidof(IPicture), picture.PutVoid());
     return SUCCEEDED(result) ? picture.Detach() : nullptr;
 }
 

@@ -21,7 +21,7 @@ void PutPixelName(const GUID& subtype, VideoFormat& format) {
     const struct {
         const GUID& subtype;
         std::string_view name;
-    } plain[] = {{MEDIASUBTYPE_RGB24, "RGB24"},   {MEDIASUBTYPE_RGB32, "RGB32"}, {MEDIASUBTYPE_ARGB32, "ARGB32"},
+    } plain[] = {{MEDIASUBTYPE_RGB24, "RGB24"},   {MEDIASUBTYPE_RGB32, "RGB32"},   {MEDIASUBTYPE_ARGB32, "ARGB32"},
                  {MEDIASUBTYPE_RGB565, "RGB565"}, {MEDIASUBTYPE_RGB555, "RGB555"}, {MEDIASUBTYPE_RGB8, "RGB8"}};
     for (const auto& known : plain) {
         if (subtype == known.subtype) return PutName(known.name, format);

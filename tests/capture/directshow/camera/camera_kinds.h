@@ -12,10 +12,12 @@ namespace orvane::test {
 enum class TestCamera : int {
     previewAndCapture, // both pins, and every text
     captureOnly,       // one pin, and no description
+    refusedPreview,    // its preview pin refuses every other pin
     interleaved,       // a small preview pin comes before a full one whose first type is interleaved video
     videoPort,         // a capture pin, and one that leads past the graph
     topDown,           // its rows begin at the top
     noSize,            // frames of no width
+    eager,             // delivers while it is paused, too
     silent,            // opens, runs, and never delivers
     unplugged,         // is gone after some frames
     shortFrames,       // half of every frame is missing
@@ -26,29 +28,44 @@ enum class TestCamera : int {
 };
 
 /// What a pin of a camera is for.
-enum class PinUse { none, preview, smallPreview, interleavedPreview, capture, videoPort };
+enum class PinUse {
+    none,
+    capture,
+    interleavedCapture,
+    preview,
+    smallPreview,
+    interleavedPreview,
+    refusedPreview,
+    videoPort
+};
 
 struct CameraKind {
     const wchar_t* name;
     const wchar_t* description; // null where it has none
     const wchar_t* path;        // null where it has none
-    PinUse pins[2];
-    int framesUntilGone; // 0 for a camera that stays
+    PinUse pins[4];             // those that are left out are none
+    int framesUntilGone;        // 0 for a camera that stays
 };
 
 inline constexpr int kCameraCount = static_cast<int>(TestCamera::count);
 inline constexpr CameraKind kCameraKinds[] = {
     {L"Played camera", L"Preview and capture", L"played:0", {PinUse::capture, PinUse::preview}, 0},
-    {L"Played capture", nullptr, L"played:1", {PinUse::capture, PinUse::none}, 0},
-    {L"Played interleaved", L"Interleaved", nullptr, {PinUse::smallPreview, PinUse::interleavedPreview}, 0},
+    {L"Played capture", nullptr, L"played:1", {PinUse::capture}, 0},
+    {L"Played refused preview", L"Refused preview", nullptr, {PinUse::capture, PinUse::refusedPreview}, 0},
+    {L"Played interleaved",
+     L"Interleaved",
+     nullptr,
+     {PinUse::smallPreview, PinUse::interleavedPreview, PinUse::interleavedCapture, PinUse::videoPort},
+     0},
     {L"Played video port", L"Video port", nullptr, {PinUse::capture, PinUse::videoPort}, 0},
     {L"Played top-down", L"Top-down", nullptr, {PinUse::capture, PinUse::preview}, 0},
     {L"Played without size", L"Without size", nullptr, {PinUse::capture, PinUse::preview}, 0},
+    {L"Played eagerness", L"Eager", nullptr, {PinUse::capture, PinUse::preview}, 0},
     {L"Played silence", L"Silent", nullptr, {PinUse::capture, PinUse::preview}, 0},
     {L"Played unplugged", L"Unplugged", nullptr, {PinUse::capture, PinUse::preview}, 10},
     {L"Played short frames", L"Short frames", nullptr, {PinUse::capture, PinUse::preview}, 0},
     {L"Played long frames", L"Long frames", nullptr, {PinUse::capture, PinUse::preview}, 0},
-    {L"Played without filter", L"Without filter", nullptr, {PinUse::none, PinUse::none}, 0},
+    {L"Played without filter", L"Without filter", nullptr, {}, 0},
     {L"Played refusal", L"Refusal", nullptr, {PinUse::capture, PinUse::preview}, 0},
 };
 static_assert(std::size(kCameraKinds) == kCameraCount);
@@ -69,6 +86,7 @@ struct CameraCounters {
     LONG objects;   // alive: filters, enumerators, class factories
     LONG threads;   // that deliver
     LONG delivered; // frames of all cameras since the library was loaded
+    LONG controls;  // times that a video port gave its control
 };
 using TestCameraCountersFunction = void (*)(CameraCounters*);
 inline constexpr const wchar_t* kCameraLibrary = L"orvane_test_camera.dll";

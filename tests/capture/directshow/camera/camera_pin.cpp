@@ -14,7 +14,8 @@ CameraPin::CameraPin(IBaseFilter& filter, TestCamera camera, PinUse use)
     FrameForm form{false, frames_[0].width, frames_[0].height};
     if (camera == TestCamera::topDown) form.height = -form.height;
     if (camera == TestCamera::noSize) form.width = 0;
-    if (use == PinUse::interleavedPreview) forms_.push_back({true, form.width, form.height});
+    if (use == PinUse::interleavedPreview || use == PinUse::interleavedCapture)
+        forms_.push_back({true, form.width, form.height});
     forms_.push_back(form);
 }
 
@@ -26,9 +27,12 @@ CameraPin::~CameraPin() {
 const wchar_t* CameraPin::Name() const {
     switch (use_) {
     case PinUse::capture:
+    case PinUse::interleavedCapture:
         return L"Capture";
     case PinUse::smallPreview:
         return L"Small preview";
+    case PinUse::refusedPreview:
+        return L"Refused preview";
     case PinUse::videoPort:
         return L"Video port";
     default:
@@ -44,6 +48,12 @@ HRESULT CameraPin::QueryInterface(REFIID id, void** object) {
     if (id == __uuidof(IUnknown) || id == __uuidof(IPin)) *object = static_cast<IPin*>(this);
     if (id == kProperties) *object = static_cast<PinProperties*>(this);
     if (id == __uuidof(IAMStreamConfig)) *object = static_cast<IAMStreamConfig*>(this);
+    // What steers an external device; nobody calls it, so that any object will do.
+    constexpr GUID kControl{0xB5730A90, 0x1A2C, 0x11CF, {0x8C, 0x23, 0x00, 0xAA, 0x00, 0x6B, 0x68, 0x14}};
+    if (id == kControl && use_ == PinUse::videoPort) {
+        *object = static_cast<IPin*>(this);
+        ++g_live.controls;
+    }
     if (*object == nullptr) return E_NOINTERFACE;
     AddRef();
     return S_OK;
@@ -53,7 +63,8 @@ HRESULT CameraPin::Connect(IPin* receiver, const AM_MEDIA_TYPE* type) {
     if (receiver == nullptr) return E_POINTER;
     if (receiver_ != nullptr) return VFW_E_ALREADY_CONNECTED;
     // What goes to a video port never passes through the graph.
-    if (camera_ == TestCamera::noConnection || use_ == PinUse::videoPort) return VFW_E_NO_ACCEPTABLE_TYPES;
+    const bool refuses = use_ == PinUse::videoPort || use_ == PinUse::refusedPreview;
+    if (refuses || camera_ == TestCamera::noConnection) return VFW_E_NO_ACCEPTABLE_TYPES;
     for (const FrameForm& form : forms_) {
         if (!form.interleaved && Fits(type, form) && SUCCEEDED(ConnectAs(*receiver, form))) return S_OK;
     }
@@ -164,7 +175,8 @@ HRESULT CameraPin::Get(REFGUID set, DWORD id, void*, DWORD, void* data, DWORD si
     if (returned != nullptr) *returned = sizeof(GUID);
     if (data == nullptr) return S_OK;
     if (size < sizeof(GUID)) return E_UNEXPECTED;
-    const GUID category = use_ == PinUse::capture     ? PIN_CATEGORY_CAPTURE
+    const bool records = use_ == PinUse::capture || use_ == PinUse::interleavedCapture;
+    const GUID category = records                     ? PIN_CATEGORY_CAPTURE
                           : use_ == PinUse::videoPort ? PIN_CATEGORY_VIDEOPORT
                                                       : PIN_CATEGORY_PREVIEW;
     std::memcpy(data, &category, sizeof category);

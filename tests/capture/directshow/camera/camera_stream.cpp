@@ -2,6 +2,7 @@
 #include "tests/capture/directshow/camera/camera_pin.h"
 #include "tests/capture/directshow/camera/counted.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 
@@ -46,8 +47,9 @@ void CameraPin::DeliverFrames() {
             std::unique_lock lock(mutex_);
             next += std::chrono::microseconds(33333);
             changed_.wait_until(lock, next, [this] { return stopping_; });
-            changed_.wait(lock, [this] { return running_ || stopping_; });
+            changed_.wait(lock, [this] { return running_ || stopping_ || camera_ == TestCamera::eager; });
             if (stopping_) break;
+            next = std::max(next, std::chrono::steady_clock::now() - std::chrono::milliseconds(33)); // none catches up
         }
         if (camera_ == TestCamera::silent || (last > 0 && count >= static_cast<std::size_t>(last))) continue;
         if (!DeliverOne(frames_[count % frames_.size()])) break;

@@ -11,6 +11,7 @@ struct LiveCounters {
     std::atomic<LONG> objects{0};
     std::atomic<LONG> threads{0};
     std::atomic<LONG> delivered{0};
+    std::atomic<LONG> controls{0};
 };
 inline LiveCounters g_live;
 

@@ -23,7 +23,8 @@ bool ReadBitmap(const std::filesystem::path& path, Frame& frame) {
     if (head.bfType != 0x4D42 || info.biBitCount != 24 || info.biCompression != BI_RGB) return false;
     if (info.biWidth < 1 || info.biWidth > kLongestSide || info.biHeight < 1 || info.biHeight > kLongestSide)
         return false;
-    const std::size_t size = static_cast<std::size_t>(FrameStep(info.biWidth)) * static_cast<std::size_t>(info.biHeight);
+    const std::size_t size =
+        static_cast<std::size_t>(FrameStep(info.biWidth)) * static_cast<std::size_t>(info.biHeight);
     if (head.bfOffBits > bytes.size() || bytes.size() - head.bfOffBits < size) return false;
     const char* const pixels = bytes.data() + head.bfOffBits;
     frame = {info.biWidth, info.biHeight, std::vector<BYTE>(pixels, pixels + size)};

@@ -54,6 +54,6 @@ HRESULT WINAPI DllCanUnloadNow() { return orvane::test::g_live.objects == 0 ? S_
 
 void TestCameraCounters(orvane::test::CameraCounters* counters) {
     const auto& live = orvane::test::g_live;
-    *counters = {live.objects, live.threads, live.delivered};
+    *counters = {live.objects, live.threads, live.delivered, live.controls};
 }
 }
