@@ -65,7 +65,7 @@ bool CaptureGraph::Build(IMoniker& device, ImageSize& size) {
     if (FAILED(builder.Create(CLSID_CaptureGraphBuilder2, CLSCTX_ALL))) return false;
     if (FAILED(builder->SetFiltergraph(graph.Get()))) return false;
 
-    // A device with a video port has no use for a renderer, which would take the port for itself.
+    // What a device sends to a video port passes by the graph, whose own stream has nothing to show then.
     ComPtr<IPin> videoPort;
     ComPtr<IBaseFilter> sink;
     if (SUCCEEDED(builder->FindPin(source.Get(), PINDIR_OUTPUT, &PIN_CATEGORY_VIDEOPORT, nullptr, FALSE, 0,

@@ -57,9 +57,11 @@ ComPtr<IAMStreamConfig> StreamConfigOf(IMoniker& device) {
 
 bool ToVideoFormat(const AM_MEDIA_TYPE& type, const VIDEO_STREAM_CONFIG_CAPS& caps, VideoFormat& format) {
     if (type.majortype != MEDIATYPE_Video) return false;
+    // Types with the longer header list the same frames once more.
+    const VIDEOINFOHEADER* const video = VideoInfoOf(type);
+    if (video == nullptr) return false;
+    const BITMAPINFOHEADER& header = video->bmiHeader;
     format = {};
-    BITMAPINFOHEADER header{};
-    if (const VIDEOINFOHEADER* const video = VideoInfoOf(type)) header = video->bmiHeader;
     const LONG height = header.biHeight < -kLongestSide ? 0 : std::abs(header.biHeight);
     const LONG sides[] = {Greatest(header.biWidth, caps.MinOutputSize.cx, caps.MaxOutputSize.cx),
                           Greatest(height, caps.MinOutputSize.cy, caps.MaxOutputSize.cy)};

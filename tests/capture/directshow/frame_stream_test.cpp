@@ -2,6 +2,7 @@
 
 #include "capture/directshow/com_holders.h"
 #include "platform/thread_apartment.h"
+#include "tests/support/fake_video.h"
 
 #include <ocidl.h>
 
@@ -10,26 +11,14 @@
 namespace orvane::test {
 namespace {
 
-/// A camera of 5 x 4 pixels that delivers what the test hands to the capture.
-class OneCamera final : public VideoSystem, public VideoSource {
-public:
-    VideoSource* CreateVideoSource() override { return new OneCamera; }
-    int32 EnumerateDevices() override { return 1; }
-    const wchar_t* Text(int32, DeviceText) override { return nullptr; }
-    int32 Formats(int32, VideoFormat*, int32) override { return 0; }
-    bool Open(int32, ImageSize* size) override {
-        *size = {5, 4};
-        return true;
-    }
-    bool ConfigureWindow(std::intptr_t, FrameSink&) override { return true; }
-    bool Run() override { return true; }
-    bool Pause() override { return true; }
-    void Close() override {}
-};
-
 class FrameObjects : public testing::Test {
 protected:
-    FrameObjects() : frame_(16 * 4) {
+    FrameObjects() {
+        FakeDevice small;
+        small.size = {5, 4};
+        video_.devices.push_back(small);
+        EXPECT_GT(capture_.EnumerateDevices(), 0);
+        EXPECT_TRUE(capture_.OpenDevice(0));
         for (std::size_t i = 0; i < frame_.size(); ++i) frame_[i] = static_cast<uint8>(i);
     }
     void Deliver() {
@@ -58,9 +47,9 @@ protected:
     }
 
     ThreadApartment apartment_;
-    OneCamera camera_;
-    CVideoCapture capture_{camera_, true};
-    std::vector<uint8> frame_;
+    FakeVideo video_;
+    CVideoCapture capture_{video_, false};
+    std::vector<uint8> frame_ = std::vector<uint8>(16 * 4);
 };
 
 TEST_F(FrameObjects, AStreamHoldsTheWholeFile) {

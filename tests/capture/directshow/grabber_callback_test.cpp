@@ -2,6 +2,9 @@
 
 #include "tests/capture/directshow/capture_fixture.h"
 
+#include <atomic>
+#include <thread>
+
 namespace orvane::test {
 namespace {
 
@@ -74,6 +77,38 @@ TEST(GrabberCallback, HandsFramesOnWhileThereIsASink) {
     callback.Serve(nullptr, nullptr);
     EXPECT_EQ(slots.BufferCB(0.5, frame, 3), S_OK);
     EXPECT_EQ(sink.Count(), 1);
+}
+
+/// Stays in its frame until it is let go.
+class HeldSink final : public FrameSink {
+public:
+    int32 BufferCB(double, const uint8*, int32) override {
+        inside = true;
+        for (int i = 0; i < 5000 && !letGo; ++i) Sleep(1);
+        inside = false;
+        return 0;
+    }
+    std::atomic<bool> inside{false}, letGo{false};
+};
+
+TEST(GrabberCallback, TakesTheSinkAwayBehindTheFrameThatItHas) {
+    GrabberCallback callback;
+    HeldSink held;
+    callback.Serve(nullptr, &held);
+    std::thread stream([&] {
+        BYTE frame[] = {1};
+        callback.BufferCB(0, frame, 1);
+    });
+    while (!held.inside) Sleep(1);
+    std::thread other([&] {
+        Sleep(50);
+        held.letGo = true;
+    });
+    callback.Serve(nullptr, nullptr);
+    EXPECT_FALSE(held.inside);
+    EXPECT_TRUE(held.letGo);
+    stream.join();
+    other.join();
 }
 
 /// Foreign code reaches the operations by their place alone.

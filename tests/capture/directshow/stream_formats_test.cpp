@@ -82,6 +82,9 @@ TEST_F(DirectShowFormat, IsNoneForOddSizesAndOtherMedia) {
     type_.cbFormat = sizeof video_ - 1;
     EXPECT_FALSE(Convert());
     type_.cbFormat = sizeof video_;
+    type_.formattype = FORMAT_VideoInfo2;
+    EXPECT_FALSE(Convert());
+    type_.formattype = FORMAT_VideoInfo;
     type_.majortype = MEDIATYPE_Audio;
     EXPECT_FALSE(Convert());
 }

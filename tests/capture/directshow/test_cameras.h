@@ -5,7 +5,8 @@
 //     ... // whoever lists the cameras now finds these, in this order
 //
 // Link orvane_test_cameras. The filters lie in a library beside the test program; they are entered in the system's
-// list and leave it with the object. Cameras of the machine itself may stand in the list as well.
+// list and leave it with the object. The list is the machine's, so one test program at a time may use it
+// (orvane_needs_screen sees to that); cameras of the machine itself may stand in it as well.
 #pragma once
 
 #include "tests/capture/directshow/camera/camera_kinds.h"
