@@ -29,17 +29,18 @@ int HandleCount() {
     return GetProcessHandleCount(GetCurrentProcess(), &count) ? static_cast<int>(count) : -1;
 }
 
+BOOL CALLBACK CountVisible(HWND window, LPARAM counter) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process == GetCurrentProcessId() && IsWindowVisible(window)) ++*reinterpret_cast<int*>(counter);
+    return TRUE;
+}
+
 /// Windows of this process that can be seen, those within others included.
 int VisibleWindows() {
     int count = 0;
-    const WNDENUMPROC look = [](HWND window, LPARAM counter) -> BOOL {
-        DWORD process = 0;
-        GetWindowThreadProcessId(window, &process);
-        if (process == GetCurrentProcessId() && IsWindowVisible(window)) ++*reinterpret_cast<int*>(counter);
-        return TRUE;
-    };
-    EnumWindows(look, reinterpret_cast<LPARAM>(&count));
-    EnumChildWindows(GetDesktopWindow(), look, reinterpret_cast<LPARAM>(&count));
+    EnumWindows(CountVisible, reinterpret_cast<LPARAM>(&count));
+    EnumChildWindows(GetDesktopWindow(), CountVisible, reinterpret_cast<LPARAM>(&count));
     return count;
 }
 
