@@ -1,6 +1,8 @@
 // Which devices open, by which way, and at which size.
 #include "tests/capture/directshow/capture_fixture.h"
 
+#include <thread>
+
 namespace orvane::test {
 namespace {
 
@@ -82,6 +84,23 @@ TEST_F(DirectShowGraph, StaysWhileDevicesAreListed) {
     ASSERT_TRUE(sink_.Wait(1));
     source_.EnumerateDevices();
     EXPECT_TRUE(sink_.Wait(3));
+}
+
+TEST_F(DirectShowGraph, StandsInAMultiThreadedApartmentAsWell) {
+    Plug({TestCamera::previewAndCapture});
+    std::thread([&] {
+        ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)));
+        {
+            DirectShowSource source;
+            ASSERT_EQ(source.EnumerateDevices(), first_ + 1);
+            ASSERT_TRUE(source.Open(first_, &size_));
+            ASSERT_TRUE(source.ConfigureWindow(1, sink_));
+            ASSERT_TRUE(source.Run());
+            EXPECT_TRUE(sink_.Wait(3));
+        }
+        CoUninitialize();
+    }).join();
+    ExpectNothingLeft();
 }
 
 TEST_F(DirectShowGraph, WithNothingOpenEveryCallIsHarmless) {
