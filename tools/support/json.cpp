@@ -45,9 +45,12 @@ JsonObject& JsonObject::Null(const char* key) { return Add(key, "null"); }
 JsonObject& JsonObject::Object(const char* key, const JsonObject& value) { return Add(key, value.Line()); }
 
 JsonObject& JsonObject::Objects(const char* key, const std::vector<JsonObject>& values) {
-    std::string array;
-    for (const JsonObject& value : values) array += (array.empty() ? "" : ",") + value.Line();
-    return Add(key, "[" + array + "]");
+    std::string array = "[";
+    for (const JsonObject& value : values) {
+        if (array.size() > 1) array += ',';
+        array += value.Line();
+    }
+    return Add(key, array + ']');
 }
 
 JsonObject& JsonObject::Decimal(const char* key, double value) {
