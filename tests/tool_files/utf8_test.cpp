@@ -6,6 +6,8 @@
 namespace orvane::tools {
 namespace {
 
+constexpr bool kWideUnits = sizeof(wchar_t) == 4;
+
 /// Wide characters by their values, which literals may not hold.
 std::wstring Units(std::initializer_list<unsigned> values) {
     std::wstring text;
@@ -14,12 +16,14 @@ std::wstring Units(std::initializer_list<unsigned> values) {
 }
 
 TEST(Utf8, WideTextOfEveryLengthIsEncoded) {
-    EXPECT_EQ(Utf8(L""), "");
+    EXPECT_EQ(Utf8({}), "");
     EXPECT_EQ(Utf8(Units({'a', 0x7F, 0x80, 0x7FF})), "a\x7F\xC2\x80\xDF\xBF");
     EXPECT_EQ(Utf8(Units({0x800, 0xFFFF})), "\xE0\xA0\x80\xEF\xBF\xBF");
     EXPECT_EQ(Utf8(Units({0xD83D, 0xDE00})), "\xF0\x9F\x98\x80") << "two halves of 16 bits";
     EXPECT_EQ(Utf8(Units({0xDBFF, 0xDFFF})), "\xF4\x8F\xBF\xBF");
-    if (sizeof(wchar_t) == 4) EXPECT_EQ(Utf8(Units({0x1F600, 0x10FFFF})), "\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF");
+    if constexpr (kWideUnits) {
+        EXPECT_EQ(Utf8(Units({0x1F600, 0x10FFFF})), "\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF");
+    }
 }
 
 TEST(Utf8, WhatIsNoCharacterBecomesTheReplacementCharacter) {
@@ -28,7 +32,9 @@ TEST(Utf8, WhatIsNoCharacterBecomesTheReplacementCharacter) {
     EXPECT_EQ(Utf8(Units({0xD83D, 'a'})), replaced + "a");
     EXPECT_EQ(Utf8(Units({0xDE00, 0xD83D})), replaced + replaced);
     EXPECT_EQ(Utf8(Units({0xD83D, 0xD83D, 0xDE00})), replaced + "\xF0\x9F\x98\x80");
-    if (sizeof(wchar_t) == 4) EXPECT_EQ(Utf8(Units({0x110000, 0xFFFFFFFF})), replaced + replaced);
+    if constexpr (kWideUnits) {
+        EXPECT_EQ(Utf8(Units({0x110000, 0xFFFFFFFF})), replaced + replaced);
+    }
 }
 
 TEST(OneLine, ControlCharactersBecomeQuestionMarks) {

@@ -34,6 +34,7 @@ std::vector<CameraFormat> FormatsOf(VideoSource& source, int32 index) {
     }
     told.resize(static_cast<std::size_t>(count));
     std::vector<CameraFormat> formats;
+    formats.reserve(told.size());
     for (const VideoFormat& format : told) {
         formats.push_back({format.width, format.height, format.framesIn1000s, PixelName(format)});
     }
