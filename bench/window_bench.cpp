@@ -3,6 +3,7 @@
 // pictures and copies them.
 #include "actions/action_settings.h"
 #include "bench/photo.h"
+#include "bench/quiet_window.h"
 #include "capture/none/no_video.h"
 #include "image/bitmap.h"
 #include "orvane/orvane.h"
@@ -20,9 +21,9 @@ namespace {
 /// Plays the operator while the window is open.
 using Operator = std::function<void()>;
 
-class QuietWindow final : public QuickViewWindow {
+class PlayedWindow final : public QuietWindow {
 public:
-    QuietWindow(WindowEvents& events, const Operator& play) : events_(events), play_(play) {}
+    PlayedWindow(WindowEvents& events, const Operator& play) : events_(events), play_(play) {}
 
     bool DoModal() override {
         events_.OnInitDialog();
@@ -30,30 +31,10 @@ public:
         events_.OnCancel();
         return true;
     }
-    void EndDialog() override {}
-    bool HasControl(int32) override { return true; }
-    void ShowControl(int32, bool) override {}
-    void EnableControl(int32, bool) override {}
-    void FocusControl(int32) override {}
-    void SetDefaultButton(int32) override {}
-    void MoveControl(int32, int32) override {}
-    void UpdateControl(int32) override {}
-    void SetTitle(const wchar_t*) override {}
-    void SetText(int32, const wchar_t*) override {}
-    int32 GetText(int32, wchar_t* text, int32) override { return text[0] = 0; }
-    void SetSliderRange(int32, int32) override {}
-    void SetSliderPosition(int32 position) override { slider_ = position; }
-    int32 SliderPosition() override { return slider_; }
     void SetPreview(PictureView picture) override {
         preview_.assign(picture.bits, picture.bits + BitmapRowBytes(picture.width) * picture.height);
         ++pictures;
     }
-    void RepaintPreview() override {}
-    bool LoadSkin(int32, const std::filesystem::path::value_type*, ColourRef) override { return false; }
-    void ResetSkin(int32) override {}
-    void SetCursor(Cursor) override {}
-    void ShowAbout() override {}
-    void Rest(int32) override {}
     void Post(WindowMessage message) override {
         // A toolkit would answer later; the opening animation would never end.
         if (message == WindowMessage::previewBitmap) events_.OnMessage(message);
@@ -65,22 +46,16 @@ private:
     WindowEvents& events_;
     const Operator& play_;
     std::vector<uint8> preview_;
-    int32 slider_ = 0;
 };
 
-class QuietWindows final : public WindowSystem {
+class PlayedWindows final : public QuietWindows {
 public:
-    bool CanOpenWindow() override { return true; }
     QuickViewWindow* CreateQuickView(WindowEvents& events, void*) override {
-        return window = new QuietWindow(events, play);
+        return window = new PlayedWindow(events, play);
     }
-    void ShowFaceConfirm(PictureView) override {}
-    void ShowMessage(const char*) override {}
-    bool IsWindowHandle(void*) override { return false; }
-    void WriteText(uint8*, int32, int32, const TextMark&) override {}
 
     Operator play;
-    QuietWindow* window = nullptr;
+    PlayedWindow* window = nullptr;
 };
 
 /// A session on a photograph of 4000 by 3000 with these actions, its face marked by hand in the middle and a
@@ -90,7 +65,7 @@ void RunSession(benchmark::State& state, const std::vector<int32>& actions, Prep
     orv_Handle dib = PackedPhoto({4000, 3000});
     orv_InitDLL();
     for (const int32 action : actions) orv_EnableAction(action, 1);
-    QuietWindows windows;
+    PlayedWindows windows;
     NoVideo video;
     COrvQuickViewDlg session(windows, video);
     session.m_previewMaxWidth = session.m_previewMaxHeight = 400;

@@ -93,9 +93,9 @@ Bitmap CVideoCapture::GrabFrame() {
     if (m_playState != kRunning || m_openDevice == -1 || !bitmap.Create(m_width, m_height)) return {};
     const std::unique_lock lock(m_frameMutex, kGrabPatience);
     if (!lock) return {}; // as while paused: what another thread is writing must not be read
-    const auto wanted = static_cast<int32>(bitmap.Header().biSizeImage);
-    if (m_frameSize > 0)
-        std::memcpy(bitmap.Bits(), m_frame.get(), static_cast<std::size_t>(std::min(m_frameSize, wanted)));
+    // The whole block: behind a frame that was too short stands the end of the one before.
+    const int32 bytes = std::min(m_frameCapacity, static_cast<int32>(bitmap.Header().biSizeImage));
+    if (bytes > 0) std::memcpy(bitmap.Bits(), m_frame.get(), static_cast<std::size_t>(bytes));
     return bitmap;
 }
 

@@ -90,6 +90,7 @@ public:
     void ShowMessage(const char* text) override { messages.emplace_back(text); }
     bool IsWindowHandle(void* handle) override { return handle != nullptr; }
     void WriteText(uint8* /*bits*/, int32 width, int32 height, const TextMark& mark) override {
+        const std::lock_guard lock(textMutex_);
         texts.push_back({mark.text, mark.x, mark.y, mark.fontHeight, mark.fontWidth, mark.colour, {width, height}});
     }
 
@@ -109,6 +110,9 @@ public:
         for (const std::string& logged : log) count += logged == line ? 1 : 0;
         return count;
     }
+
+private:
+    std::mutex textMutex_; // texts may be written from any thread
 };
 
 /// One window. The script that DoModal runs plays the operator through the functions of the upper half.
