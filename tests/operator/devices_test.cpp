@@ -2,37 +2,54 @@
 #include "tools/operator/devices.h"
 
 #include "tests/operator/command_fixture.h"
-#include "tests/operator/played_video.h"
+#include "tests/support/fake_video.h"
 #include "tests/tools/json_reader.h"
 #include "tests/tools/process.h"
 
 namespace orvane::tools {
 namespace {
 
+/// What a camera tells of itself.
+struct Told {
+    std::optional<std::wstring> name;
+    std::optional<std::wstring> description;
+    std::optional<std::wstring> path;
+    std::vector<VideoFormat> formats;
+
+    operator test::FakeDevice() const {
+        test::FakeDevice device;
+        device.friendlyName = name;
+        device.description = description;
+        device.devicePath = path;
+        device.formats = formats;
+        return device;
+    }
+};
+
 class Devices : public OperatorCommandTest {
 protected:
     Devices() { options_.command = OperatorCommand::devices; }
-    ~Devices() override { EXPECT_EQ(video_.live, 0) << "a source was kept"; }
+    ~Devices() override { EXPECT_EQ(video_.sourcesAlive, 0) << "a source was kept"; }
 
     OperatorExit Run() {
         return Captured([&] { return RunDevices(options_, video_); });
     }
 
-    std::string LineOf(const test::PlayedCamera& camera) {
-        video_.cameras = {camera};
+    std::string LineOf(const Told& camera) {
+        video_.devices = {camera};
         EXPECT_EQ(Run(), 0) << err_;
         EXPECT_EQ(err_, "");
         return out_;
     }
 
-    JsonValue JsonOf(const test::PlayedCamera& camera) {
+    JsonValue JsonOf(const Told& camera) {
         options_.json = true;
         const std::string line = LineOf(camera);
         EXPECT_EQ(line.back(), '\n');
         return JsonReader::Read(line.substr(0, line.size() - 1));
     }
 
-    test::PlayedVideo video_;
+    test::FakeVideo video_;
 };
 
 /// Many formats that differ.
@@ -45,25 +62,22 @@ std::vector<VideoFormat> Sizes(int32 count) {
 TEST_F(Devices, WithoutVideoOrCameraTheListIsAnError) {
     for (const bool json : {false, true}) {
         options_.json = json;
-        video_.present = false;
+        video_.hasVideo = false;
         EXPECT_EQ(Run(), 1);
         EXPECT_EQ(out_, "");
         EXPECT_EQ(err_, "orvane-operator: no camera can be reached: there is no video here\n");
-        video_.present = true;
-        for (const int32 count : {0, -1}) {
-            video_.count = count;
-            EXPECT_EQ(Run(), 1);
-            EXPECT_EQ(out_, "");
-            EXPECT_EQ(err_, "orvane-operator: no camera was found\n");
-        }
+        video_.hasVideo = true;
+        EXPECT_EQ(Run(), 1);
+        EXPECT_EQ(out_, "");
+        EXPECT_EQ(err_, "orvane-operator: no camera was found\n");
     }
     EXPECT_TRUE(g_played.calls.empty()) << "the library has no part in it";
 }
 
 TEST_F(Devices, TheNumbersAreThoseOfTheSystemsOrder) {
-    video_.cameras = {{L"Front", {}, {}, {{640, 480, 30000, "YUY2"}}},
-                      {L"Front", {}, {}, {{640, 480, 30000, "MJPG"}, {320, 240, 15000, "YUY2"}}},
-                      {L"Side", L"a description", L"/a/path", {}}};
+    video_.devices = {Told{L"Front", {}, {}, {{640, 480, 30000, "YUY2"}}},
+                      Told{L"Front", {}, {}, {{640, 480, 30000, "MJPG"}, {320, 240, 15000, "YUY2"}}},
+                      Told{L"Side", L"a description", L"/a/path", {}}};
     EXPECT_EQ(Run(), 0) << err_;
     EXPECT_EQ(out_, "0  Front  640x480 30/s YUY2\n"
                     "1  Front  640x480 30/s MJPG, 320x240 15/s YUY2\n"
@@ -146,7 +160,7 @@ TEST_F(Devices, JsonTellsAllThatIsKnown) {
 
 TEST_F(Devices, JsonHasOneLineACamera) {
     options_.json = true;
-    video_.cameras = {{L"a", {}, {}, Sizes(2)}, {L"b", L"d", L"p", {}}};
+    video_.devices = {Told{L"a", {}, {}, Sizes(2)}, Told{L"b", L"d", L"p", {}}};
     EXPECT_EQ(Run(), 0) << err_;
     const std::vector<std::string> lines = ProcessResult::Lines(out_);
     ASSERT_EQ(lines.size(), 2U);
