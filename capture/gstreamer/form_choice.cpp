@@ -33,6 +33,7 @@ std::vector<int32> Choices(const GstStructure* form, const char* field, int32 wa
         }
         return choices;
     }
+    if (value == nullptr) return choices;
     const GstOwner<GstStructure> copy(gst_structure_copy(form));
     int chosen = 0;
     gst_structure_fixate_field_nearest_int(copy.get(), field, wanted);

@@ -47,7 +47,10 @@ struct Knowledge {
     GstVideoInfo form{};
     int32 frames = 0;
     bool unlocked = false;
+    GstBuffer* packed = nullptr; // what a camera with JPEG pictures delivers
 };
+
+constexpr ImageSize kPackedSize{400, 300};
 
 } // namespace
 } // namespace orvane::test
@@ -57,7 +60,7 @@ using namespace orvane::test;
 
 struct OrvaneTestCamera {
     GstPushSrc parent;
-    Knowledge* knowledge;
+    std::atomic<Knowledge*> knowledge; // set when the element is made
 };
 struct OrvaneTestCameraClass {
     GstPushSrcClass parent;
@@ -67,7 +70,7 @@ G_DEFINE_TYPE(OrvaneTestCamera, orvane_test_camera, GST_TYPE_PUSH_SRC)
 
 namespace {
 
-Knowledge& Of(gpointer element) { return *reinterpret_cast<OrvaneTestCamera*>(element)->knowledge; }
+Knowledge& Of(gpointer element) { return *reinterpret_cast<OrvaneTestCamera*>(element)->knowledge.load(); }
 
 const CameraHabits& HabitsOf(gpointer element) {
     const std::lock_guard lock(Of(element).mutex);
@@ -78,8 +81,11 @@ const CameraHabits& HabitsOf(gpointer element) {
 gpointer ParentClass() { return g_type_class_peek(GST_TYPE_PUSH_SRC); }
 
 void Finalise(GObject* object) {
-    { const std::lock_guard lock(Of(object).mutex); } // whoever had it last is through
-    delete reinterpret_cast<OrvaneTestCamera*>(object)->knowledge;
+    {
+        const std::lock_guard lock(Of(object).mutex); // whoever had it last is through
+        gst_clear_buffer(&Of(object).packed);
+    }
+    delete reinterpret_cast<OrvaneTestCamera*>(object)->knowledge.load();
     --g_inUse;
     G_OBJECT_CLASS(ParentClass())->finalize(object);
 }
@@ -100,7 +106,7 @@ GstStateChangeReturn ChangeState(GstElement* element, GstStateChange change) {
 GstCaps* GetCaps(GstBaseSrc* source, GstCaps* filter) {
     const CameraHabits& habits = HabitsOf(source);
     GstCaps* caps = nullptr;
-    if (habits.jpeg || habits.caps == nullptr) {
+    if (habits.caps == nullptr) {
         caps = gst_caps_from_string("video/x-raw, format=BGRx, width=400, height=300, framerate=30/1");
     } else {
         caps = gst_caps_from_string(habits.caps);
@@ -122,6 +128,7 @@ gboolean SetCaps(GstBaseSrc* source, GstCaps* caps) {
         return FALSE;
     }
     const std::lock_guard lock(Of(source).mutex);
+    if (Of(source).packed != nullptr) return TRUE;
     return gst_video_info_from_caps(&Of(source).form, caps);
 }
 
@@ -158,6 +165,7 @@ bool ChangeSize(GstBaseSrc* source) {
 }
 
 GstFlowReturn Create(GstPushSrc* source, GstBuffer** buffer) {
+    *buffer = nullptr;
     Knowledge& knowledge = Of(source);
     const CameraHabits& habits = HabitsOf(source);
     if (habits.habit == Habit::sticksInRunning) TheTrap().Enter();
@@ -178,7 +186,9 @@ GstFlowReturn Create(GstPushSrc* source, GstBuffer** buffer) {
     {
         const std::lock_guard lock(knowledge.mutex);
         form = knowledge.form;
+        if (knowledge.packed != nullptr) *buffer = gst_buffer_copy(knowledge.packed);
     }
+    if (*buffer != nullptr) return GST_FLOW_OK;
     *buffer = gst_buffer_new_allocate(nullptr, form.size, nullptr);
     return DrawFrame(*buffer, form, habits.portrait, number) ? GST_FLOW_OK : GST_FLOW_ERROR;
 }
@@ -202,42 +212,24 @@ static void orvane_test_camera_class_init(OrvaneTestCameraClass* made) {
     GST_PUSH_SRC_CLASS(made)->create = Create;
     gst_element_class_set_static_metadata(GST_ELEMENT_CLASS(made), "Test camera", "Source/Video",
                                           "Draws, and fails as it is told", "Orvane");
-    GstCaps* raw = gst_caps_from_string("video/x-raw, format={ BGRx, RGB, BGR, RGBx }");
+    GstCaps* caps = gst_caps_from_string("video/x-raw, format={ BGRx, RGB, BGR, RGBx }; image/jpeg");
     gst_element_class_add_pad_template(GST_ELEMENT_CLASS(made),
-                                       gst_pad_template_new("src", GST_PAD_SRC, GST_PAD_ALWAYS, raw));
-    gst_caps_unref(raw);
+                                       gst_pad_template_new("src", GST_PAD_SRC, GST_PAD_ALWAYS, caps));
+    gst_caps_unref(caps);
 }
 
 namespace orvane::test {
-namespace {
-
-/// The camera and an encoder in one element.
-GstElement* WithJpeg(GstElement* camera) {
-    GstElement* encoder = gst_element_factory_make("jpegenc", nullptr);
-    if (encoder == nullptr) {
-        gst_object_unref(gst_object_ref_sink(camera));
-        return nullptr;
-    }
-    GstElement* both = gst_bin_new(nullptr);
-    gst_bin_add_many(GST_BIN(both), camera, encoder, nullptr);
-    gst_element_link(camera, encoder);
-    GstPad* pad = gst_element_get_static_pad(encoder, "src");
-    gst_element_add_pad(both, gst_ghost_pad_new("src", pad));
-    gst_object_unref(pad);
-    return both;
-}
-
-} // namespace
 
 GstElement* NewCameraElement(const CameraHabits& habits) {
     if (habits.habit == Habit::refuses) return nullptr;
+    GstBuffer* packed = habits.jpeg ? PackedPattern(kPackedSize) : nullptr;
+    if (habits.jpeg && packed == nullptr) return nullptr;
     auto* camera = static_cast<GstElement*>(g_object_new(orvane_test_camera_get_type(), nullptr));
     gst_base_src_set_live(GST_BASE_SRC(camera), habits.live);
-    {
-        const std::lock_guard lock(Of(camera).mutex);
-        Of(camera).habits = &habits;
-    }
-    return habits.jpeg ? WithJpeg(camera) : camera;
+    const std::lock_guard lock(Of(camera).mutex);
+    Of(camera).habits = &habits;
+    Of(camera).packed = packed;
+    return camera;
 }
 
 int32 TestCamerasInUse() { return g_inUse; }

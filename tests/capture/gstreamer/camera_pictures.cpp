@@ -2,6 +2,9 @@
 
 #include "tests/support/face_scene.h"
 
+#include <gst/app/gstappsink.h>
+#include <gst/app/gstappsrc.h>
+
 #include <map>
 #include <mutex>
 #include <utility>
@@ -68,6 +71,32 @@ bool DrawFrame(GstBuffer* buffer, const GstVideoInfo& info, bool portrait, int32
     }
     gst_video_frame_unmap(&frame);
     return true;
+}
+
+GstBuffer* PackedPattern(ImageSize size) {
+    GstElement* encoder = gst_element_factory_make("jpegenc", nullptr);
+    if (encoder == nullptr) return nullptr;
+    GstElement *source = gst_element_factory_make("appsrc", nullptr),
+               *sink = gst_element_factory_make("appsink", nullptr);
+    GstElement* pipeline = gst_pipeline_new(nullptr);
+    gst_bin_add_many(GST_BIN(pipeline), source, encoder, sink, nullptr);
+    gst_element_link_many(source, encoder, sink, nullptr);
+    GstVideoInfo info;
+    gst_video_info_set_format(&info, GST_VIDEO_FORMAT_BGRx, static_cast<guint>(size.width),
+                              static_cast<guint>(size.height));
+    GstCaps* caps = gst_video_info_to_caps(&info);
+    g_object_set(source, "caps", caps, "format", GST_FORMAT_TIME, nullptr);
+    gst_caps_unref(caps);
+    GstBuffer* picture = gst_buffer_new_allocate(nullptr, info.size, nullptr);
+    DrawFrame(picture, info, false, 0);
+    gst_element_set_state(pipeline, GST_STATE_PLAYING);
+    gst_app_src_push_buffer(GST_APP_SRC(source), picture);
+    GstSample* sample = gst_app_sink_pull_sample(GST_APP_SINK(sink));
+    GstBuffer* packed = sample != nullptr ? gst_buffer_copy_deep(gst_sample_get_buffer(sample)) : nullptr;
+    if (sample != nullptr) gst_sample_unref(sample);
+    gst_element_set_state(pipeline, GST_STATE_NULL);
+    gst_object_unref(pipeline);
+    return packed;
 }
 
 } // namespace orvane::test

@@ -12,4 +12,7 @@ namespace orvane::test {
 /// @param number of the frame
 bool DrawFrame(GstBuffer* buffer, const GstVideoInfo& info, bool portrait, int32 number);
 
+/// The pattern as a JPEG picture, which the caller gives back; null where GStreamer's jpegenc is missing.
+GstBuffer* PackedPattern(ImageSize size);
+
 } // namespace orvane::test

@@ -39,7 +39,8 @@ TEST(Forms, WithoutASizeOrALimitTellNothing) {
     EXPECT_EQ(Listed("ANY"), "");
     EXPECT_EQ(Listed("EMPTY"), "");
     EXPECT_TRUE(FormatsOf(nullptr).empty());
-    EXPECT_EQ(Listed("video/x-raw, format=YUY2, width=[ 1, max ], height=[ 1, max ], framerate=[ 0/1, max ]"),
+    EXPECT_EQ(Listed("video/x-raw, format=YUY2, width=[ 1, 2147483647 ], height=[ 1, 2147483647 ], framerate=[ 0/1, "
+                     "2147483647/1 ]"),
               "2147483647x2147483647@0 YUY2\n");
     EXPECT_EQ(Listed("video/x-raw, format=YUY2, width=8, height=8, framerate=0/1"), "8x8@0 YUY2\n");
 }
@@ -92,10 +93,12 @@ TEST(Choice, WeighsPixelsAndRateWhereNothingIsGood) {
 }
 
 TEST(Choice, WithinARangeIsNearTheGoal) {
-    EXPECT_EQ(Chosen("video/x-raw, format=YUY2, width=[ 16, max ], height=[ 16, max ], framerate=[ 0/1, max ]"),
+    EXPECT_EQ(Chosen("video/x-raw, format=YUY2, width=[ 16, 2147483647 ], height=[ 16, 2147483647 ], framerate=[ 0/1, "
+                     "2147483647/1 ]"),
               "1280x960");
     EXPECT_EQ(Chosen("video/x-raw, format=YUY2, width=[ 16, 800 ], height=[ 16, 600 ], framerate=30/1"), "800x600");
-    EXPECT_EQ(Chosen("video/x-raw, format=YUY2"), "none");
+    EXPECT_EQ(Chosen("video/x-raw, format=YUY2"), "1280x960");
+    EXPECT_EQ(Chosen("image/jpeg"), "none");
 }
 
 TEST(Choice, LeavesOutWhatCannotBeShown) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "capture/gstreamer/video_system_gst.h"
+#include "capture/gstreamer/wide_text.h"
 #include "tests/capture/gstreamer/test_cameras.h"
 
 #include <gtest/gtest.h>
@@ -74,7 +75,7 @@ protected:
 
     /// Looks for devices and finds a camera among them; -1 where it is not.
     int32 Find(const std::string& name) {
-        const std::wstring wide = std::filesystem::path(name).wstring();
+        const std::wstring wide = WideText(name.c_str());
         const int32 count = source_->EnumerateDevices();
         for (int32 i = 0; i < count; ++i) {
             const wchar_t* text = source_->Text(i, DeviceText::friendlyName);

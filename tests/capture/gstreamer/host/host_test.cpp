@@ -17,6 +17,7 @@ class CameraHost : public ::testing::Test {
 protected:
     CameraHost() {
         std::filesystem::copy_file(ORVANE_LIBRARY_FILE, Path("liborvane.so"));
+        std::filesystem::copy_file(ORVANE_PLAYED_WINDOW, Path("orvane-window.so"));
         EXPECT_TRUE(WriteClassifier(folder_.Path(), FaceCascade().Bytes()));
     }
 
@@ -41,7 +42,7 @@ protected:
     }
 
     static std::string WithoutCamera(const std::string& reason) {
-        return "live 0: -30\nlive 0: -30\nlive 1000: -30\nlocale C\nsignals untouched\n"
+        return "live 1000: -30\nlive 1000: -30\nlocale C\nsignals untouched\n"
                "error: orvane: working without a camera: " +
                reason + "\n";
     }
@@ -73,7 +74,8 @@ TEST_F(CameraHost, KeepsItsLocaleItsSignalsAndItsStandardError) {
 
 TEST_F(CameraHost, MayUseTheToolkitItself) {
     PutModule(ORVANE_CAMERA_MODULE);
-    EXPECT_EQ(Run("gst"), "live 0: -30\nlive 0: -30\nlive 1000: -30\nin use 0\nlocale C\nsignals untouched\n");
+    EXPECT_EQ(Run("gst"), "pictures\nlive 0: 20\nlive 1: -30\npictures\nlive 0: 20\nlive 1000: -30\nin use 0\n"
+                          "locale C\nsignals untouched\n");
 }
 
 } // namespace
