@@ -11,7 +11,7 @@ folders=(platform primitives image detect capture actions session dialog api too
 layers=(platform primitives image "detect capture" actions session dialog api)
 system_headers='<(windows|winuser|wingdi|windowsx|objbase|ole2|dshow|shlobj|commctrl)\.h>'
 system_headers+='|<(dlfcn|unistd|pthread|sched|fcntl|poll|link)\.h>|<(sys|linux|gdk|gdk-pixbuf|glib|gst|X11|xcb)/'
-system_headers+='|<(glib|gio|gtk)[./]|<Q[A-Za-z/]+>'
+system_headers+='|<(glib|gio|gobject|gtk)(-[a-z]+)?[./]|<Q[A-Za-z/]+>'
 # Files that may name a system: a system's own folders, the picture files of the tools, what the tests
 # need of a host, and the public header, which has the system's handle types.
 system_files='(^|/)(windows|win32|linux|qt|directshow|gstreamer|support)/|^include/|^examples/|^tests/(exports|tools)/'
