@@ -48,6 +48,8 @@ int32_t orv_DetectFacePicture(orv_Handle dib) {
     return Note("detect", g_played.detect);
 }
 
+int32_t orv_DetectFaceLive(int32_t deviceIndex) { return Note("live " + std::to_string(deviceIndex), g_played.live); }
+
 int32_t orv_GetOutputImage(orv_Handle* out) {
     if (g_played.output == ORV_OK) {
         using namespace orvane::test;

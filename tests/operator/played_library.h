@@ -17,6 +17,7 @@ struct PlayedLibrary {
     int32_t ratio = ORV_OK;
     int32_t action = ORV_OK;
     int32_t detect = ORV_OK;
+    int32_t live = ORV_OK;
     int32_t output = ORV_OK;
     int outputWidth = 0; ///< Of the portrait, a grey one; 0 gives a block of 40 zero bytes.
     int outputHeight = 0;

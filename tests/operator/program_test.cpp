@@ -23,10 +23,10 @@ protected:
         work_.Put("a.png", Encoded(".png", PhotoWithSquare(320, 240, 100, 80)));
     }
 
-    /// Without the line that the library writes for want of a window, which is none of the program's.
+    /// Without the lines that the library writes for want of a window or a camera, which are none of the program's.
     ProcessResult Run(const Arguments& arguments) const {
         ProcessResult result = RunProcess(program_, arguments, work_.Path());
-        if (result.err.rfind("orvane: working without a window: ", 0) == 0) {
+        while (result.err.rfind("orvane: working without a ", 0) == 0) {
             result.err.erase(0, result.err.find('\n') + 1);
         }
         return result;
@@ -140,6 +140,52 @@ TEST_F(OperatorProgram, AMissingClassifierIsAnError) {
                   "a.png: the classifier Orvane.dat beside the program is missing or unusable");
 }
 
+TEST_F(OperatorProgram, ALiveSessionWithoutWindowOrCameraIsAnError) {
+    // No system has that many, so that no window comes up where there are cameras.
+    const ProcessResult result = Run({"live", "--device", "2147483647", "-o", "b.png"});
+    ExpectOneLine(result, 1,
+                  "camera 2147483647: it can't be started, or there is none, or no window can be opened; "
+                  "'orvane-operator devices' lists the cameras");
+    ExpectOneLine(Run({"live", "--device", "-1", "-o", "b.png"}), 1,
+                  "--device wants a whole number, 0 to 2147483647, not '-1'");
+    ExpectOneLine(Run({"live", "-o", "a.png"}), 1, "the output 'a.png' exists already; --force replaces it");
+    EXPECT_EQ(work_.Names().size(), 1U);
+}
+
+TEST_F(OperatorProgram, TheListOfCamerasHasLinesOrIsAnError) {
+    const ProcessResult result = Run({"devices"});
+    if (result.exitCode == 0) {
+        EXPECT_EQ(result.out.rfind("0  ", 0), 0U) << result.out;
+        EXPECT_EQ(result.err, "");
+    } else {
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err.rfind("orvane-operator: no camera ", 0), 0U) << result.err;
+    }
+}
+
+#ifdef ORVANE_PLAYED_CAMERAS
+TEST_F(OperatorProgram, WithoutTheCamerasModuleTheListSaysSo) {
+    const ProcessResult result = RunProcess(program_, {"devices"}, work_.Path());
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    const std::vector<std::string> lines = ProcessResult::Lines(result.err);
+    ASSERT_EQ(lines.size(), 2U) << result.err;
+    EXPECT_EQ(lines[0], "orvane: working without a camera: " + std::filesystem::canonical(home_.Path()).string() +
+                            "/orvane-camera.so is not there");
+    EXPECT_EQ(lines[1], "orvane-operator: no camera can be reached: there is no video here");
+}
+
+TEST_F(OperatorProgram, TheCamerasModuleLiesBesideTheProgram) {
+    std::filesystem::copy_file(ORVANE_PLAYED_CAMERAS, home_ / "orvane-camera.so");
+    const ProcessResult result = Run({"devices"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, "0  Front  640x480 30/s YUY2\n1  Side  (tells no formats)\n");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(Run({"devices", "--json"}).out.rfind("{\"index\":0,\"name\":\"Front\"", 0), 0U);
+}
+#endif
+
 TEST_F(OperatorProgram, WithoutArgumentsTheUsageIsAnErrorAndHelpIsNot) {
     const ProcessResult bare = Run({});
     EXPECT_EQ(bare.exitCode, 1);
@@ -148,8 +194,8 @@ TEST_F(OperatorProgram, WithoutArgumentsTheUsageIsAnErrorAndHelpIsNot) {
     const ProcessResult help = Run({"help"});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_EQ(help.err, "");
-    for (const char* option :
-         {"--actions", "--size", "--crop-ratio", "--language", "--hidden", "--force", "Exit code"}) {
+    for (const char* option : {"orvane-operator live", "orvane-operator devices", "--device", "--json", "--actions",
+                               "--size", "--crop-ratio", "--language", "--hidden", "--force", "Exit code"}) {
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     }
 }

@@ -1,48 +1,31 @@
 // A review over a played library: what the operator does decides over exit code and file.
 #include "tools/operator/review.h"
 
-#include "tests/operator/played_library.h"
+#include "tests/operator/command_fixture.h"
 #include "tests/tools/picture_files.h"
-#include "tests/tools/temp_folder.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <gtest/gtest.h>
 
 namespace orvane::tools {
 namespace {
 
 using test::g_played;
-using Names = std::vector<std::string>;
 
-class Review : public testing::Test {
+class Review : public OperatorCommandTest {
 protected:
     Review() {
-        g_played = {};
-        g_played.outputWidth = 480;
-        g_played.outputHeight = 860;
         options_.command = OperatorCommand::review;
         options_.photo = folder_.Put("a.png", Encoded(".png", ColourfulPicture(7, 5)));
-        options_.output = folder_ / "b.png";
     }
 
     OperatorExit Run() {
-        testing::internal::CaptureStdout();
-        testing::internal::CaptureStderr();
-        const OperatorExit code = RunReview(options_);
-        out_ = testing::internal::GetCapturedStdout();
-        err_ = testing::internal::GetCapturedStderr();
-        return code;
+        return Captured([&] { return RunReview(options_); });
     }
 
     void ExpectNothingWritten() const { EXPECT_EQ(folder_.Names(), Names{"a.png"}); }
 
     bool WasDetected() const { return std::count(g_played.calls.begin(), g_played.calls.end(), "detect") != 0; }
-
-    TempFolder folder_;
-    OperatorOptions options_;
-    std::string out_;
-    std::string err_;
 };
 
 TEST_F(Review, ThePortraitIsWrittenAndTold) {

@@ -19,6 +19,7 @@ struct FakeDevice {
     std::optional<std::wstring> friendlyName = L"Camera";
     std::optional<std::wstring> description = {};
     std::optional<std::wstring> devicePath = {};
+    std::vector<VideoFormat> formats = {};
 };
 
 class FakeVideo final : public VideoSystem {
@@ -75,7 +76,12 @@ public:
                                                               : device.devicePath;
         return value ? value->c_str() : nullptr;
     }
-    int32 Formats(int32, VideoFormat*, int32) override { return 0; }
+    int32 Formats(int32 index, VideoFormat* formats, int32 capacity) override {
+        const std::vector<VideoFormat>& all = listed_.at(static_cast<std::size_t>(index)).formats;
+        const int32 count = std::min(capacity, static_cast<int32>(all.size()));
+        std::copy_n(all.begin(), count, formats);
+        return count;
+    }
     bool Open(int32 index, ImageSize* size) override {
         Close();
         video_.log.push_back("open " + std::to_string(index));

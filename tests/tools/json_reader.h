@@ -6,13 +6,16 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace orvane::tools {
 
-/// A value: an object's members, or a string's bytes, or the text of a number, true, false or null.
+/// A value: an object's members, or an array's elements, or a string's bytes, or the text of a number, true, false
+/// or null.
 struct JsonValue {
-    char kind = 0; ///< '{', '"', '0' for a number, 'n' for null
+    char kind = 0; ///< '{', '[', '"', '0' for a number, 'n' for null
     std::string text;
+    std::vector<JsonValue> elements;
     std::map<std::string, JsonValue> members;
 
     double Number() const { return std::strtod(text.c_str(), nullptr); }
@@ -45,6 +48,7 @@ private:
     JsonValue Value() {
         JsonValue value;
         if (Peek() == '{') return Object();
+        if (Peek() == '[') return Array();
         if (Peek() == '"') {
             value.kind = '"';
             value.text = Text();
@@ -69,6 +73,17 @@ private:
             if (!value.members.emplace(key, Value()).second) Fail("a member twice");
         } while (Take(','));
         Want('}');
+        return value;
+    }
+
+    JsonValue Array() {
+        JsonValue value;
+        value.kind = '[';
+        Want('[');
+        if (Take(']')) return value;
+        do value.elements.push_back(Value());
+        while (Take(','));
+        Want(']');
         return value;
     }
 

@@ -3,7 +3,7 @@
 
 #include "image/result_codes.h"
 #include "tests/tools/json_reader.h"
-#include "tools/orvane/json.h"
+#include "tools/support/json.h"
 #include "tools/support/status_text.h"
 #include "tools/support/utf8.h"
 
@@ -121,6 +121,13 @@ TEST(Json, Utf8StaysAndOtherBytesBecomeTheReplacementCharacter) {
     EXPECT_EQ(JsonText("a\xFF"
                        "b\xC3"),
               "\"a\\ufffdb\\ufffd\"");
+}
+
+TEST(Json, ObjectsMayStandInAnArray) {
+    const std::vector<JsonObject> values = {JsonObject().Integer("b", 1), JsonObject(), JsonObject().Text("c", "]")};
+    EXPECT_EQ(JsonObject().Objects("a", values).Line(), R"({"a":[{"b":1},{},{"c":"]"}]})");
+    EXPECT_EQ(JsonReader::Read(JsonObject().Objects("a", values).Line())["a"].elements.size(), 3U);
+    EXPECT_EQ(JsonObject().Objects("a", {}).Line(), R"({"a":[]})");
 }
 
 TEST(Json, NumbersThatJsonCannotTellAreNull) {

@@ -1,5 +1,9 @@
 // orvane-operator: the library's window, without a host of one's own.
+#include "capture/video_system.h"
+#include "platform/module_folder.h"
+#include "tools/operator/devices.h"
 #include "tools/operator/help_text.h"
+#include "tools/operator/live.h"
 #include "tools/operator/review.h"
 #include "tools/support/program_arguments.h"
 #include "tools/support/result_stream.h"
@@ -13,18 +17,23 @@ using namespace orvane::tools;
 OperatorExit Run(const std::vector<std::string>& arguments) {
     if (arguments.empty()) {
         WriteMessage(kOperatorUsage);
-        return kReviewError;
+        return kOperatorError;
     }
     OperatorOptions options;
     std::string error;
-    if (!ParseOperatorOptions(arguments, &options, &error)) {
-        PrintOperatorError(error);
-        return kReviewError;
+    if (!ParseOperatorOptions(arguments, &options, &error)) return Fail(error);
+    switch (options.command) {
+    case OperatorCommand::review:
+        return RunReview(options);
+    case OperatorCommand::live:
+        return RunLive(options);
+    case OperatorCommand::devices:
+        orvane::FindModuleFolder(); // program, library and the camera's module lie together
+        return RunDevices(options, orvane::ThisVideoSystem());
+    case OperatorCommand::help:
+        break;
     }
-    if (options.command == OperatorCommand::review) return RunReview(options);
-    if (WriteResult(kOperatorHelp)) return kReviewWritten;
-    PrintOperatorError("cannot write to standard output");
-    return kReviewError;
+    return WriteResult(kOperatorHelp) ? kOperatorDone : Fail(kNoStandardOutput);
 }
 
 } // namespace
@@ -33,6 +42,5 @@ int main(int count, char** arguments) try {
     ReserveResultStream();
     return Run(ProgramArguments(count, arguments));
 } catch (const std::exception& problem) {
-    PrintOperatorError(problem.what()); // memory ran out
-    return kReviewError;
+    return Fail(problem.what()); // memory ran out
 }

@@ -1,7 +1,7 @@
 #include "tools/orvane/report.h"
 
 #include "image/result_codes.h"
-#include "tools/orvane/json.h"
+#include "tools/support/json.h"
 #include "tools/support/status_text.h"
 #include "tools/support/utf8.h"
 

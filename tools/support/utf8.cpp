@@ -1,6 +1,26 @@
 #include "tools/support/utf8.h"
 
 namespace orvane::tools {
+namespace {
+
+bool IsHighHalf(char32_t character) { return character >= 0xD800 && character < 0xDC00; }
+bool IsLowHalf(char32_t character) { return character >= 0xDC00 && character < 0xE000; }
+
+void AppendUtf8(char32_t character, std::string* bytes) {
+    if (character > 0x10FFFF || IsHighHalf(character) || IsLowHalf(character)) character = 0xFFFD;
+    if (character < 0x80) {
+        *bytes += static_cast<char>(character);
+        return;
+    }
+    const int tails = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+    constexpr unsigned kLeads[] = {0, 0xC0, 0xE0, 0xF0};
+    *bytes += static_cast<char>(kLeads[tails] | (character >> (6 * tails)));
+    for (int tail = tails - 1; tail >= 0; --tail) {
+        *bytes += static_cast<char>(0x80 | ((character >> (6 * tail)) & 0x3F));
+    }
+}
+
+} // namespace
 
 std::size_t Utf8Length(const std::string& bytes, std::size_t at) {
     const auto byte = [&](std::size_t i) -> unsigned {
@@ -26,10 +46,26 @@ std::size_t Utf8Length(const std::string& bytes, std::size_t at) {
     return length;
 }
 
+std::string Utf8(const std::wstring& wide) {
+    std::string bytes;
+    for (std::size_t at = 0; at < wide.size(); ++at) {
+        auto character = static_cast<char32_t>(wide[at]);
+        if (IsHighHalf(character) && at + 1 < wide.size() && IsLowHalf(static_cast<char32_t>(wide[at + 1]))) {
+            character = 0x10000 + ((character - 0xD800) << 10) + (static_cast<char32_t>(wide[++at]) - 0xDC00);
+        }
+        AppendUtf8(character, &bytes);
+    }
+    return bytes;
+}
+
 std::string OneLine(const std::string& bytes) {
-    std::string line = bytes;
-    for (char& c : line) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+    std::string line;
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(bytes[at]);
+        const bool beyondAscii = byte == 0xC2 && Utf8Length(bytes, at) == 2 && // U+0080 to U+009F
+                                 static_cast<unsigned char>(bytes[at + 1]) < 0xA0;
+        line += byte < 0x20 || byte == 0x7F || beyondAscii ? '?' : bytes[at];
+        if (beyondAscii) ++at;
     }
     return line;
 }

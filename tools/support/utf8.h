@@ -1,4 +1,5 @@
-// File names are bytes; what is shown of them must be text on one line.
+// Texts of others: file names are bytes, names of devices the system's wide characters. What is shown of them must
+// be text on one line.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +11,12 @@ namespace orvane::tools {
 /// missing continuation bytes, overlong forms, surrogates, values beyond U+10FFFF.
 std::size_t Utf8Length(const std::string& bytes, std::size_t at);
 
-/// `bytes` for a message line: control characters become '?', everything else stays as it is.
+/// The system's wide text, of 16 or 32 bits a character. Half pairs and values that are no character become the
+/// replacement character.
+std::string Utf8(const std::wstring& wide);
+
+/// `bytes` for a message line: control characters become '?', everything else stays as it is. Those beyond ASCII,
+/// which some terminals obey too, are told where they are well-formed UTF-8.
 std::string OneLine(const std::string& bytes);
 
 } // namespace orvane::tools

@@ -1,6 +1,6 @@
 #include "tools/support/program_arguments.h"
 
-#include "tools/support/windows/wide_text.h"
+#include "tools/support/utf8.h"
 
 // windows.h first: the other needs its types.
 #include <windows.h>

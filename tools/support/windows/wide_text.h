@@ -1,5 +1,5 @@
-// Between the UTF-8 that the tools work with and the 16-bit text that the system wants. What is no text in
-// one becomes the replacement character in the other.
+// From the UTF-8 that the tools work with to the 16-bit text that the system wants; tools/support/utf8.h goes the
+// other way. What is no text becomes the replacement character.
 #pragma once
 
 #include <string>
@@ -7,6 +7,5 @@
 namespace orvane::tools {
 
 std::wstring Wide(const std::string& utf8);
-std::string Utf8(const std::wstring& wide);
 
 } // namespace orvane::tools

@@ -1,4 +1,4 @@
-#include "tools/orvane/json.h"
+#include "tools/support/json.h"
 
 #include "tools/support/utf8.h"
 
@@ -43,6 +43,15 @@ JsonObject& JsonObject::Text(const char* key, const std::string& bytes) { return
 JsonObject& JsonObject::Integer(const char* key, std::int64_t value) { return Add(key, std::to_string(value)); }
 JsonObject& JsonObject::Null(const char* key) { return Add(key, "null"); }
 JsonObject& JsonObject::Object(const char* key, const JsonObject& value) { return Add(key, value.Line()); }
+
+JsonObject& JsonObject::Objects(const char* key, const std::vector<JsonObject>& values) {
+    std::string array = "[";
+    for (const JsonObject& value : values) {
+        if (array.size() > 1) array += ',';
+        array += value.Line();
+    }
+    return Add(key, array + ']');
+}
 
 JsonObject& JsonObject::Decimal(const char* key, double value) {
     if (!std::isfinite(value)) return Null(key);

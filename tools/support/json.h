@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace orvane::tools {
 
@@ -18,6 +19,8 @@ public:
     JsonObject& Decimal(const char* key, double value);
     JsonObject& Null(const char* key);
     JsonObject& Object(const char* key, const JsonObject& value);
+    /// An array of them.
+    JsonObject& Objects(const char* key, const std::vector<JsonObject>& values);
 
     /// The object on one line.
     std::string Line() const { return "{" + members_ + "}"; }

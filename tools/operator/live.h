@@ -1,0 +1,12 @@
+// A camera's live picture through the library's window to a portrait file.
+#pragma once
+
+#include "tools/operator/options.h"
+#include "tools/operator/outcome.h"
+
+namespace orvane::tools {
+
+/// Runs `live`: results on standard output, everything else on standard error.
+OperatorExit RunLive(const OperatorOptions& options);
+
+} // namespace orvane::tools
