@@ -2,6 +2,7 @@
 // tells the session. Messages may come from anywhere with anything in them; none is trusted.
 #include "dialog/win32/layout_win32.h"
 #include "dialog/win32/module_win32.h"
+#include "dialog/win32/preview_control.h"
 #include "dialog/win32/quick_view_win32.h"
 
 #include <commctrl.h>
@@ -169,6 +170,7 @@ void QuickViewWin32::OnInit(HWND dialog) {
         SetTimer(dialog, kOwnerTimer, kOwnerTimerMilliseconds, nullptr);
     }
     for (Skin& skin : skins_) skin.button.Attach(Item(skin.id));
+    if (const HWND preview = Item(kPreview)) DrawWithoutFlicker(preview);
     focusSet_ = false;
     events_.OnInitDialog();
 }

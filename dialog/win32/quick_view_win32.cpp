@@ -4,6 +4,7 @@
 
 #include "dialog/win32/layout_win32.h"
 #include "dialog/win32/module_win32.h"
+#include "dialog/win32/preview_control.h"
 
 #include <commctrl.h>
 
@@ -46,10 +47,33 @@ void QuickViewWin32::FocusAway(HWND control) {
     if (GetFocus() == control) SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(kPreview)), TRUE);
 }
 
+RECT QuickViewWin32::PlaceOf(HWND control) const {
+    RECT place{};
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+/// Some buttons share a place: the one that is shown last lies on top and takes the clicks, also those that a
+/// disabled one beneath would swallow.
+void QuickViewWin32::RaiseAbovePlaceMates(HWND control) {
+    const RECT place = PlaceOf(control);
+    for (HWND other = GetWindow(control, GW_HWNDFIRST); other != nullptr && other != control;
+         other = GetWindow(other, GW_HWNDNEXT)) {
+        const RECT there = PlaceOf(other);
+        if (EqualRect(&place, &there) == FALSE) continue;
+        const HWND above = GetWindow(other, GW_HWNDPREV);
+        SetWindowPos(control, above != nullptr ? above : HWND_TOP, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        return;
+    }
+}
+
 void QuickViewWin32::ShowControl(int32 id, bool shown) {
     const HWND control = Item(id);
     if (control == nullptr) return;
     if (!shown) FocusAway(control);
+    if (shown) RaiseAbovePlaceMates(control);
     ShowWindow(control, shown ? SW_SHOWNA : SW_HIDE);
 }
 
@@ -74,9 +98,7 @@ void QuickViewWin32::SetDefaultButton(int32 id) {
 void QuickViewWin32::MoveControl(int32 id, int32 place) {
     const HWND control = Item(id), target = Item(place);
     if (control == nullptr || target == nullptr) return;
-    RECT there;
-    GetWindowRect(target, &there);
-    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&there), 2);
+    const RECT there = PlaceOf(target);
     SetWindowPos(control, nullptr, there.left, there.top, 0, 0, kStay | SWP_NOSIZE);
 }
 
@@ -120,19 +142,24 @@ void QuickViewWin32::SetPreview(PictureView picture) {
     if (control == nullptr) return;
     OwnedBitmap bitmap = CopyOf(picture);
     if (bitmap == nullptr) return; // the picture before stays
-    const auto before = reinterpret_cast<HBITMAP>(
-        SendMessageW(control, STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(bitmap.get())));
+    const RECT placeBefore = PlaceOf(control);
+    const HBITMAP before = ChangePicture(control, bitmap.get());
     // Some versions of the control show a copy of their own, and give that back.
     if (before != nullptr && before != preview_.get()) DeleteObject(before);
     preview_ = std::move(bitmap);
     SizeAround(control, picture.width, picture.height);
+    const RECT place = PlaceOf(control);
+    if (EqualRect(&place, &placeBefore) == FALSE) {
+        RedrawWindow(window_, &placeBefore, nullptr, RDW_INVALIDATE | RDW_ERASE);
+        RedrawWindow(control, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);
+    }
     RepaintPreview();
     UpdateWindow(window_); // what a larger picture covered until now
 }
 
 void QuickViewWin32::ReleasePreview() {
     if (const HWND control = Item(kPreview)) {
-        const auto before = reinterpret_cast<HBITMAP>(SendMessageW(control, STM_SETIMAGE, IMAGE_BITMAP, 0));
+        const HBITMAP before = ChangePicture(control, nullptr);
         if (before != nullptr && before != preview_.get()) DeleteObject(before);
     }
     preview_.reset();

@@ -75,6 +75,9 @@ private:
     void EnableOwner();
     void ShowTheCursor() const;
     void FocusAway(HWND control);
+    /// Where a control lies in the window.
+    RECT PlaceOf(HWND control) const;
+    void RaiseAbovePlaceMates(HWND control);
     void ReleasePreview();
 
     bool IsServing() const { return window_ != nullptr && !ended_; }

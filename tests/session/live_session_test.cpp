@@ -53,13 +53,7 @@ protected:
     }
     bool HasFace() { return LockedMarks().right > 0; }
     static bool ShowsYellow(const FakeWindow& window) {
-        const auto& picture = window.Preview();
-        for (int32 y = 0; y < picture.height; ++y) {
-            for (int32 x = 0; x < picture.width; ++x) {
-                if (picture.At(x, y) == 0x00FFFF) return true;
-            }
-        }
-        return false;
+        return window.Preview().Shows(0x00FFFF);
     }
 };
 

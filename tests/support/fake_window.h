@@ -4,6 +4,7 @@
 
 #include "session/controls.h"
 #include "session/window.h"
+#include "tests/support/shown_picture.h"
 
 #include <cstddef>
 #include <deque>
@@ -17,25 +18,6 @@
 #include <vector>
 
 namespace orvane::test {
-
-/// A picture that a window was given, as it came.
-struct ShownPicture {
-    int32 width = 0;
-    int32 height = 0;
-    std::vector<uint8> rows; // bottom row first
-
-    ShownPicture() = default;
-    explicit ShownPicture(PictureView view) : width(view.width), height(view.height) {
-        rows.assign(view.bits, view.bits + static_cast<std::ptrdiff_t>(Step()) * height);
-    }
-    int32 Step() const { return (3 * width + 3) / 4 * 4; }
-    /// The pixel at column x of row y from the top, as 0x00BBGGRR.
-    ColourRef At(int32 x, int32 y) const {
-        const uint8* pixel = rows.data() + static_cast<std::ptrdiff_t>(Step()) * (height - 1 - y) + 3 * x;
-        return static_cast<ColourRef>(pixel[0] << 16 | pixel[1] << 8 | pixel[2]);
-    }
-    bool operator==(const ShownPicture&) const = default;
-};
 
 /// A text that was written into a picture.
 struct WrittenText {

@@ -2,6 +2,7 @@
 // own, while the host's thread sits in the detect call.
 #pragma once
 
+#include "tests/support/shown_picture.h"
 #include "tests/support/window_scenarios.h"
 
 #include <atomic>
@@ -34,6 +35,10 @@ public:
     virtual bool IsOpen() = 0;
     virtual bool IsShown(int32 id) = 0;
     virtual bool IsEnabled(int32 id) = 0;
+
+    /// What stands in the preview, pixel by pixel; without pixels where there is none.
+    virtual ShownPicture Preview() = 0;
+    virtual std::wstring TextOf(int32 id) = 0;
 
     /// The same without waiting for the end of what it brings about.
     virtual void StartClick(int32 id) = 0;

@@ -8,6 +8,7 @@ namespace orvane::test {
 struct Held {
     int64 memory = 0;  // bytes of its own
     int64 handles = 0; // open files; on Windows handles of all kinds, windows and drawing objects
+    int64 threads = 0;
 };
 
 Held HeldByThisProcess();

@@ -1,6 +1,7 @@
 // Every state of the operator's window as a picture, for a person to look at: into the folder that the variable
 // ORVANE_SCREENS names, else into one that goes again. With ORVANE_SCREEN_PHOTO, an uncompressed 24-bit bitmap
 // file, and ORVANE_SCREEN_CLASSIFIER the window shows a real photograph.
+#include "tests/window/sessions/cameras.h"
 #include "tests/window/sessions/window_host.h"
 
 #include <cstdlib>
@@ -55,8 +56,6 @@ protected:
         if (const std::string file = Variable("ORVANE_SCREEN_CLASSIFIER"); !file.empty()) {
             const auto bytes = BytesOf(file);
             host.PutClassifier({bytes.begin(), bytes.end()});
-            host.lib.orv_ReleaseDLL();
-            EXPECT_EQ(host.lib.orv_InitDLL(), ORV_OK);
         }
         host.lib.orv_SetSizeOutputImage(240, 320);
         host.lib.orv_SetFaceCropRatio(1.0F);
@@ -189,6 +188,29 @@ TEST_F(Screens, LanguageFile) {
                               hand.Click(kPlainOk);
                           }),
               ORV_OK);
+}
+
+TEST_F(Screens, LiveSession) {
+    const Cameras cameras;
+    EXPECT_EQ(host.DetectLive(cameras.IndexOf(Camera::portrait),
+                              [this](Hand& hand) {
+                                  AwaitAnimation();
+                                  AwaitAnimation();
+                                  Take(hand, "17-live-running");
+                                  hand.Click(kPlainFreeze);
+                                  Take(hand, "18-live-frozen");
+                                  hand.Click(kCancelButton);
+                              }),
+              ORV_CANCELLED);
+    host.FindNoFaces();
+    EXPECT_EQ(host.DetectLive(cameras.IndexOf(Camera::portrait),
+                              [this](Hand& hand) {
+                                  AwaitAnimation();
+                                  AwaitAnimation();
+                                  Take(hand, "19-live-face-lost");
+                                  hand.Click(kCancelButton);
+                              }),
+              ORV_CANCELLED);
 }
 
 } // namespace

@@ -1,9 +1,11 @@
 // Many sessions in one process take no more than a few did. ORVANE_SOAK_SESSIONS tells how many; by default few
 // enough for every run of the tests.
+#include "tests/window/sessions/cameras.h"
 #include "tests/window/sessions/held.h"
 #include "tests/window/sessions/window_host.h"
 
 #include <cstdlib>
+#include <functional>
 
 namespace orvane::test {
 namespace {
@@ -49,27 +51,51 @@ void RunSession(WindowHost& host, const HostBlock& photo, int number) {
     }
 }
 
-TEST(Soak, MemoryAndHandlesStayFlat) {
-    WindowHost host;
-    const HostBlock photo(PictureOf(ScenePicture::face));
+/// Runs sessions and looks at what the process holds, before the second half of them and at the end.
+void ExpectFlat(int sessions, const std::function<void(int)>& run) {
     Held before;
-    const int sessions = SessionsToRun();
     const int warmUp = sessions / 2; // caches of the toolkit fill, each at its time
-    ASSERT_GE(warmUp, 10) << "too few to go every way";
-    for (int number = 0; number < sessions && !HasFailure(); ++number) {
+    for (int number = 0; number < sessions && !::testing::Test::HasFailure(); ++number) {
         if (number == warmUp) before = HeldByThisProcess();
-        RunSession(host, photo, number);
+        run(number);
     }
-    ASSERT_FALSE(HasFailure()) << "a session went wrong";
+    ASSERT_FALSE(::testing::Test::HasFailure()) << "a session went wrong";
     const Held after = HeldByThisProcess();
     std::cout << sessions << " sessions: memory " << before.memory << " -> " << after.memory << " bytes, handles "
-              << before.handles << " -> " << after.handles << "\n";
+              << before.handles << " -> " << after.handles << ", threads " << before.threads << " -> " << after.threads
+              << "\n";
     constexpr int64 kLateCaches = 16;
     EXPECT_LE(after.handles, before.handles + kLateCaches);
+    constexpr int64 kLateHelpers = 2; // threads of the toolkit's own
+    EXPECT_LE(after.threads, before.threads + kLateHelpers);
 #ifndef __SANITIZE_ADDRESS__            // which keeps freed memory back, and looks for leaks by itself
     constexpr int64 kSpread = 12 << 20; // of the allocators, not growing with the number of sessions
     EXPECT_LE(after.memory, before.memory + kSpread);
 #endif
+}
+
+TEST(Soak, SessionsOnPicturesKeepNothing) {
+    WindowHost host;
+    const HostBlock photo(PictureOf(ScenePicture::face));
+    const int sessions = SessionsToRun();
+    ASSERT_GE(sessions, 20) << "too few to go every way";
+    ExpectFlat(sessions, [&](int number) { RunSession(host, photo, number); });
+}
+
+/// A quarter as many: they last longer.
+TEST(Soak, LiveSessionsKeepNothing) {
+    const Cameras cameras;
+    WindowHost host;
+    host.lib.orv_EnableAction(ORV_CROP, 1);
+    const int32 camera = cameras.IndexOf(Camera::portrait);
+    ExpectFlat(SessionsToRun() / 4, [&](int number) {
+        const bool ok = number % 2 == 0;
+        const int32_t result = host.DetectLive(camera, [&](Hand& hand) {
+            if (number % 3 == 0) hand.Click(kPlainFreeze);
+            hand.Click(ok ? kPlainOk : kCancelButton);
+        });
+        EXPECT_EQ(result, ok ? ORV_OK : ORV_CANCELLED) << "session " << number;
+    });
 }
 
 } // namespace

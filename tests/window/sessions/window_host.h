@@ -17,19 +17,43 @@ namespace orvane::test {
 class WindowHost {
 public:
     WindowHost() {
-        PutClassifier(FaceCascade().Bytes());
+        EXPECT_TRUE(WriteClassifier(lib.Folder(), FaceCascade().Bytes()));
 #ifdef ORVANE_WINDOW_MODULE
         const std::filesystem::path module(ORVANE_WINDOW_MODULE);
         std::filesystem::copy_file(module, lib.Folder() / module.filename());
 #endif
+#ifdef ORVANE_CAMERA_MODULE
+        const std::filesystem::path camera(ORVANE_CAMERA_MODULE);
+        std::filesystem::copy_file(camera, lib.Folder() / camera.filename());
+#endif
         EXPECT_EQ(lib.orv_InitDLL(), ORV_OK);
     }
 
-    void PutClassifier(const std::string& bytes) { EXPECT_TRUE(WriteClassifier(lib.Folder(), bytes)); }
+    void PutClassifier(const std::string& bytes) {
+        EXPECT_TRUE(WriteClassifier(lib.Folder(), bytes));
+        lib.orv_ReleaseDLL(); // a session reads it when it is opened
+        EXPECT_EQ(lib.orv_InitDLL(), ORV_OK);
+    }
+    /// From now on no picture has a face.
+    void FindNoFaces() {
+        CascadeFile cascade = FaceCascade();
+        for (float& threshold : cascade.stageThreshold) threshold = 1e9F;
+        PutClassifier(cascade.Bytes());
+    }
 
     /// The result of a detect call during which `play` is the operator. Whatever `play` leaves open is closed
     /// by the close box, and is a failure of the test.
     int32_t Detect(const HostBlock& photo, const std::function<void(Hand&)>& play) {
+        return During([&] { return lib.orv_DetectFacePicture(photo.Handle()); }, play);
+    }
+    int32_t DetectLive(int32_t device, const std::function<void(Hand&)>& play) {
+        return During([&] { return lib.orv_DetectFaceLive(device); }, play);
+    }
+
+    HostLibrary lib;
+
+private:
+    static int32_t During(const std::function<int32_t()>& call, const std::function<void(Hand&)>& play) {
         const std::unique_ptr<Hand> hand = MakeHand();
         std::thread person([&] {
             const bool came = hand->WaitForWindow();
@@ -41,13 +65,11 @@ public:
                 hand->CloseBox();
             }
         });
-        const int32_t result = lib.orv_DetectFacePicture(photo.Handle());
+        const int32_t result = call();
         hand->CallHasEnded();
         person.join();
         return result;
     }
-
-    HostLibrary lib;
 };
 
 } // namespace orvane::test

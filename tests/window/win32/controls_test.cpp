@@ -199,5 +199,22 @@ TEST(Win32Controls, CallsBeforeAndAfterTheDialogAreHarmless) {
     EXPECT_TRUE(open.recorder.Take().empty());
 }
 
+TEST(Win32Controls, AButtonThatIsShownTakesTheClicksOfItsPlace) {
+    OpenWindow open;
+    open.Run([&] {
+        open.Do([&](QuickViewWindow& window) {
+            window.EnableControl(kPlainClear, false);
+            window.ShowControl(kPlainFreeze, true);
+            RECT place;
+            GetWindowRect(open.Item(kPlainFreeze), &place);
+            const POINT middle{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+            EXPECT_EQ(WindowFromPoint(middle), open.Item(kPlainFreeze)) << "not the disabled one that it covers";
+            window.ShowControl(kPlainFreeze, false);
+            window.ShowControl(kPlainColor, true);
+            EXPECT_EQ(WindowFromPoint(middle), open.Item(kPlainColor));
+        });
+    });
+}
+
 } // namespace
 } // namespace orvane::test

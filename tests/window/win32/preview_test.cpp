@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <thread>
 
 namespace orvane::test {
@@ -93,6 +94,51 @@ TEST(Win32Preview, RepaintsWhatAnotherWindowCovered) {
             different = Differences(open.Item(kPreview), picture);
         });
         EXPECT_EQ(different, 0);
+    });
+}
+
+TEST(Win32Preview, ShowsNothingElseBetweenTwoPictures) {
+    OpenWindow open;
+    open.Run([&] {
+        TestPicture picture(400, 300);
+        std::fill(picture.bits.begin(), picture.bits.end(), uint8{0}); // the control's own ground is light
+        open.Do([&](QuickViewWindow& window) { window.SetPreview(picture.View()); });
+        POINT middle{200, 150};
+        ClientToScreen(open.Item(kPreview), &middle);
+        std::atomic<bool> ended = false;
+        int looks = 0, light = 0;
+        std::thread eye([&] {
+            const HDC screen = GetDC(nullptr);
+            for (; !ended; ++looks) light += GetPixel(screen, middle.x, middle.y) != RGB(0, 0, 0) ? 1 : 0;
+            ReleaseDC(nullptr, screen);
+        });
+        open.Do([&](QuickViewWindow& window) {
+            for (int i = 0; i < 500; ++i) window.SetPreview(picture.View());
+        });
+        ended = true;
+        eye.join();
+        EXPECT_GT(looks, 20);
+        EXPECT_EQ(light, 0) << "of " << looks << " looks";
+    });
+}
+
+TEST(Win32Preview, ASmallerPictureLeavesNothingOfTheLargerOne) {
+    OpenWindow open;
+    open.Run([&] {
+        const TestPicture large(400, 300), small(100, 50);
+        COLORREF ground = 0, left = 0;
+        open.Do([&](QuickViewWindow& window) {
+            const auto pixel = [&](int x, int y) {
+                return PixelsOf(open.dialog).At(kPreviewLeft + x, kPreviewTop + y);
+            };
+            window.SetPreview(small.View());
+            ground = pixel(300, 200);
+            window.SetPreview(large.View());
+            EXPECT_NE(pixel(300, 200), ground);
+            window.SetPreview(small.View());
+            left = pixel(300, 200);
+        });
+        EXPECT_EQ(left, ground);
     });
 }
 

@@ -96,6 +96,25 @@ public:
         return Ask([id] { return Control(id) != nullptr && Control(id)->isEnabled(); });
     }
 
+    ShownPicture Preview() override {
+        const auto shown = std::make_shared<ShownPicture>();
+        Run([shown] {
+            QWidget* preview = Control(kPreview);
+            if (preview == nullptr) return;
+            const QImage image =
+                preview->grab(preview->contentsRect()).toImage().convertToFormat(QImage::Format_BGR888).mirrored();
+            *shown = ShownPicture({image.constBits(), image.width(), image.height()});
+        });
+        return *shown;
+    }
+    std::wstring TextOf(int32 id) override {
+        const auto text = std::make_shared<std::wstring>();
+        Run([=] {
+            if (QWidget* control = Control(id)) *text = control->property("text").toString().toStdWString();
+        });
+        return *text;
+    }
+
     void Click(int32 id) override {
         Use(id, [](QWidget* control) { Mouse(control, control->rect().center(), &QTest::mouseClick); });
     }

@@ -11,8 +11,11 @@ namespace orvane::test {
 Held HeldByThisProcess() {
     int64 whole = 0, resident = 0, shared = 0;
     std::ifstream("/proc/self/statm") >> whole >> resident >> shared;
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return {(resident - shared) * sysconf(_SC_PAGESIZE), std::distance(begin(files), end(files))};
+    const auto entries = [](const char* folder) {
+        const std::filesystem::directory_iterator files(folder);
+        return std::distance(begin(files), end(files));
+    };
+    return {(resident - shared) * sysconf(_SC_PAGESIZE), entries("/proc/self/fd"), entries("/proc/self/task")};
 }
 
 } // namespace orvane::test

@@ -8,8 +8,8 @@
 #include <commctrl.h>
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -60,38 +60,44 @@ LRESULT Send(HWND window, UINT message, WPARAM first, LPARAM second) {
     return static_cast<LRESULT>(result);
 }
 
-/// The pixels of a window as they stand on the screen, as a bitmap file.
-bool SaveWindow(HWND window, const std::string& file) {
-    RECT place;
-    if (!GetWindowRect(window, &place)) return false; // it has gone
+/// What stands on the screen there; without pixels for a place without any.
+ShownPicture OnScreen(const RECT& place) {
     const int width = place.right - place.left, height = place.bottom - place.top;
     BITMAPINFO info{};
     info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
-    const DWORD bytes = static_cast<DWORD>((width * 3 + 3) / 4 * 4 * height);
     HDC screen = GetDC(nullptr);
     HDC memory = CreateCompatibleDC(screen);
-    void* bits = nullptr; // stays null for a window without pixels
+    void* bits = nullptr; // stays null for a place without pixels
     HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
     HGDIOBJ before = SelectObject(memory, bitmap);
-    const bool copied =
-        bits != nullptr && BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY) != FALSE;
-    GdiFlush();
-    bool written = false;
-    if (std::FILE* out = copied ? std::fopen(file.c_str(), "wb") : nullptr) {
-        BITMAPFILEHEADER header{};
-        header.bfType = 0x4D42;
-        header.bfOffBits = sizeof header + sizeof info.bmiHeader;
-        header.bfSize = header.bfOffBits + bytes;
-        written = std::fwrite(&header, sizeof header, 1, out) == 1 &&
-                  std::fwrite(&info.bmiHeader, sizeof info.bmiHeader, 1, out) == 1 &&
-                  std::fwrite(bits, bytes, 1, out) == 1;
-        written = std::fclose(out) == 0 && written;
+    ShownPicture picture;
+    if (bits != nullptr && BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY)) {
+        GdiFlush();
+        picture = ShownPicture({static_cast<const uint8*>(bits), width, height});
     }
     SelectObject(memory, before);
     DeleteObject(bitmap);
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
-    return written;
+    return picture;
+}
+
+/// The pixels of a window as they stand on the screen, as a bitmap file.
+bool SaveWindow(HWND window, const std::string& file) {
+    RECT place;
+    if (!GetWindowRect(window, &place)) return false; // it has gone
+    const ShownPicture picture = OnScreen(place);
+    if (picture.rows.empty()) return false;
+    const BITMAPINFOHEADER info{sizeof(BITMAPINFOHEADER), picture.width, picture.height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    BITMAPFILEHEADER header{};
+    header.bfType = 0x4D42;
+    header.bfOffBits = sizeof header + sizeof info;
+    header.bfSize = header.bfOffBits + static_cast<DWORD>(picture.rows.size());
+    std::ofstream out(file, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(&header), sizeof header);
+    out.write(reinterpret_cast<const char*>(&info), sizeof info);
+    out.write(reinterpret_cast<const char*>(picture.rows.data()), static_cast<std::streamsize>(picture.rows.size()));
+    return out.flush().good();
 }
 
 class Win32Hand final : public Hand {
@@ -102,6 +108,20 @@ public:
     bool IsOpen() override { return Window() != nullptr; }
     bool IsShown(int32 id) override { return IsWindowVisible(Control(id)) != FALSE; }
     bool IsEnabled(int32 id) override { return IsWindowEnabled(Control(id)) != FALSE; }
+
+    ShownPicture Preview() override {
+        HWND preview = Control(kPreview);
+        RECT client{};
+        if (preview == nullptr || !GetClientRect(preview, &client)) return {};
+        MapWindowPoints(preview, nullptr, reinterpret_cast<POINT*>(&client), 2);
+        return OnScreen(client);
+    }
+    std::wstring TextOf(int32 id) override {
+        wchar_t text[128] = L"";
+        SendMessageTimeoutW(Control(id), WM_GETTEXT, 128, reinterpret_cast<LPARAM>(text), SMTO_NORMAL, kLongest,
+                            nullptr);
+        return text;
+    }
 
     void Click(int32 id) override {
         Hold(id);
