@@ -3,6 +3,7 @@
 #include <gst/app/gstappsink.h>
 #include <gst/video/video.h>
 
+#include <atomic>
 #include <cstdio>
 
 namespace orvane {
@@ -56,9 +57,12 @@ GstElement* Add(GstElement* pipeline, GstElement* element) {
     return element;
 }
 
+/// The same with a new element; what is not installed is told once.
 GstElement* AddNew(GstElement* pipeline, const char* kind) {
+    static std::atomic<bool> told{false};
     GstElement* element = Add(pipeline, gst_element_factory_make(kind, nullptr));
-    if (element == nullptr) std::fprintf(stderr, "orvane: no camera: GStreamer's \"%s\" is not installed\n", kind);
+    if (element == nullptr && !told.exchange(true))
+        std::fprintf(stderr, "orvane: working without a camera: GStreamer's \"%s\" is not installed\n", kind);
     return element;
 }
 
@@ -110,10 +114,10 @@ void SetUpPipeline(GstElement* pipeline, CameraLink& link) {
 ElementOwner BuildPipeline(GstDevice* device, const CameraForm& form, CameraLink& link) {
     ElementOwner pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
     GstElement* camera = Add(pipeline.get(), gst_device_create_element(device, nullptr));
-    GstElement* converter = AddNew(pipeline.get(), "videoconvert");
-    GstElement* scaler = AddNew(pipeline.get(), "videoscale");
-    GstElement* sink = AddNew(pipeline.get(), "appsink");
-    if (camera == nullptr || converter == nullptr || scaler == nullptr || sink == nullptr) return nullptr;
+    GstElement* converter = camera != nullptr ? AddNew(pipeline.get(), "videoconvert") : nullptr;
+    GstElement* scaler = converter != nullptr ? AddNew(pipeline.get(), "videoscale") : nullptr;
+    GstElement* sink = scaler != nullptr ? AddNew(pipeline.get(), "appsink") : nullptr;
+    if (sink == nullptr) return nullptr;
     SetUpPipeline(pipeline.get(), link);
     SetUpSink(sink, form.size, link);
     if (!Watch(camera, form, link)) return nullptr;

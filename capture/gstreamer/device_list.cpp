@@ -52,6 +52,7 @@ std::vector<CameraDevice> Look() {
     for (GList* at = found; at != nullptr; at = at->next) devices.emplace_back(GST_DEVICE(at->data));
     g_list_free(found);
     std::vector<CameraDevice> cameras;
+    cameras.reserve(devices.size());
     for (DeviceOwner& device : devices) cameras.push_back(Described(std::move(device)));
     return cameras;
 }

@@ -25,9 +25,9 @@ protected:
     void PutModule(const char* file) { std::filesystem::copy_file(file, Path("orvane-camera.so")); }
 
     /// Runs a host of a kind; its output and then what was said on standard error.
-    std::string Run(const std::string& kind) {
+    std::string Run(const std::string& kind, const std::string& environment = "") {
         const std::string errors = Path("errors").string();
-        const std::string command = std::string("LC_ALL=C.UTF-8 '") + ORVANE_HOST + "' '" +
+        const std::string command = "LC_ALL=C.UTF-8 " + environment + " '" + ORVANE_HOST + "' '" +
                                     Path("liborvane.so").string() + "' " + kind + " 2>'" + errors + "'";
         std::string output;
         std::FILE* pipe = popen(command.c_str(), "r");
@@ -76,6 +76,14 @@ TEST_F(CameraHost, MayUseTheToolkitItself) {
     PutModule(ORVANE_CAMERA_MODULE);
     EXPECT_EQ(Run("gst"), "pictures\nlive 0: 20\nlive 1: -30\npictures\nlive 0: 20\nlive 1000: -30\nin use 0\n"
                           "locale C\nsignals untouched\n");
+}
+
+TEST_F(CameraHost, WithoutTheToolkitsPlugInsIsToldWhatIsMissing) {
+    PutModule(ORVANE_CAMERA_MODULE);
+    const std::string list = "GST_REGISTRY='" + Path("registry").string() + "' ";
+    EXPECT_EQ(Run("gst", list + "GST_PLUGIN_SYSTEM_PATH_1_0='" + Path("none").string() + "' GST_PLUGIN_PATH_1_0="),
+              "live 0: -30\nlive 1: -30\nlive 0: -30\nlive 1000: -30\nin use 0\nlocale C\nsignals untouched\n"
+              "error: orvane: working without a camera: GStreamer's \"videoconvert\" is not installed\n");
 }
 
 } // namespace
