@@ -131,36 +131,75 @@ int32 NearestIndex(double p, int32 length) {
 }
 
 template <int32 Channels>
-void SampleNearest(const RotateFrame& f, double u, double v, int64 count, uint8* to) {
+void SampleNearest(const RotateFrame& f, SourcePosition& at, int64 count, uint8* to) {
     for (; count > 0; --count, to += Channels) {
         const uint8* from =
-            SourcePixel<Channels>(f, NearestIndex(u, f.srcSize.width), NearestIndex(v, f.srcSize.height));
+            SourcePixel<Channels>(f, NearestIndex(at.u, f.srcSize.width), NearestIndex(at.v, f.srcSize.height));
         for (int32 c = 0; c < Channels; ++c) to[c] = from[c];
-        u += f.map.cosine;
-        v += f.map.sine;
+        at.u += f.map.cosine;
+        at.v += f.map.sine;
     }
 }
 
 template <int32 Channels>
-void SampleLinear(const RotateFrame& f, double u, double v, int64 count, uint8* to) {
-    SampleLinearly<Channels>({f.src, f.srcSize, f.srcStep, f.map.cosine, f.map.sine}, u, v, count, to);
+void SampleLinear(const RotateFrame& f, SourcePosition& at, int64 count, uint8* to) {
+    SampleLinearly<Channels>({f.src, f.srcSize, f.srcStep, {f.map.cosine, f.map.sine}}, at, count, to);
 }
 
-/// Fills what the span and the part share of row `y`.
-template <int32 Channels, auto SampleRow>
-void FillSpan(const RotateFrame& f, Span span, int32 y) {
+/// What is still to be written of a row: the pixels from `x` up to but excluding `end`.
+struct RowRest {
+    int32 y;
+    int64 x, end;
+    SourcePosition at; // of pixel `x`
+};
+
+/// What a span and the part share.
+RowRest RestOfSpan(const RotateFrame& f, Span span, int32 y) {
     const int32 first = std::max(span.first, f.part.x);
     const int64 end = std::min(int64{span.last} + 1, int64{f.part.x} + f.part.width);
-    if (first >= end) return;
     const double fromX = span.first - f.map.xShift, fromY = y - f.map.yShift;
-    double u = f.map.cosine * fromX - f.map.sine * fromY;
-    double v = f.map.sine * fromX + f.map.cosine * fromY;
-    for (int32 x = span.first; x < first; ++x) {
-        u += f.map.cosine;
-        v += f.map.sine;
+    SourcePosition at{f.map.cosine * fromX - f.map.sine * fromY, f.map.sine * fromX + f.map.cosine * fromY};
+    for (int64 x = span.first; x < first && first < end; ++x) {
+        at.u += f.map.cosine;
+        at.v += f.map.sine;
     }
-    SampleRow(f, u, v, end - first, DestinationPixel<Channels>(f, first, y));
+    return {y, first, end, at};
 }
+
+/// Some rows that are filled together, block by block: a row alone runs across so many source rows that the
+/// next one would find none of them in the cache.
+template <int32 Channels, auto SampleRow>
+class Band {
+public:
+    bool IsFull() const { return count_ == kRows; }
+    void Add(const RowRest& row) { rows_[count_++] = row; }
+
+    void Fill(const RotateFrame& f) {
+        int64 left = std::numeric_limits<int64>::max(), right = 0;
+        for (int32 i = 0; i < count_; ++i) {
+            left = std::min(left, rows_[i].x);
+            right = std::max(right, rows_[i].end);
+        }
+        for (; left < right; left += kColumns) {
+            for (int32 i = 0; i < count_; ++i) FillBlock(f, rows_[i], left + kColumns);
+        }
+        count_ = 0;
+    }
+
+private:
+    static constexpr int32 kRows = 64;
+    static constexpr int64 kColumns = 128;
+
+    static void FillBlock(const RotateFrame& f, RowRest& row, int64 blockEnd) {
+        const int64 count = std::min(row.end, blockEnd) - row.x;
+        if (count <= 0) return;
+        SampleRow(f, row.at, count, DestinationPixel<Channels>(f, static_cast<int32>(row.x), row.y));
+        row.x += count;
+    }
+
+    RowRest rows_[kRows];
+    int32 count_ = 0;
+};
 
 template <int32 Channels, auto SampleRow>
 int32 RotateBySpans(RotateFrame f) {
@@ -169,6 +208,7 @@ int32 RotateBySpans(RotateFrame f) {
     const auto [top, bottom] = std::minmax({quad[0][1], quad[1][1], quad[2][1], quad[3][1]});
     const Span rows = WholeNumbers(top, bottom, f.dstRoi.y, f.dstRoi.height);
     bool landed = false;
+    Band<Channels, SampleRow> band;
     for (int64 row = rows.first; row <= rows.last; ++row) {
         const auto y = static_cast<int32>(row);
         const bool written = y >= f.part.y && row < int64{f.part.y} + f.part.height;
@@ -176,8 +216,11 @@ int32 RotateBySpans(RotateFrame f) {
         const Span span = SpanOfRow(quad, y, f.dstRoi);
         if (span.first > span.last) continue;
         landed = true;
-        if (written) FillSpan<Channels, SampleRow>(f, span, y);
+        if (!written) continue;
+        band.Add(RestOfSpan(f, span, y));
+        if (band.IsFull()) band.Fill(f);
     }
+    band.Fill(f);
     return landed ? kOk : kEmptyResult;
 }
 

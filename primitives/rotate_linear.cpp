@@ -38,8 +38,8 @@ const uint8* PixelAt(const LinearPath& path, int32 x, int32 y) {
 }
 
 template <int32 Channels>
-void SampleOne(const LinearPath& path, double u, double v, uint8* to) {
-    const Between x = LinearPosition(u, path.srcSize.width), y = LinearPosition(v, path.srcSize.height);
+void SampleOne(const LinearPath& path, SourcePosition at, uint8* to) {
+    const Between x = LinearPosition(at.u, path.srcSize.width), y = LinearPosition(at.v, path.srcSize.height);
     const uint8* p0 = PixelAt<Channels>(path, x.index, y.index);
     const uint8* p1 = p0 + path.srcStep;
     for (int32 c = 0; c < Channels; ++c) {
@@ -66,6 +66,8 @@ WholeNumbers Round(__m128 value) {
     return {_mm_cvttps_epi32(_mm_add_ps(value, _mm_set1_ps(0.5F - kDoubt))),
             _mm_cvttps_epi32(_mm_add_ps(value, _mm_set1_ps(0.5F + kDoubt)))};
 }
+
+SourcePosition PositionOf(__m128d at) { return {_mm_cvtsd_f64(at), _mm_cvtsd_f64(_mm_unpackhi_pd(at, at))}; }
 
 /// Where a sample lies: `fractions` are those of u and v.
 struct Place {
@@ -173,34 +175,33 @@ struct BlockOf<1> {
 } // namespace
 
 template <int32 Channels>
-void SampleLinearly(const LinearPath& path, double u, double v, int64 count, uint8* to) {
+void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uint8* to) {
+    const LinearPath way = path; // which nothing that is written can change
 #ifdef __SSE2__
     using Block = typename BlockOf<Channels>::Type;
-    const __m128d step = _mm_setr_pd(path.uStep, path.vStep);
-    __m128d at = _mm_setr_pd(u, v);
+    const __m128d step = _mm_setr_pd(way.step.u, way.step.v);
+    __m128d next = _mm_setr_pd(at.u, at.v);
     for (; count > Block::kCount; count -= Block::kCount, to += Block::kCount * Channels) {
         __m128d positions[Block::kCount];
         for (__m128d& position : positions) {
-            position = at;
-            at = _mm_add_pd(at, step);
+            position = next;
+            next = _mm_add_pd(next, step);
         }
-        if (Block::Write(path, positions, to)) continue;
+        if (Block::Write(way, positions, to)) continue;
         for (int32 i = 0; i < Block::kCount; ++i) {
-            const __m128d vLow = _mm_unpackhi_pd(positions[i], positions[i]);
-            SampleOne<Channels>(path, _mm_cvtsd_f64(positions[i]), _mm_cvtsd_f64(vLow), to + i * Channels);
+            SampleOne<Channels>(way, PositionOf(positions[i]), to + i * Channels);
         }
     }
-    u = _mm_cvtsd_f64(at);
-    v = _mm_cvtsd_f64(_mm_unpackhi_pd(at, at));
+    at = PositionOf(next);
 #endif
     for (; count > 0; --count, to += Channels) {
-        SampleOne<Channels>(path, u, v, to);
-        u += path.uStep;
-        v += path.vStep;
+        SampleOne<Channels>(way, at, to);
+        at.u += way.step.u;
+        at.v += way.step.v;
     }
 }
 
-template void SampleLinearly<1>(const LinearPath& path, double u, double v, int64 count, uint8* to);
-template void SampleLinearly<3>(const LinearPath& path, double u, double v, int64 count, uint8* to);
+template void SampleLinearly<1>(const LinearPath& path, SourcePosition& at, int64 count, uint8* to);
+template void SampleLinearly<3>(const LinearPath& path, SourcePosition& at, int64 count, uint8* to);
 
 } // namespace orvane

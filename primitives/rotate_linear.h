@@ -5,18 +5,23 @@
 
 namespace orvane {
 
+/// A position between the pixels of a picture, or a step from one to the next.
+struct SourcePosition {
+    double u;
+    double v;
+};
+
 /// A picture of two by two pixels at least, and the way through it from one sample to the next.
 struct LinearPath {
     const uint8* src;
     ImageSize srcSize;
     int32 srcStep;
-    double uStep;
-    double vStep;
+    SourcePosition step;
 };
 
-/// Writes `count` pixels of 1 or 3 channels: the samples at (u, v) and at the sums of it and the steps, added
-/// one by one. A position beyond the picture takes the picture's edge.
+/// Writes `count` pixels of 1 or 3 channels: the samples at `at` and at the sums of it and the steps, added one
+/// by one; `at` ends one step behind the last. A position beyond the picture takes the picture's edge.
 template <int32 Channels>
-void SampleLinearly(const LinearPath& path, double u, double v, int64 count, uint8* to);
+void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uint8* to);
 
 } // namespace orvane
