@@ -8,6 +8,7 @@
 #include "orvane/orvane.h"
 
 #include "actions/action_settings.h"
+#include "capture/video_system.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
 #include "dialog/window_system.h"
@@ -72,7 +73,7 @@ int32 OpenSession() {
         g_detectorParams = std::move(params); // only now: the load may throw
     }
     if (selection != 0) return kNoSession;
-    if (g_dialog == nullptr) g_dialog = std::make_unique<COrvQuickViewDlg>(ThisWindowSystem());
+    if (g_dialog == nullptr) g_dialog = std::make_unique<COrvQuickViewDlg>(ThisWindowSystem(), ThisVideoSystem());
     constexpr int32 kPreviewBound = 400;
     g_dialog->m_previewWidth = g_dialog->m_previewHeight = kPreviewBound;
     g_dialog->m_previewMaxWidth = g_dialog->m_previewMaxHeight = kPreviewBound;

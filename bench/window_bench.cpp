@@ -3,6 +3,7 @@
 // pictures and copies them.
 #include "actions/action_settings.h"
 #include "bench/photo.h"
+#include "capture/none/no_video.h"
 #include "image/bitmap.h"
 #include "orvane/orvane.h"
 #include "session/quick_view_dlg.h"
@@ -90,7 +91,8 @@ void RunSession(benchmark::State& state, const std::vector<int32>& actions, Prep
     orv_InitDLL();
     for (const int32 action : actions) orv_EnableAction(action, 1);
     QuietWindows windows;
-    COrvQuickViewDlg session(windows);
+    NoVideo video;
+    COrvQuickViewDlg session(windows, video);
     session.m_previewMaxWidth = session.m_previewMaxHeight = 400;
     int64 steps = 0, pictures = 0;
     windows.play = [&] {

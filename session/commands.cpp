@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <climits>
 #include <string>
 
@@ -53,9 +52,10 @@ void COrvQuickViewDlg::OnBnClickedOk() {
     if (m_stage != kMarking) return EndWindow();
     {
         // Tells the live threads to go; a lock that can't be had is no reason to stay.
-        const std::unique_lock lock(m_stateMutex, std::chrono::milliseconds(500));
+        const auto lock = LockState(kStatePatience);
         m_stage = kAdjusting;
     }
+    TakeLiveFrame();
     ShowAdjustingControls();
     ShowConfirmation();
     if (!m_windowOpen) return; // it ended meanwhile, with its owner for one
@@ -103,6 +103,7 @@ void COrvQuickViewDlg::OnBnClickedCancel() {
 }
 
 void COrvQuickViewDlg::OnBnClickedClear() {
+    if (m_capture != nullptr) return; // the detector places the rectangle, and the button is disabled
     ClearMarks();
     m_stage = kMarking;
     if (!HasWindow()) return;
@@ -116,8 +117,6 @@ void COrvQuickViewDlg::OnBnClickedColorCorrection() {
     g_actionEnabled[kSlotColour] = g_actionEnabled[kSlotColour] != 0 ? 0 : 1;
     ProduceOutput(m_tolerance, false);
 }
-
-void COrvQuickViewDlg::OnBnClickedFreeze() {}
 
 void COrvQuickViewDlg::OnBnClickedAbout() { m_window->ShowAbout(); }
 

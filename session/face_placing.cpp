@@ -21,15 +21,25 @@ int32 Converted(int32 coordinate, double factor) { return TruncToInt32(coordinat
 
 } // namespace
 
-int32 COrvQuickViewDlg::DetectFaceRect(bool quick, int32 corners[4]) {
+int32 ScanForFace(bool quick, int32 corners[4]) {
     const int32 status = RunDetection(quick);
     if (status < 0) return status;
     int32 x, y, w, h;
     GetFaceRect(&x, &y, &w, &h);
-    m_anchorLeft = corners[0] = x;
-    m_anchorTop = corners[1] = y;
-    m_anchorRight = corners[2] = x + w;
-    m_anchorBottom = corners[3] = y + h;
+    corners[0] = x;
+    corners[1] = y;
+    corners[2] = x + w;
+    corners[3] = y + h;
+    return status;
+}
+
+int32 COrvQuickViewDlg::DetectFaceRect(bool quick, int32 corners[4]) {
+    const int32 status = ScanForFace(quick, corners);
+    if (status < 0) return status;
+    m_anchorLeft = corners[0];
+    m_anchorTop = corners[1];
+    m_anchorRight = corners[2];
+    m_anchorBottom = corners[3];
     return status;
 }
 

@@ -18,6 +18,11 @@ void COrvQuickViewDlg::SetFirstCorner(int32 px, int32 py) {
     m_anchorTop = py;
 }
 
+bool COrvQuickViewDlg::HasBothCorners() {
+    const auto lock = LockState(kStatePatience);
+    return m_anchorLeft != -1 && m_anchorRight != -1;
+}
+
 void COrvQuickViewDlg::OnLButtonDown(int32 x, int32 y) {
     Serve([this, x, y] {
         const auto [px, py] = OnPreview(x, y);
@@ -39,8 +44,8 @@ void COrvQuickViewDlg::OnMouseMove(int32 x, int32 y) {
         const auto [px, py] = OnPreview(x, y);
         m_mouseX = px;
         m_mouseY = py;
-        m_window->SetCursor(m_anchorLeft == -1 || m_anchorRight == -1 ? Cursor::cross : Cursor::arrow);
-        if (!AwaitsSecondCorner()) return;
+        m_window->SetCursor(HasBothCorners() ? Cursor::arrow : Cursor::cross);
+        if (IsLive() || !AwaitsSecondCorner()) return;
         m_markLeft = m_anchorLeft;
         m_markTop = m_anchorTop;
         m_markRight = m_mouseX;
@@ -53,7 +58,7 @@ void COrvQuickViewDlg::OnLButtonUp(int32 x, int32 y) {
     Serve([this, x, y] {
         constexpr int32 kClickReach = 5; // a release no further than this is a click
         const auto [px, py] = OnPreview(x, y);
-        if (AwaitsSecondCorner() && std::abs(m_anchorLeft - px) > kClickReach &&
+        if (!IsLive() && AwaitsSecondCorner() && std::abs(m_anchorLeft - px) > kClickReach &&
             std::abs(m_anchorTop - py) > kClickReach) {
             FinishRectangle(px, py);
         }

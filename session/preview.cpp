@@ -38,7 +38,9 @@ void DrawSide(Bitmap& bitmap, int64 x0, int64 y0, int64 x1, int64 y1, ColourRef 
 } // namespace
 
 void PreviewQueue::Push(Bitmap bitmap) {
+    constexpr std::size_t kMost = 64; // a window that does not come to show them is not flooded
     const std::lock_guard lock(mutex_);
+    if (bitmaps_.size() >= kMost) bitmaps_.pop_front();
     bitmaps_.push_back(std::move(bitmap));
 }
 
@@ -104,7 +106,7 @@ Bitmap COrvQuickViewDlg::RenderPreviewOverlay(const Bitmap& bitmap, int32 colour
     Bitmap overlay = ScaleBitmapToPreview(bitmap);
     if (overlay.IsEmpty()) return overlay;
     const int32 w = overlay.Width(), h = overlay.Height();
-    const int32 right = m_anchorRight == -1 ? m_mouseX : m_anchorRight;
+    const int32 right = m_anchorRight == -1 ? m_mouseX.load() : m_anchorRight;
     if (right <= 0 || m_anchorLeft <= 0) {
         constexpr ColourRef kNoFaceColour = 0xFF3232;
         const int32 fontHeight = TruncToInt32(h * 0.5), fontWidth = TruncToInt32(w * 0.2);
@@ -138,8 +140,7 @@ void COrvQuickViewDlg::OnPreviewBitmap() {
 void COrvQuickViewDlg::OnAnimateMark() {
     constexpr int32 kSteps = 10;
     constexpr int32 kPauseMilliseconds = 50;
-    constexpr float kShare = 0.11111111F; // of the way, a step
-    if (m_stage != kMarking) {            // the portrait takes the picture's place: no rectangle belongs on it
+    if (m_stage != kMarking) { // the portrait takes the picture's place: no rectangle belongs on it
         m_animationStep = 0;
         return;
     }
@@ -148,6 +149,13 @@ void COrvQuickViewDlg::OnAnimateMark() {
         m_animationStep = 0;
         return;
     }
+    // Live there is no picture yet, and the marks belong to the detection.
+    if (!IsLive()) PostPreview(RenderAnimatedMarks());
+    m_window->Post(WindowMessage::animateMark);
+}
+
+Bitmap COrvQuickViewDlg::RenderAnimatedMarks() {
+    constexpr float kShare = 0.11111111F; // of the way, a step
     const auto step = static_cast<float>(m_animationStep);
     const auto between = [step](int32 start, int32 target) {
         const float way = static_cast<float>(target) - static_cast<float>(start);
@@ -158,12 +166,12 @@ void COrvQuickViewDlg::OnAnimateMark() {
     m_markBottom = between(1, marks.top);
     m_markRight = between(5, marks.right);
     m_markTop = between(5, marks.bottom);
-    PostPreview(RenderPreviewOverlay(m_resultBitmap, 0));
+    Bitmap overlay = RenderPreviewOverlay(m_resultBitmap, 0);
     m_markLeft = marks.left;
     m_markTop = marks.top;
     m_markRight = marks.right;
     m_markBottom = marks.bottom;
-    m_window->Post(WindowMessage::animateMark);
+    return overlay;
 }
 
 } // namespace orvane

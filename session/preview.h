@@ -11,7 +11,7 @@
 namespace orvane {
 
 /// Bitmaps on their way to the preview. Any thread may add one; the window's thread takes them. What is
-/// never taken goes with the queue.
+/// never taken goes with the queue, and when very many wait the oldest go.
 class PreviewQueue {
 public:
     void Push(Bitmap bitmap);

@@ -2,6 +2,7 @@
 // also the operator's window, as far as that decides anything; all of it runs just as well without one.
 #pragma once
 
+#include "capture/video_capture.h"
 #include "image/bitmap.h"
 #include "image/result_codes.h"
 #include "platform/thread_apartment.h"
@@ -12,11 +13,17 @@
 #include "session/window.h"
 
 #include <array>
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 
 namespace orvane {
+
+/// Scans g_sourceImage for the face. A status of 0 or more stores the face's corners, top-down, in `corners` (left,
+/// top, right, bottom); all four are 0 without a face.
+int32 ScanForFace(bool quick, int32 corners[4]);
 
 /// One instance, made by orv_InitDLL and kept until orv_ReleaseDLL. Each detect call is one session on
 /// it. Outside a session all marks and anchors are -1 and m_stage is 1.
@@ -26,9 +33,10 @@ namespace orvane {
 /// after its end change nothing.
 class COrvQuickViewDlg final : public WindowEvents {
 public:
-    /// @param windows what this session opens windows with; it outlives the session
-    explicit COrvQuickViewDlg(WindowSystem& windows) : m_windows(windows) {}
-    virtual ~COrvQuickViewDlg() = default;
+    /// @param windows what this session opens windows with; it outlives the session, as does
+    /// @param video   where its cameras are
+    COrvQuickViewDlg(WindowSystem& windows, VideoSystem& video) : m_windows(windows), m_video(video) {}
+    virtual ~COrvQuickViewDlg();
     COrvQuickViewDlg(const COrvQuickViewDlg&) = delete;
     COrvQuickViewDlg& operator=(const COrvQuickViewDlg&) = delete;
 
@@ -36,7 +44,8 @@ public:
 
     /// The whole session on a packed bitmap. The result goes to the host.
     int32 DetectFacePicture(void* dib);
-    /// The whole live session on a capture device; -30 where it can't be started.
+    /// The whole live session on a capture device. -30 where it can't be started, or no window can be opened;
+    /// else the visible mode stays on, and the result goes to the host.
     int32 DetectFaceLive(int32 deviceIndex);
 
     // The run.
@@ -60,8 +69,7 @@ public:
     /// Sets the face by the operator's marks, or by the detector when there are none or it is forced;
     /// g_faceRecord then belongs to the work picture. The detection's status or that of SetFaceRect.
     int32 DetectAndPlaceFace(bool forceDetection);
-    /// Scans g_sourceImage. A status of 0 or more stores the face's corners, top-down, in the anchors and
-    /// in `corners` (left, top, right, bottom); all four are 0 without a face.
+    /// ScanForFace that stores the corners in the anchors as well.
     int32 DetectFaceRect(bool quick, int32 corners[4]);
     /// Runs the crop alone into m_resultBitmap and, where windows can be opened, shows it for half a
     /// second.
@@ -73,6 +81,23 @@ public:
     /// Preview and work size from m_bitmapHeader. Always 0.
     int32 ComputeWorkSize();
 
+    // The live session: how it begins and ends, and one round of each of its threads. A step that is false was
+    // its thread's last.
+
+    /// Makes the capture for a device and says the size of its frames. 0; -30 when the device can't be used or
+    /// its frames have no size, without a capture then. Nothing in picture mode.
+    int32 OpenCapture(int32 deviceIndex, int32& width, int32& height);
+    /// Lets the frames come and starts both threads. 1; -1 without a capture.
+    int32 StartLive();
+    /// Waits until both threads are out, which the end of the marking stage tells them. Always 1.
+    int32 StopLiveThreads();
+    /// Draws the newest frame into the preview.
+    bool FrameThreadStep();
+    /// Looks for the face on the newest frame.
+    bool DetectThreadStep();
+    int32 FrameThreadProc();
+    int32 DetectThreadProc();
+
     // The commands, each also the handler of a button.
 
     void OnBnClickedOk();
@@ -80,7 +105,7 @@ public:
     /// Wipes the marks: no face stands.
     void OnBnClickedClear();
     void OnBnClickedColorCorrection();
-    /// Nothing in a session on a picture.
+    /// Holds the camera's picture, or lets it go. Nothing in a session on a picture.
     void OnBnClickedFreeze();
     void OnBnClickedAbout();
     void OnBnClickedToleranceDown() { SetTolerance(m_tolerance - 1); }
@@ -124,28 +149,32 @@ public:
     void OnMessage(WindowMessage message) override;
 
     std::array<ColourRef, 2> m_faceColors{0x00FFFF, 0x00FF00}; // pens of the face rectangle; 0 is in use
+    int32 m_missCount = 0;                                     // live detections without a face in a row
     int32 m_resultCode = 0;                                    // what the session returns after a modal run
     std::timed_mutex m_stateMutex;                             // stage, marks and source against live threads
-    BitmapHeader m_bitmapHeader{};                             // the bitmap that ReadBitmapHeader looked at last
-    LanguageTable m_language;                                  // the window's texts
-    Bitmap m_sourceBitmap;                                     // picture as handed in
-    Bitmap m_resultBitmap;                                     // the work picture, and after the final run the output
-    int32 m_previewOffsetX = kPreviewLeft;                     // client position of the preview's first pixel
+    bool m_frameThreadStopped = true;                          // set by a live thread as it leaves
+    bool m_detectThreadStopped = true;
+    std::unique_ptr<CVideoCapture> m_capture; // in a live session, until its picture is taken
+    BitmapHeader m_bitmapHeader{};            // the bitmap that ReadBitmapHeader looked at last
+    LanguageTable m_language;                 // the window's texts
+    Bitmap m_sourceBitmap;                    // picture as handed in, or the newest frame
+    Bitmap m_resultBitmap;                    // the work picture, and after the final run the output
+    int32 m_previewOffsetX = kPreviewLeft;    // client position of the preview's first pixel
     int32 m_previewOffsetY = kPreviewTop;
-    int32 m_mouseX = 0; // last mouse position in preview coordinates
-    int32 m_mouseY = 0;
+    std::atomic<int32> m_mouseX = 0; // last mouse position in preview coordinates
+    std::atomic<int32> m_mouseY = 0;
     int32 m_anchorLeft = -1; // the two corners as clicked or detected; -1 not set
     int32 m_anchorTop = -1;
     int32 m_anchorRight = -1;
     int32 m_anchorBottom = -1;
-    int32 m_markLeft = -1; // rectangle to draw; -1 not set
+    int32 m_markLeft = -1; // rectangle to draw, in a live session in pixels of the frame; -1 not set
     int32 m_markTop = -1;
     int32 m_markRight = -1;
     int32 m_markBottom = -1;
     int32 m_rotation = 0;   // degrees, 0 to 359
     int32 m_tolerance = 40; // background tolerance in percent, 0 to 99; survives from session to session
     bool m_visible = true;  // false runs a session without the window
-    int32 m_stage = kMarking;
+    std::atomic<int32> m_stage = kMarking;
     int32 m_sourceMode = kPictureMode;
     int32 m_deviceIndex = 0;
     int32 m_previewWidth = 450; // current preview size in pixels, inside the limit below
@@ -172,7 +201,12 @@ public:
     static constexpr int32 kPictureMode = 1; // sources
     static constexpr int32 kLiveMode = 2;
 
+    /// Live detections without a face in a row for which the last rectangle stays on the screen.
+    static constexpr int32 MaxMissedDetections = 7;
+
 private:
+    struct Ending;
+
     /// Runs the window modally. False when none could be opened.
     bool RunQuickView();
     int32 RunHidden();
@@ -191,6 +225,17 @@ private:
     bool HasWindow() const { return m_window != nullptr; }
     bool IsLive() const { return m_sourceMode == kLiveMode; }
 
+    /// m_stateMutex, or what came of waiting for it; who goes on without it leaves alone what it guards.
+    std::unique_lock<std::timed_mutex> LockState(int32 milliseconds);
+    /// Ends the marking stage of a live session, waits for its threads and gives the device back.
+    void EndCapture();
+    /// Ends the video; the last frame becomes the picture of the session.
+    void TakeLiveFrame();
+    /// The face by the marks, which are in pixels of the frame. The status of SetFaceRect.
+    int32 PlaceLiveFace();
+    void StoreLiveFace(int32 status, const int32 corners[4]);
+    void KeepOriginalSize();
+
     void ClearMarks();
     int32 PlaceByMarks();
     int32 PlaceByDetector();
@@ -199,6 +244,7 @@ private:
     void ShowAdjustingControls();
     int32 SkinOrPlain(int32 skinned, int32 plain, const std::string& file);
     void SetFirstCorner(int32 px, int32 py);
+    bool HasBothCorners();
     ImagePoint OnPreview(int32 x, int32 y) const;
     /// Whether the next corner ends a rectangle. Once the portrait stands, one that was begun is forgotten.
     bool AwaitsSecondCorner() const { return m_stage == kMarking && m_anchorLeft != -1 && m_anchorRight == -1; }
@@ -206,14 +252,20 @@ private:
     int32 ReadNumber(int32 id, int32 characters) const;
     void WriteNumber(int32 id, int32 value);
     void BringInLine(int32 id, int32 characters, int32 value);
+    Bitmap RenderAnimatedMarks();
     void PostPreview(Bitmap bitmap);
 
+    static constexpr int32 kStatePatience = 500; // milliseconds
+
     WindowSystem& m_windows;
+    VideoSystem& m_video;
     ThreadApartment m_apartment; // what picture files and cameras of the system need of a thread
     PreviewQueue m_previews;
     std::unique_ptr<QuickViewWindow> m_window; // null in a session without a window
     bool m_windowOpen = false;                 // from OnInitDialog to the window's end
     bool m_writing = false;                    // our own text goes to an edit
+    std::thread m_frameThread;                 // of a live session
+    std::thread m_detectThread;
 };
 
 } // namespace orvane

@@ -1,15 +1,10 @@
 // The run of a session: from the bitmap handed in to the output bitmap.
 #include "actions/action_settings.h"
-#include "capture/video_source.h"
-#include "detect/candidates.h"
 #include "image/packed_dib.h"
 #include "image/session_images.h"
 #include "primitives/trunc.h"
 #include "session/session_state.h"
 #include "session/stage_clock.h"
-
-#include <algorithm>
-#include <cstdlib>
 
 namespace orvane {
 
@@ -28,6 +23,17 @@ float WorkFactor(int64 area) {
 
 } // namespace
 
+/// Ends a detect call's session, also when memory is exhausted within.
+struct COrvQuickViewDlg::Ending {
+    COrvQuickViewDlg& session;
+    ~Ending() {
+        session.EndSession();
+        session.CloseWindow();
+    }
+};
+
+COrvQuickViewDlg::~COrvQuickViewDlg() { EndCapture(); }
+
 int32 COrvQuickViewDlg::DetectFacePicture(void* dib) {
     g_stageTimes = {};
     m_sourceMode = kPictureMode;
@@ -37,13 +43,6 @@ int32 COrvQuickViewDlg::DetectFacePicture(void* dib) {
     }
     ReadBitmapHeader(m_sourceBitmap);
     ComputeWorkSize();
-    struct Ending { // also when memory is exhausted within
-        COrvQuickViewDlg& session;
-        ~Ending() {
-            session.EndSession();
-            session.CloseWindow();
-        }
-    };
     const Ending ending{*this};
     return m_visible && m_windows.CanOpenWindow() ? RunWithWindow() : RunHidden();
 }
@@ -73,11 +72,17 @@ int32 COrvQuickViewDlg::RunHidden() {
 int32 COrvQuickViewDlg::DetectFaceLive(int32 deviceIndex) {
     g_stageTimes = {};
     m_sourceMode = kLiveMode;
-    m_deviceIndex = deviceIndex;
     SetOutputGeometry(m_outputWidth, m_outputHeight);
-    const int32 result = OpenCapture(deviceIndex);
-    EndSession();
-    return result;
+    const Ending ending{*this};
+    // Video that nobody can look at is not begun.
+    if (!m_windows.CanOpenWindow()) return kCaptureFailed;
+    int32 width = 0, height = 0;
+    if (const int32 status = OpenCapture(deviceIndex, width, height)) return status;
+    m_bitmapHeader = OutgoingHeader(width, height);
+    m_visible = true;
+    ComputeWorkSize();
+    m_resultCode = kSuccess;
+    return RunQuickView() ? m_resultCode : kCaptureFailed;
 }
 
 int32 COrvQuickViewDlg::BeginSession() {
@@ -91,11 +96,13 @@ int32 COrvQuickViewDlg::BeginSession() {
         if (!m_window->HasControl(kToleranceSlider)) return kStepFailed;
         PrepareWindow();
     }
-    ReadBitmapHeader(m_sourceBitmap);
-    if (m_bitmapHeader.biWidth >= kSmallestOriginal && m_bitmapHeader.biHeight >= kSmallestOriginal) {
-        g_originalWidth = m_bitmapHeader.biWidth;
-        g_originalHeight = m_bitmapHeader.biHeight;
+    if (IsLive()) {
+        if (HasWindow()) m_window->ShowControl(m_freezeButton, true);
+        StartLive();
+        return kSuccess;
     }
+    ReadBitmapHeader(m_sourceBitmap);
+    KeepOriginalSize();
     ComputeWorkSize();
     {
         const StageClock clock(g_stageTimes.scale);
@@ -107,7 +114,14 @@ int32 COrvQuickViewDlg::BeginSession() {
     return DetectAndPlaceFace(!HasWindow());
 }
 
+void COrvQuickViewDlg::KeepOriginalSize() {
+    if (m_bitmapHeader.biWidth < kSmallestOriginal || m_bitmapHeader.biHeight < kSmallestOriginal) return;
+    g_originalWidth = m_bitmapHeader.biWidth;
+    g_originalHeight = m_bitmapHeader.biHeight;
+}
+
 int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final, const SlotObserver& observer) {
+    if (m_capture != nullptr) return kSuccess; // the pictures still belong to the detection thread
     if (!HasWindow()) {
         const StageClock clock(g_stageTimes.crop);
         ShowConfirmation();
@@ -120,10 +134,7 @@ int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final, const SlotObs
         ReadBitmapHeader(m_sourceBitmap);
         SetOutputGeometry(m_bitmapHeader.biWidth, m_bitmapHeader.biHeight);
     }
-    if (IsLive()) {
-        SetFaceRect(std::min(m_markLeft, m_markRight), std::min(m_markTop, m_markBottom),
-                    std::abs(m_markRight - m_markLeft), std::abs(m_markBottom - m_markTop));
-    }
+    if (IsLive()) PlaceLiveFace();
     RunActionPipeline(tolerance, m_rotation, Snapshots::taken, observer);
     const int32 status = StoreWorkIntoBitmap(m_resultBitmap);
     ReadBitmapHeader(m_resultBitmap);
@@ -133,6 +144,7 @@ int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final, const SlotObs
 }
 
 void COrvQuickViewDlg::EndSession() {
+    EndCapture();
     m_sourceBitmap.Delete();
     ClearMarks();
     m_stage = kMarking;

@@ -1,6 +1,7 @@
 // A session object over drawn faces, with the cascade that finds them.
 #pragma once
 
+#include "capture/none/no_video.h"
 #include "detect/cascade_detector.h"
 #include "dialog/none/no_windows.h"
 #include "image/image_buffer.h"
@@ -18,7 +19,8 @@
 namespace orvane::test {
 
 /// @tparam Windows the window system of the session
-template <typename Windows>
+/// @tparam Video   and its cameras
+template <typename Windows, typename Video = NoVideo>
 class SessionTestWith : public ::testing::Test {
 protected:
     SessionTestWith() {
@@ -57,7 +59,8 @@ protected:
 
     FreshSession fresh;
     Windows windows;
-    COrvQuickViewDlg session{windows};
+    Video video;
+    COrvQuickViewDlg session{windows, video};
     ModuleFiles files; // the library's folder, with the classifier in it
 };
 

@@ -102,7 +102,7 @@ TEST_F(SessionSizes, ALiveSessionKeepsTheHeaderOfItsFrames) {
 }
 
 TEST_F(SessionSizes, ANewSessionObjectStartsAsDocumented) {
-    const COrvQuickViewDlg made(windows);
+    const COrvQuickViewDlg made(windows, video);
     EXPECT_EQ(made.m_previewWidth, 450);
     EXPECT_EQ(made.m_previewHeight, 450);
     EXPECT_EQ(made.m_previewMaxWidth, 450);
