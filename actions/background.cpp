@@ -55,7 +55,7 @@ int32 RemoveBackground(BackgroundAnalyzer& analyzer, int32 fillLevel, const Imag
     if (!HasShapeOf(destination, source)) destination.Create(source.width, source.height, 3, kDepth8u, 0);
     analyzer.ComputeSamplePoints(source.width, source.height);
     analyzer.classPlane.Fill(kMaskUnclassified);
-    if (!analyzer.SplitToHsv(source)) return kNoPicture;
+    if (!analyzer.SplitColours(source)) return kNoPicture;
     const ImageRect rect{StartOf(face.centreX, face.faceWidth), StartOf(face.centreY, face.faceHeight), face.faceWidth,
                          face.faceHeight};
     if (!BuildRegionMask(mask, analyzer, tolerance, rect)) return kNoPicture;
