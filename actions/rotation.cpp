@@ -148,8 +148,9 @@ void RotateImage(const ImageBuffer& source, ImageBuffer& result, int32 angle) {
 void RotateFree(const ImageBuffer& source, ImageBuffer& result, int32 angle) {
     if (IsWithoutStorage(source, result)) return;
     const Placing placing = PlaceOnCanvas(source, angle);
-    // A canvas that no image could have counts as one without memory: there is nothing to turn onto.
-    const bool possible = IsImageSize(placing.canvas.width, placing.canvas.height);
+    // A canvas that no image could be counts as one without memory: there is nothing to turn onto.
+    const bool possible =
+        IsImageSize(placing.canvas.width, placing.canvas.height) && (source.channels == 1 || source.channels == 3);
     if (!possible) ReportStatus(kNullPointer);
     const ImageRect inner = InnerRectangle(source, angle, placing);
     result.Create(inner.width, inner.height, source.channels, kDepth8u, 0);

@@ -243,7 +243,7 @@ int64 SamplePiece(const LinearPath& path, SourcePosition& at, int64 count, uint8
         }
         if (Block::Write(path, ahead, fixeds, to)) continue;
         for (int32 i = 0; i < Block::kCount; ++i) {
-            SampleOne<Channels>(path, PositionOf(exacts[i]), to + i * Channels);
+            SampleOne<Channels>(path, PositionOf(exacts[i]), to + std::ptrdiff_t{i} * Channels);
         }
     }
     at = PositionOf(exact);

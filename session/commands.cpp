@@ -12,7 +12,7 @@
 namespace orvane {
 namespace {
 
-/// Without bits where there is no work picture to show.
+/// The work picture as windows take bitmaps, whose rows it has. Without bits where there is none to show.
 PictureView ViewOfWorkPicture() {
     const ImageBuffer& picture = g_workImage;
     if (picture.width < 1 || picture.height < 1 || picture.data == nullptr || picture.channels != 3) return {};
@@ -149,8 +149,7 @@ void COrvQuickViewDlg::SetRotation(int32 angle) {
     if (m_stage == kMarking) return;
     ActionRotate(g_colourStageImage, g_workImage, m_rotation);
     ActionRotate(g_colourStageMask, g_maskImage, m_rotation);
-    const PictureView turned =
-        ViewOfWorkPicture(); // its rows are those of a bitmap: a copy would cost as much as a turn
+    const PictureView turned = ViewOfWorkPicture();
     if (turned.bits != nullptr && !IsLive()) m_bitmapHeader = OutgoingHeader(turned.width, turned.height);
     ComputeWorkSize();
     PostPreview(Stretched(turned, FitInside({turned.width, turned.height}, {m_previewWidth, m_previewHeight})));
