@@ -23,11 +23,6 @@ bool IsPicture(const ImageBuffer& image) {
     return image.data != nullptr && image.channels == 3 && image.depth == kDepth8u && image.planar == 0;
 }
 
-bool HasShapeOf(const ImageBuffer& image, const ImageBuffer& other) {
-    return image.data != nullptr && image.width == other.width && image.height == other.height &&
-           image.channels == other.channels && image.depth == other.depth && image.planar == 0;
-}
-
 } // namespace
 
 int32 ActionRemoveBackground(const ImageBuffer& source, ImageBuffer& destination, ImageBuffer& mask, int32 tolerance,
@@ -52,10 +47,10 @@ int32 RemoveBackground(BackgroundAnalyzer& analyzer, int32 fillLevel, const Imag
     mask.Fill(kMaskUnclassified);
     if (tolerance < kSmallestTolerance || !IsPicture(source)) return kNoPicture;
     if (!analyzer.PrepareScratch(source.width, source.height)) return kNoPicture;
-    if (!HasShapeOf(destination, source)) destination.Create(source.width, source.height, 3, kDepth8u, 0);
+    destination.Remake(source.width, source.height, 3, kDepth8u);
     analyzer.ComputeSamplePoints(source.width, source.height);
     analyzer.classPlane.Fill(kMaskUnclassified);
-    if (!analyzer.SplitToHsv(source)) return kNoPicture;
+    if (!analyzer.SplitColours(source)) return kNoPicture;
     const ImageRect rect{StartOf(face.centreX, face.faceWidth), StartOf(face.centreY, face.faceHeight), face.faceWidth,
                          face.faceHeight};
     if (!BuildRegionMask(mask, analyzer, tolerance, rect)) return kNoPicture;

@@ -1,7 +1,6 @@
 #include "actions/background_analyzer.h"
 
-#include "actions/assertion.h"
-#include "primitives/primitives.h"
+#include "primitives/saturation.h"
 #include "primitives/trunc.h"
 
 #include <algorithm>
@@ -32,19 +31,11 @@ void BackgroundAnalyzer::ComputeSamplePoints(int32 width, int32 height) {
     }
 }
 
-bool BackgroundAnalyzer::SplitToHsv(const ImageBuffer& source) {
+bool BackgroundAnalyzer::SplitColours(const ImageBuffer& source) {
     const int32 width = source.width, height = source.height;
-    ImageBuffer hsv;
-    if (!CreatePlane(valuePlane, width, height) || !CreatePlane(saturationPlane, width, height) ||
-        !CreatePlane(huePlane, width, height) || !hsv.Create(width, height, 3, kDepth8u, 0)) {
-        return false;
-    }
-    constexpr int32 kRedFirst[3] = {2, 1, 0};
-    uint8* const planes[3] = {huePlane.data, saturationPlane.data, valuePlane.data};
-    const int32 step = hsv.Step();
-    ReportStatus(primSwapChannels_8u_C3(source.data, source.Step(), hsv.data, step, source.Size(), kRedFirst));
-    ReportStatus(primRGBToHSV_8u_C3(hsv.data, step, hsv.data, step, source.Size()));
-    ReportStatus(primCopy_8u_C3P3(hsv.data, step, planes, valuePlane.Step(), source.Size()));
+    if (!CreatePlane(valuePlane, width, height) || !CreatePlane(saturationPlane, width, height)) return false;
+    SplitValueAndSaturation(source.data, source.Step(), valuePlane.data, saturationPlane.data, valuePlane.Step(),
+                            source.Size());
     return true;
 }
 

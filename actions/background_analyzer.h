@@ -26,13 +26,12 @@ public:
     /// the right edge; the upper rows are those with high numbers. Points of tiny pictures may lie beyond.
     void ComputeSamplePoints(int32 width, int32 height);
 
-    /// New planes of value, saturation and hue of a blue, green, red picture. False without storage.
-    bool SplitToHsv(const ImageBuffer& source);
+    /// New planes of value and saturation of a picture of three channels. False without storage.
+    bool SplitColours(const ImageBuffer& source);
 
     ImageBuffer classPlane; // the mask's start
     ImageBuffer valuePlane;
     ImageBuffer saturationPlane;
-    ImageBuffer huePlane; // comes with the other two; nobody reads it
     ImageBuffer scratchA;
     ImageBuffer scratchB;
     int32 fillLevel = 255;

@@ -8,6 +8,9 @@ namespace orvane {
 /// Makes `destination`, another image, the contrast-stretched form of `source`. Always 0.
 int32 ActionColourCorrection(const ImageBuffer& source, ImageBuffer& destination);
 
+/// The same in place, for a picture that nobody needs as it was.
+void CorrectColours(ImageBuffer& image);
+
 /// Looks for the levels between which a picture of three channels is stretched. A band of levels is
 /// widened in steps of two, once from 254 downward and once from 1 upward, until in any channel it holds
 /// `fraction` of the pixels of levels 1 to 254; the bound lies a step past the band that did. Levels 0 and

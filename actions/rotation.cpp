@@ -1,5 +1,5 @@
-// Quarter turns move pixels; any other turn resamples onto a larger canvas, from which the rectangle
-// between the turned corners is cut.
+// Quarter turns move pixels; any other turn resamples onto a larger canvas, of which only the rectangle
+// between the turned corners is ever made.
 #include "actions/rotation.h"
 
 #include "actions/action_settings.h"
@@ -104,19 +104,25 @@ ImageRect InnerRectangle(const ImageBuffer& source, int32 angle, const Placing& 
     return {columns.start, rows.start, columns.length, rows.length};
 }
 
-/// Copies what `rect` and the canvas share to its place in `result`, which has the rectangle's size.
-void CopyInner(const ImageBuffer& canvas, ImageRect rect, ImageBuffer& result) {
+/// What the rectangle and the canvas share; without pixels where they do not meet.
+ImageRect OnCanvas(ImageRect rect, ImageSize canvas) {
     const int32 x0 = std::max(rect.x, 0), x1 = std::min(rect.x + rect.width, canvas.width);
     const int32 y0 = std::max(rect.y, 0), y1 = std::min(rect.y + rect.height, canvas.height);
-    const uint8* from = canvas.data;
-    uint8* to = result.data;
-    if (from != nullptr && to != nullptr) { // else the copy refuses
-        if (x1 <= x0 || y1 <= y0) return;
-        from = RowAt(from, canvas.Step(), y0) + static_cast<std::ptrdiff_t>(x0) * canvas.channels;
-        to = RowAt(to, result.Step(), y0 - rect.y) + static_cast<std::ptrdiff_t>(x0 - rect.x) * canvas.channels;
+    if (x1 <= x0 || y1 <= y0) return {0, 0, 0, 0};
+    return {x0, y0, x1 - x0, y1 - y0};
+}
+
+/// Turns what `inner` shows of the canvas into `result`, which has its size.
+int32 TurnInto(const ImageBuffer& source, ImageBuffer& result, int32 angle, const Placing& placing, ImageRect inner) {
+    const ImageRect part = OnCanvas(inner, placing.canvas);
+    ImagePoint at{0, 0};
+    if (HasPixels({part.width, part.height})) at = {part.x - inner.x, part.y - inner.y};
+    uint8* to = nullptr;
+    if (result.data != nullptr) {
+        to = RowAt(result.data, result.Step(), at.y) + static_cast<std::ptrdiff_t>(at.x) * result.channels;
     }
-    const auto copy = canvas.channels == 3 ? primCopy_8u_C3 : primCopy_8u_C1;
-    ReportStatus(copy(from, canvas.Step(), to, result.Step(), {x1 - x0, y1 - y0}));
+    return RotatePart(source.channels, source.data, source.Size(), source.Step(), to, result.Step(), placing.canvas,
+                      to != nullptr ? part : ImageRect{}, angle, placing.xShift, placing.yShift);
 }
 
 } // namespace
@@ -142,16 +148,16 @@ void RotateImage(const ImageBuffer& source, ImageBuffer& result, int32 angle) {
 void RotateFree(const ImageBuffer& source, ImageBuffer& result, int32 angle) {
     if (IsWithoutStorage(source, result)) return;
     const Placing placing = PlaceOnCanvas(source, angle);
-    ImageBuffer canvas;
-    const bool made = canvas.Create(placing.canvas.width, placing.canvas.height, source.channels, kDepth8u, 0);
-    const auto rotate = source.channels == 3 ? primRotate_8u_C3 : primRotate_8u_C1;
-    ReportStatus(rotate(source.data, source.Size(), source.Step(), WholeOf(source), canvas.data, canvas.Step(),
-                        WholeOf(canvas), angle, placing.xShift, placing.yShift, kLinear));
+    // A canvas that no image could be counts as one without memory: there is nothing to turn onto.
+    const bool possible =
+        IsImageSize(placing.canvas.width, placing.canvas.height) && (source.channels == 1 || source.channels == 3);
+    if (!possible) ReportStatus(kNullPointer);
     const ImageRect inner = InnerRectangle(source, angle, placing);
     result.Create(inner.width, inner.height, source.channels, kDepth8u, 0);
-    CopyInner(canvas, inner, result);
-    // Exhausted memory: a black sheet must not pass for the picture.
-    if (!made && HasPixels(placing.canvas)) result.Release();
+    if (possible) ReportStatus(TurnInto(source, result, angle, placing, inner));
+    if (!possible || result.data == nullptr) ReportStatus(kNullPointer);
+    // A black sheet must not pass for the picture.
+    if (!possible && HasPixels(placing.canvas)) result.Release();
 }
 
 } // namespace orvane

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -126,6 +127,24 @@ bool ImageBuffer::Create(int32 newWidth, int32 newHeight, int32 newChannels, Dep
     Allocate();
     return data != nullptr;
 }
+
+bool ImageBuffer::Remake(int32 newWidth, int32 newHeight, int32 newChannels, DepthCode newDepth) {
+    if (newDepth == kDepth64f || storedDepth_ == kDepth64f) { // of another allocator
+        return Create(newWidth, newHeight, newChannels, newDepth, 0);
+    }
+    channels = newChannels;
+    depth = newDepth;
+    planar = 0;
+    if (!Reshape(newWidth, newHeight)) return false;
+    const std::size_t step = static_cast<std::size_t>(Step());
+    const std::size_t used = static_cast<std::size_t>(newWidth) * static_cast<std::size_t>(newChannels) *
+                             static_cast<std::size_t>((depth >> 3 & 0x1F) * ((depth & 0x400) != 0 ? 2 : 1));
+    if (used == step) return true;
+    for (int32 y = 0; y < height; ++y) std::memset(RowAt(data, Step(), y) + used, 0, step - used);
+    return true;
+}
+
+void ImageBuffer::Retire() { width = height = depth = channels = planar = 0; }
 
 void ImageBuffer::CopyFrom(const ImageBuffer& other) {
     if (this == &other) return;

@@ -54,6 +54,13 @@ public:
     /// storage where that is too small. The pixels are whatever the storage held. False without storage.
     bool Reshape(int32 newWidth, int32 newHeight);
 
+    /// As Create for interleaved channels, but in the storage at hand where that is large enough: its pixels are
+    /// then whatever it held, only the padding of the rows is zero. For whoever writes every pixel anyway.
+    bool Remake(int32 newWidth, int32 newHeight, int32 newChannels, DepthCode newDepth);
+
+    /// Forgets the shape, but keeps the storage for Remake.
+    void Retire();
+
     /// Deep copy. Without storage in `other` only the shape is taken. Pixels are copied for one channel
     /// of 8, 0x110 and 0x220 and for three channels of 8; other forms get zeroed storage.
     void CopyFrom(const ImageBuffer& other);

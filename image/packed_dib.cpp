@@ -88,10 +88,12 @@ bool LoadBitmapIntoSource(const Bitmap& bitmap, int32 mode) {
 }
 
 int32 StoreWorkIntoBitmap(Bitmap& bitmap) {
-    bitmap.Delete();
+    const bool fits = !bitmap.IsEmpty() && bitmap.Width() == g_workImage.width && bitmap.Height() == g_workImage.height;
+    if (!fits || g_workImage.data == nullptr || g_workImage.channels != 3) bitmap.Delete();
     if (g_workImage.width < 1 || g_workImage.height < 1) return kSuccess;
     if (g_workImage.data == nullptr || g_workImage.channels != 3) return kOutOfMemory;
-    if (!bitmap.Create(g_workImage.width, g_workImage.height)) return kOutOfMemory;
+    // A bitmap of that size is kept: every byte of it is about to be overwritten.
+    if (!fits && !bitmap.Create(g_workImage.width, g_workImage.height)) return kOutOfMemory;
     std::memcpy(bitmap.Bits(), g_workImage.data, bitmap.Header().biSizeImage);
     ClearRowPadding(bitmap.Bits(), bitmap.Width(), bitmap.Height());
     return kSuccess;

@@ -9,6 +9,10 @@
 
 #include <algorithm>
 #include <limits>
+#ifdef __SSE2__
+#include <bit>
+#include <emmintrin.h>
+#endif
 
 namespace orvane::generic {
 namespace {
@@ -18,6 +22,44 @@ struct Span {
     uint32 first;
     uint32 length;
 };
+
+#ifdef __SSE2__
+
+constexpr uint32 kSixteen = 0xFFFF;
+
+/// One bit for each of sixteen pixels that holds the value.
+uint32 Hits(const uint8* pixels, uint8 value) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
+    return static_cast<uint32>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(value)))));
+}
+
+#endif
+
+/// The first of the columns from `x` up to but excluding `end` whose pixel holds the value, or does not; `end`
+/// when there is none.
+template <bool Holds>
+int32 FindRightwards(const uint8* row, int32 x, int32 end, uint8 value) {
+#ifdef __SSE2__
+    for (; end - x >= 16; x += 16) {
+        const uint32 found = Hits(row + x, value) ^ (Holds ? 0 : kSixteen);
+        if (found != 0) return x + std::countr_zero(found);
+    }
+#endif
+    while (x < end && (row[x] == value) != Holds) ++x;
+    return x;
+}
+
+/// The first column of the run of the value that ends before column `x`; `x` when there is none.
+int32 FindStartOfRun(const uint8* row, int32 x, uint8 value) {
+#ifdef __SSE2__
+    for (; x >= 16; x -= 16) {
+        const uint32 others = Hits(row + x - 16, value) ^ kSixteen;
+        if (others != 0) return x - 16 + std::bit_width(others);
+    }
+#endif
+    while (x > 0 && row[x - 1] == value) --x;
+    return x;
+}
 
 class Filler {
 public:
@@ -47,17 +89,15 @@ public:
 private:
     void SearchRow(int32 y, int32 from, int32 to) {
         const uint8* row = RowAt(image_, step_, y);
-        for (int32 x = from; x <= to; ++x) {
-            if (row[x] == oldValue_) x = TakeSpanAt(x, y);
-        }
+        int32 x = from;
+        while ((x = FindRightwards<true>(row, x, to + 1, oldValue_)) <= to) x = TakeSpanAt(x, y) + 1;
     }
 
     /// Fills, counts and stacks the span around (x, y); its last column.
     int32 TakeSpanAt(int32 x, int32 y) {
         uint8* row = RowAt(image_, step_, y);
-        int32 left = x, right = x;
-        while (left > 0 && row[left - 1] == oldValue_) --left;
-        while (right < roi_.width - 1 && row[right + 1] == oldValue_) ++right;
+        const int32 left = FindStartOfRun(row, x, oldValue_);
+        const int32 right = FindRightwards<false>(row, x + 1, roi_.width, oldValue_) - 1;
         const int32 length = right - left + 1;
         std::fill_n(row + left, length, newValue_);
         area_ += length;

@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <cstring>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace orvane::generic {
 namespace {
@@ -136,6 +139,81 @@ int32 FilterBox(const WindowedPlane& plane, Mean mean) {
     return kOk;
 }
 
+// --- the box of three by three pixels, whose sums fit words ---
+
+/// FixedPointMean of nine is a multiplication by 3641 and a shift by 15; with twice that factor the result is
+/// the product's high word.
+constexpr int32 kNinth = 7282;
+
+#ifdef __SSE2__
+
+__m128i LoadWords(const uint16* from) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)); }
+
+__m128i SumOfThree(__m128i a, __m128i b, __m128i c) { return _mm_add_epi16(_mm_add_epi16(a, b), c); }
+
+/// How many columns were summed.
+int64 SumColumnBlocks(const uint8* const (&rows)[3], uint16* sums, int64 count) {
+    const __m128i zero = _mm_setzero_si128();
+    int64 i = 0;
+    for (; count - i >= 16; i += 16) {
+        __m128i bytes[3];
+        for (int32 k = 0; k < 3; ++k) bytes[k] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows[k] + i));
+        const __m128i low = SumOfThree(_mm_unpacklo_epi8(bytes[0], zero), _mm_unpacklo_epi8(bytes[1], zero),
+                                       _mm_unpacklo_epi8(bytes[2], zero));
+        const __m128i high = SumOfThree(_mm_unpackhi_epi8(bytes[0], zero), _mm_unpackhi_epi8(bytes[1], zero),
+                                        _mm_unpackhi_epi8(bytes[2], zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + i), low);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + i + 8), high);
+    }
+    return i;
+}
+
+__m128i MeanOfEight(const uint16* sums) {
+    return _mm_mulhi_epu16(SumOfThree(LoadWords(sums), LoadWords(sums + 1), LoadWords(sums + 2)),
+                           _mm_set1_epi16(kNinth));
+}
+
+/// How many means were written.
+int64 MeanBlocks(const uint16* sums, uint8* result, int64 count) {
+    int64 i = 0;
+    for (; count - i >= 16; i += 16) {
+        const __m128i means = _mm_packus_epi16(MeanOfEight(sums + i), MeanOfEight(sums + i + 8));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(result + i), means);
+    }
+    return i;
+}
+
+#else
+
+int64 SumColumnBlocks(const uint8* const (&)[3], uint16*, int64) { return 0; }
+int64 MeanBlocks(const uint16*, uint8*, int64) { return 0; }
+
+#endif
+
+int32 FilterBox3x3(const WindowedPlane& plane) {
+    RowRing ring(plane);
+    HeapArray<uint16> sums;
+    const int64 reach = plane.Reach();
+    if (!ring.Allocate() || !sums.Allocate(reach)) return kNoMemory;
+    const auto enter = [&](int64 row) {
+        std::memcpy(ring.Row(row), plane.SourceRow(row), static_cast<std::size_t>(reach));
+    };
+    enter(0);
+    enter(1);
+    for (int64 y = 0; y < plane.roi.height; ++y) {
+        enter(y + 2);
+        const uint8* const rows[3] = {ring.Row(y), ring.Row(y + 1), ring.Row(y + 2)};
+        for (int64 i = SumColumnBlocks(rows, sums.data(), reach); i < reach; ++i) {
+            sums[i] = static_cast<uint16>(rows[0][i] + rows[1][i] + rows[2][i]);
+        }
+        uint8* result = RowAt(plane.first, plane.step, static_cast<int32>(y));
+        for (int64 x = MeanBlocks(sums.data(), result, plane.roi.width); x < plane.roi.width; ++x) {
+            result[x] = static_cast<uint8>((sums[x] + sums[x + 1] + sums[x + 2]) * kNinth >> 16);
+        }
+    }
+    return kOk;
+}
+
 } // namespace
 
 int32 primErode3x3_8u_C1I(uint8* srcDst, int32 step, ImageSize roi) {
@@ -168,6 +246,7 @@ int32 primFilterBox_8u_C1I(uint8* srcDst, int32 step, ImageSize roi, ImageSize m
     if (!HasPixels(maskSize)) return kBadMaskSize;
     if (AnchorLiesOutside(maskSize, anchor)) return kBadAnchor;
     const WindowedPlane plane{srcDst, step, roi, maskSize, anchor};
+    if (maskSize.width == 3 && maskSize.height == 3) return FilterBox3x3(plane);
     const int64 area = int64{maskSize.width} * maskSize.height;
     if (area <= kLargestFixedPointArea) return FilterBox<uint32>(plane, FixedPointMean(static_cast<uint32>(area)));
     return FilterBox<uint64>(plane, [area](uint64 sum) { return static_cast<uint8>(sum / static_cast<uint64>(area)); });

@@ -2,8 +2,8 @@
 #include "primitives/pixel.h"
 
 #include <algorithm>
-#ifdef __SSE2__
 #include <cstring>
+#ifdef __SSE2__
 #include <emmintrin.h>
 #endif
 
@@ -52,6 +52,27 @@ int32 GreyBlocks(const uint8* src, uint8* dst, int32 width) {
 int32 GreyBlocks(const uint8*, uint8*, int32) { return 0; }
 
 #endif
+
+/// The pixels of a row whose mask bytes are not 0. Most masks have long runs of either kind, so eight bytes are
+/// looked at together.
+void CopyMaskedRow(const uint8* from, uint8* to, const uint8* mask, int32 width) {
+    constexpr uint64 kLowBits = 0x7F7F7F7F7F7F7F7F;
+    int32 x = 0;
+    for (; width - x >= 8; x += 8, from += 24, to += 24) {
+        uint64 bytes;
+        std::memcpy(&bytes, mask + x, sizeof bytes);
+        // The top bit of each byte says that it is not 0.
+        const uint64 set = (((bytes & kLowBits) + kLowBits) | bytes) & ~kLowBits;
+        if (set == ~kLowBits) {
+            std::memcpy(to, from, 24);
+        } else if (set != 0) {
+            for (std::ptrdiff_t i = 0; i < 24; ++i) to[i] = mask[x + i / 3] != 0 ? from[i] : to[i];
+        }
+    }
+    for (; x < width; ++x, from += 3, to += 3) {
+        if (mask[x] != 0) std::memcpy(to, from, 3);
+    }
+}
 
 template <typename Holds>
 void CompareRow(const uint8* src, uint8* dst, int32 width, Holds holds) {
@@ -115,15 +136,7 @@ int32 primCopyMasked_8u_C3(const uint8* src, int32 srcStep, uint8* dst, int32 ds
     if (src == nullptr || dst == nullptr || mask == nullptr) return kNullPointer;
     if (!HasPixels(roi)) return kBadSize;
     for (int32 y = 0; y < roi.height; ++y) {
-        const uint8* from = RowAt(src, srcStep, y);
-        uint8* to = RowAt(dst, dstStep, y);
-        const uint8* under = RowAt(mask, maskStep, y);
-        for (int32 x = 0; x < roi.width; ++x, from += 3, to += 3) {
-            if (under[x] == 0) continue;
-            to[0] = from[0];
-            to[1] = from[1];
-            to[2] = from[2];
-        }
+        CopyMaskedRow(RowAt(src, srcStep, y), RowAt(dst, dstStep, y), RowAt(mask, maskStep, y), roi.width);
     }
     return kOk;
 }

@@ -1,7 +1,9 @@
 // Rotation of a region: quarter turns copy pixels; any other turn fills, row by row, the span of pixels
-// that the turned region covers, and looks each of them up in the source.
+// that the turned region covers, and looks each of them up in the source. A part of a destination has the
+// pixels that it would have in the whole: positions advance from the span's own first pixel.
 #include "primitives/rotate.h"
 
+#include "primitives/rotate_linear.h"
 #include "primitives/rotation_map.h"
 
 #include <algorithm>
@@ -19,6 +21,8 @@ struct RotateFrame {
     uint8* dst;
     int32 dstStep;
     ImageRect dstRoi;
+    ImageRect part;      // of dstRoi, which alone is written; the status is that of dstRoi
+    ImagePoint dstPixel; // that `dst` points to
     RotationMap map;
 };
 
@@ -29,7 +33,7 @@ const uint8* SourcePixel(const RotateFrame& f, int32 x, int32 y) {
 
 template <int32 Channels>
 uint8* DestinationPixel(const RotateFrame& f, int32 x, int32 y) {
-    return RowAt(f.dst, f.dstStep, y) + static_cast<std::ptrdiff_t>(x) * Channels;
+    return RowAt(f.dst, f.dstStep, y - f.dstPixel.y) + static_cast<std::ptrdiff_t>(x - f.dstPixel.x) * Channels;
 }
 
 // --- quarter turns ---
@@ -43,9 +47,11 @@ struct Range {
     int64 last;
 };
 
-Range CutRange(int64 a, int64 b, int32 origin, int32 length) {
-    return {std::max<int64>(std::min(a, b), origin), std::min<int64>(std::max(a, b), int64{origin} + length - 1)};
+Range CutRange(Range range, int32 origin, int32 length) {
+    return {std::max<int64>(range.first, origin), std::min<int64>(range.last, int64{origin} + length - 1)};
 }
+
+Range RangeBetween(int64 a, int64 b) { return {std::min(a, b), std::max(a, b)}; }
 
 /// Copies the region by transposition or reversal. Destination columns are taken in blocks, so that the
 /// source rows that a block runs along stay in the cache.
@@ -57,11 +63,13 @@ int32 RotateExactly(RotateFrame f) {
     const auto xShift = static_cast<int64>(f.map.xShift), yShift = static_cast<int64>(f.map.yShift);
     const int64 x0 = f.srcRoi.x, x1 = x0 + f.srcRoi.width - 1;
     const int64 y0 = f.srcRoi.y, y1 = y0 + f.srcRoi.height - 1;
-    const Range columns =
-        CutRange(cosine * x0 + sine * y0 + xShift, cosine * x1 + sine * y1 + xShift, f.dstRoi.x, f.dstRoi.width);
-    const Range rows =
-        CutRange(-sine * x0 + cosine * y0 + yShift, -sine * x1 + cosine * y1 + yShift, f.dstRoi.y, f.dstRoi.height);
-    if (columns.first > columns.last || rows.first > rows.last) return kNoIntersection;
+    const Range landedColumns = RangeBetween(cosine * x0 + sine * y0 + xShift, cosine * x1 + sine * y1 + xShift);
+    const Range landedRows = RangeBetween(-sine * x0 + cosine * y0 + yShift, -sine * x1 + cosine * y1 + yShift);
+    const Range seenColumns = CutRange(landedColumns, f.dstRoi.x, f.dstRoi.width);
+    const Range seenRows = CutRange(landedRows, f.dstRoi.y, f.dstRoi.height);
+    if (seenColumns.first > seenColumns.last || seenRows.first > seenRows.last) return kNoIntersection;
+    const Range columns = CutRange(seenColumns, f.part.x, f.part.width);
+    const Range rows = CutRange(seenRows, f.part.y, f.part.height);
 
     constexpr int64 kBlock = 64;
     const std::ptrdiff_t along = std::ptrdiff_t{cosine} * Channels + std::ptrdiff_t{sine} * f.srcStep;
@@ -122,61 +130,97 @@ int32 NearestIndex(double p, int32 length) {
     return raised < length ? static_cast<int32>(raised) : length - 1;
 }
 
-/// A pair of neighbours along an axis, and the way from the first to the second.
-struct Between {
-    int32 index;
-    double fraction;
-};
-
-Between LinearPosition(double p, int32 length) {
-    constexpr double kNudge = 0.0000001;
-    if (!(p > -0.000001)) return {0, 0.0}; // farther out than rounding leads on any real picture
-    if (p + kNudge >= length - 1) return {length - 2, 1.0};
-    const auto index = static_cast<int32>(p + kNudge);
-    return {index, p - index};
-}
-
 template <int32 Channels>
-void SampleNearest(const RotateFrame& f, double u, double v, uint8* to) {
-    const uint8* from = SourcePixel<Channels>(f, NearestIndex(u, f.srcSize.width), NearestIndex(v, f.srcSize.height));
-    for (int32 c = 0; c < Channels; ++c) to[c] = from[c];
-}
-
-template <int32 Channels>
-void SampleLinear(const RotateFrame& f, double u, double v, uint8* to) {
-    const Between x = LinearPosition(u, f.srcSize.width), y = LinearPosition(v, f.srcSize.height);
-    const uint8* p0 = SourcePixel<Channels>(f, x.index, y.index);
-    const uint8* p1 = p0 + f.srcStep;
-    for (int32 c = 0; c < Channels; ++c) {
-        const double top = p0[c] + (p0[c + Channels] - p0[c]) * x.fraction;
-        const double bottom = p1[c] + (p1[c + Channels] - p1[c]) * x.fraction;
-        // Fractions lie within 1e-6 of 0 to 1, so this stays above 0 and below 256.
-        to[c] = static_cast<uint8>(0.5 + top + (bottom - top) * y.fraction);
+void SampleNearest(const RotateFrame& f, SourcePosition& at, int64 count, uint8* to) {
+    for (; count > 0; --count, to += Channels) {
+        const uint8* from =
+            SourcePixel<Channels>(f, NearestIndex(at.u, f.srcSize.width), NearestIndex(at.v, f.srcSize.height));
+        for (int32 c = 0; c < Channels; ++c) to[c] = from[c];
+        at.u += f.map.cosine;
+        at.v += f.map.sine;
     }
 }
 
-template <int32 Channels, auto Sample>
+template <int32 Channels>
+void SampleLinear(const RotateFrame& f, SourcePosition& at, int64 count, uint8* to) {
+    SampleLinearly<Channels>({f.src, f.srcSize, f.srcStep, {f.map.cosine, f.map.sine}}, at, count, to);
+}
+
+/// What is still to be written of a row: the pixels from `x` up to but excluding `end`.
+struct RowRest {
+    int32 y;
+    int64 x, end;
+    SourcePosition at; // of pixel `x`
+};
+
+/// What a span and the part share.
+RowRest RestOfSpan(const RotateFrame& f, Span span, int32 y) {
+    const int32 first = std::max(span.first, f.part.x);
+    const int64 end = std::min(int64{span.last} + 1, int64{f.part.x} + f.part.width);
+    const double fromX = span.first - f.map.xShift, fromY = y - f.map.yShift;
+    SourcePosition at{f.map.cosine * fromX - f.map.sine * fromY, f.map.sine * fromX + f.map.cosine * fromY};
+    for (int64 x = span.first; x < first && first < end; ++x) {
+        at.u += f.map.cosine;
+        at.v += f.map.sine;
+    }
+    return {y, first, end, at};
+}
+
+/// Some rows that are filled together, block by block: a row alone runs across so many source rows that the
+/// next one would find none of them in the cache.
+template <int32 Channels, auto SampleRow>
+class Band {
+public:
+    bool IsFull() const { return count_ == kRows; }
+    void Add(const RowRest& row) { rows_[count_++] = row; }
+
+    void Fill(const RotateFrame& f) {
+        int64 left = std::numeric_limits<int64>::max(), right = 0;
+        for (int32 i = 0; i < count_; ++i) {
+            left = std::min(left, rows_[i].x);
+            right = std::max(right, rows_[i].end);
+        }
+        for (; left < right; left += kColumns) {
+            for (int32 i = 0; i < count_; ++i) FillBlock(f, rows_[i], left + kColumns);
+        }
+        count_ = 0;
+    }
+
+private:
+    static constexpr int32 kRows = 64;
+    static constexpr int64 kColumns = 128;
+
+    static void FillBlock(const RotateFrame& f, RowRest& row, int64 blockEnd) {
+        const int64 count = std::min(row.end, blockEnd) - row.x;
+        if (count <= 0) return;
+        SampleRow(f, row.at, count, DestinationPixel<Channels>(f, static_cast<int32>(row.x), row.y));
+        row.x += count;
+    }
+
+    RowRest rows_[kRows];
+    int32 count_ = 0;
+};
+
+template <int32 Channels, auto SampleRow>
 int32 RotateBySpans(RotateFrame f) {
     double quad[4][2];
     MapCorners(f.map, f.srcRoi, quad);
     const auto [top, bottom] = std::minmax({quad[0][1], quad[1][1], quad[2][1], quad[3][1]});
     const Span rows = WholeNumbers(top, bottom, f.dstRoi.y, f.dstRoi.height);
     bool landed = false;
+    Band<Channels, SampleRow> band;
     for (int64 row = rows.first; row <= rows.last; ++row) {
         const auto y = static_cast<int32>(row);
+        const bool written = y >= f.part.y && row < int64{f.part.y} + f.part.height;
+        if (landed && !written) continue;
         const Span span = SpanOfRow(quad, y, f.dstRoi);
         if (span.first > span.last) continue;
         landed = true;
-        const double fromX = span.first - f.map.xShift, fromY = y - f.map.yShift;
-        double u = f.map.cosine * fromX - f.map.sine * fromY;
-        double v = f.map.sine * fromX + f.map.cosine * fromY;
-        uint8* to = DestinationPixel<Channels>(f, span.first, y);
-        for (int64 x = span.first; x <= span.last; ++x, to += Channels) {
-            Sample(f, u, v, to);
-            u += f.map.cosine;
-            v += f.map.sine;
-        }
+        if (!written) continue;
+        band.Add(RestOfSpan(f, span, y));
+        if (band.IsFull()) band.Fill(f);
     }
+    band.Fill(f);
     return landed ? kOk : kEmptyResult;
 }
 
@@ -217,16 +261,24 @@ int32 Rotate(RotateFrame f, double angle, double xShift, double yShift, int32 in
     return RotateBySpans<Channels, SampleLinear<Channels>>(f);
 }
 
+/// A frame that writes all of `dstRoi`, from the destination's first pixel on.
+RotateFrame WholeFrame(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst, int32 dstStep,
+                       ImageRect dstRoi) {
+    return {src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi, dstRoi, {0, 0}, {}};
+}
+
 } // namespace
 
 int32 primRotate_8u_C1(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst, int32 dstStep,
                        ImageRect dstRoi, double angle, double xShift, double yShift, int32 interpolation) {
-    return Rotate<1>({src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi, {}}, angle, xShift, yShift, interpolation);
+    return Rotate<1>(WholeFrame(src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi), angle, xShift, yShift,
+                     interpolation);
 }
 
 int32 primRotate_8u_C3(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst, int32 dstStep,
                        ImageRect dstRoi, double angle, double xShift, double yShift, int32 interpolation) {
-    return Rotate<3>({src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi, {}}, angle, xShift, yShift, interpolation);
+    return Rotate<3>(WholeFrame(src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi), angle, xShift, yShift,
+                     interpolation);
 }
 
 int32 primRotateCenter_8u_C1(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst,
@@ -246,3 +298,28 @@ int32 primRotateCenter_8u_C3(const uint8* src, ImageSize srcSize, int32 srcStep,
 }
 
 } // namespace orvane::generic
+
+namespace orvane {
+
+int32 RotatePart(int32 channels, const uint8* src, ImageSize srcSize, int32 srcStep, uint8* dst, int32 dstStep,
+                 ImageSize whole, ImageRect part, double angle, double xShift, double yShift) {
+    uint8 nowhere = 0; // to which no pixel goes
+    if (!HasPixels({part.width, part.height})) {
+        dst = &nowhere;
+        dstStep = 1;
+    }
+    const generic::RotateFrame frame{src,
+                                     srcSize,
+                                     srcStep,
+                                     {0, 0, srcSize.width, srcSize.height},
+                                     dst,
+                                     dstStep,
+                                     {0, 0, whole.width, whole.height},
+                                     part,
+                                     {part.x, part.y},
+                                     {}};
+    const auto rotate = channels == 3 ? generic::Rotate<3> : generic::Rotate<1>;
+    return rotate(frame, angle, xShift, yShift, kLinear);
+}
+
+} // namespace orvane

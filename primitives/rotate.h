@@ -48,4 +48,13 @@ int32 primGetRotateQuad(ImageRect srcRoi, double quad[4][2], double angle, doubl
 int32 primGetRotateBound(ImageRect srcRoi, double bound[2][2], double angle, double xShift, double yShift);
 
 } // namespace generic
+
+/// Turns a whole picture of 1 or 3 channels by linear interpolation, but writes only a part of the destination:
+/// the pixels that `primRotate_8u_C1` or `_C3` would write there, and their status for the whole.
+/// @param dst top left of the part
+/// @param whole the destination's size; nothing of it is needed but the part
+/// @param part inside the whole; without pixels nothing is written, and dst and its step play no part
+int32 RotatePart(int32 channels, const uint8* src, ImageSize srcSize, int32 srcStep, uint8* dst, int32 dstStep,
+                 ImageSize whole, ImageRect part, double angle, double xShift, double yShift);
+
 } // namespace orvane

@@ -12,6 +12,13 @@
 namespace orvane {
 namespace {
 
+/// The work picture as windows take bitmaps, whose rows it has. Without bits where there is none to show.
+PictureView ViewOfWorkPicture() {
+    const ImageBuffer& picture = g_workImage;
+    if (picture.width < 1 || picture.height < 1 || picture.data == nullptr || picture.channels != 3) return {};
+    return {picture.data, picture.width, picture.height};
+}
+
 /// What "%d" reads from a text; 0 where no number stands, the range's end beyond it.
 int32 NumberIn(const wchar_t* text) {
     while (*text == L' ' || (*text >= L'\t' && *text <= L'\r')) ++text;
@@ -142,11 +149,10 @@ void COrvQuickViewDlg::SetRotation(int32 angle) {
     if (m_stage == kMarking) return;
     ActionRotate(g_colourStageImage, g_workImage, m_rotation);
     ActionRotate(g_colourStageMask, g_maskImage, m_rotation);
-    Bitmap turned;
-    StoreWorkIntoBitmap(turned);
-    ReadBitmapHeader(turned);
+    const PictureView turned = ViewOfWorkPicture();
+    if (turned.bits != nullptr && !IsLive()) m_bitmapHeader = OutgoingHeader(turned.width, turned.height);
     ComputeWorkSize();
-    PostPreview(ScaleBitmapToPreview(turned));
+    PostPreview(Stretched(turned, FitInside({turned.width, turned.height}, {m_previewWidth, m_previewHeight})));
 }
 
 } // namespace orvane

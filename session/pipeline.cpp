@@ -36,7 +36,9 @@ int32 RunSlot(int32 slot, int32 tolerance, const ImageBuffer& picture, ImageBuff
     case kSlotBackground:
         return ActionRemoveBackground(picture, scratch, g_maskImage, tolerance, g_originalWidth, g_originalHeight);
     case kSlotColour:
-        return ActionColourCorrection(picture, scratch);
+        if (&picture != &g_workImage) return ActionColourCorrection(picture, scratch);
+        CorrectColours(g_workImage);
+        return kSuccess;
     case kSlotRotation:
         return TurnPictureAndMask(picture, scratch);
     case kSlotOutputScaling:
@@ -58,10 +60,12 @@ int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots, co
     int32 status = kSuccess;
     for (int32 slot = 0; slot < kActionCount && status == kSuccess; ++slot) {
         if (g_actionEnabled[static_cast<std::size_t>(slot)] != 0) {
+            // What an earlier run left in the work picture serves the first slot as storage.
+            if (picture == &g_sourceImage) g_workImage.Swap(scratch);
+            scratch.Retire();
             status = RunSlot(slot, tolerance, *picture, scratch);
             if (scratch.depth != 0) { // the slot made a picture, or tried to
                 g_workImage.Swap(scratch);
-                scratch.Reset();
                 picture = &g_workImage;
             }
             if (observer && status == kSuccess) observer(slot, *picture);

@@ -66,21 +66,21 @@ ImageSize FitInside(ImageSize picture, ImageSize limit) {
     return {TruncToInt32(limit.height * aspect), limit.height};
 }
 
-Bitmap Stretched(const Bitmap& bitmap, ImageSize size) {
+Bitmap Stretched(const PictureView& picture, ImageSize size) {
     Bitmap result;
-    if (bitmap.IsEmpty() || !result.Create(size.width, size.height)) return {};
+    if (picture.bits == nullptr || !result.Create(size.width, size.height)) return {};
     // The middle of pixel i of n lies at (2 i + 1) / 2 n of a side; below the side's end for every i.
     const auto under = [](int32 i, int32 n, int32 side) {
         return static_cast<int32>((2 * static_cast<int64>(i) + 1) * side / (2 * static_cast<int64>(n)));
     };
     std::vector<std::ptrdiff_t> columns(static_cast<std::size_t>(size.width));
     for (int32 x = 0; x < size.width; ++x) {
-        columns[static_cast<std::size_t>(x)] = std::ptrdiff_t{3} * under(x, size.width, bitmap.Width());
+        columns[static_cast<std::size_t>(x)] = std::ptrdiff_t{3} * under(x, size.width, picture.width);
     }
-    const std::ptrdiff_t sourceStep = BitmapRowBytes(bitmap.Width());
+    const std::ptrdiff_t sourceStep = BitmapRowBytes(picture.width);
     const std::ptrdiff_t step = BitmapRowBytes(size.width);
     for (int32 y = 0; y < size.height; ++y) {
-        const uint8* from = bitmap.Bits() + under(y, size.height, bitmap.Height()) * sourceStep;
+        const uint8* from = picture.bits + under(y, size.height, picture.height) * sourceStep;
         uint8* to = result.Bits() + y * step;
         for (const std::ptrdiff_t column : columns) {
             std::memcpy(to, from + column, 3);

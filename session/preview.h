@@ -30,9 +30,10 @@ inline PictureView ViewOf(const Bitmap& bitmap) { return {bitmap.Bits(), bitmap.
 /// The largest size with the proportions of `picture` inside `limit`; a side may become 0.
 ImageSize FitInside(ImageSize picture, ImageSize limit);
 
-/// A bitmap stretched to a size: each pixel is the one of `bitmap` below its middle. Empty for an empty
-/// bitmap or a size without pixels.
-Bitmap Stretched(const Bitmap& bitmap, ImageSize size);
+/// A picture stretched to a size: each pixel is the one of `picture` below its middle. Empty for a picture or a
+/// size without pixels.
+Bitmap Stretched(const PictureView& picture, ImageSize size);
+inline Bitmap Stretched(const Bitmap& bitmap, ImageSize size) { return Stretched(ViewOf(bitmap), size); }
 
 /// Corners of a rectangle, counted from the picture's upper left corner; in any order.
 struct Corners {

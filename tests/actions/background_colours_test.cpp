@@ -120,8 +120,8 @@ TEST(AllSamples, MarkTheSameDirectlyAndByTheTable) {
         ASSERT_TRUE(tall.Create(256, 257, 3, kDepth8u, 0));
         std::copy_n(picture.data, 256 * 768, tall.data);
         std::copy_n(test::PixelAt(picture, 0, 255), 768, test::PixelAt(tall, 0, 256));
-        ASSERT_TRUE(small.SplitToHsv(picture) && small.PrepareScratch(256, 256));
-        ASSERT_TRUE(large.SplitToHsv(tall) && large.PrepareScratch(256, 257));
+        ASSERT_TRUE(small.SplitColours(picture) && small.PrepareScratch(256, 256));
+        ASSERT_TRUE(large.SplitColours(tall) && large.PrepareScratch(256, 257));
         small.ComputeSamplePoints(256, 256);
         large.samplePoints = small.samplePoints;
         ASSERT_TRUE(smallMask.Create(256, 256, 1, kDepth8u, 0) && largeMask.Create(256, 257, 1, kDepth8u, 0));
@@ -143,7 +143,7 @@ TEST(AllSamples, TakeAToleranceUnderOneForOne) {
         BackgroundAnalyzer analyzer;
         ImageBuffer picture, mask;
         test::DrawPortrait({.width = 60, .height = 60, .noise = 6}, picture);
-        ASSERT_TRUE(analyzer.SplitToHsv(picture) && analyzer.PrepareScratch(60, 60));
+        ASSERT_TRUE(analyzer.SplitColours(picture) && analyzer.PrepareScratch(60, 60));
         analyzer.ComputeSamplePoints(60, 60);
         ASSERT_TRUE(mask.Create(60, 60, 1, kDepth8u, 0));
         mask.Fill(154.0);
@@ -162,7 +162,7 @@ TEST(AllSamples, SkipPointsBeyondThePlanesAndMoveThoseOnTheirEdge) {
         const auto half = static_cast<uint8>(5 + 6 * x); // of one saturation, far from both ends
         for (int32 y = 0; y < 10; ++y) test::PaintPixel(picture, x, y, {half, half, static_cast<uint8>(2 * half)});
     }
-    ASSERT_TRUE(analyzer.SplitToHsv(picture) && analyzer.PrepareScratch(20, 10));
+    ASSERT_TRUE(analyzer.SplitColours(picture) && analyzer.PrepareScratch(20, 10));
     ASSERT_TRUE(mask.Create(20, 10, 1, kDepth8u, 0));
     struct Case {
         ImagePoint point;
@@ -184,7 +184,7 @@ TEST(AllSamples, RefuseAMaskOfAnotherSizeAndOneWithoutStorage) {
     BackgroundAnalyzer analyzer;
     ImageBuffer picture, mask;
     test::DrawPortrait({.width = 30, .height = 20}, picture);
-    ASSERT_TRUE(analyzer.SplitToHsv(picture) && analyzer.PrepareScratch(30, 20));
+    ASSERT_TRUE(analyzer.SplitColours(picture) && analyzer.PrepareScratch(30, 20));
     EXPECT_FALSE(MarkAllSamples(analyzer, mask, 40));
     ASSERT_TRUE(mask.Create(30, 19, 1, kDepth8u, 0));
     EXPECT_FALSE(MarkAllSamples(analyzer, mask, 40));
@@ -194,7 +194,7 @@ TEST(AllSamples, WithoutMemoryForTheTableAreRefused) {
     BackgroundAnalyzer analyzer;
     ImageBuffer picture, mask;
     test::DrawPortrait({.width = 300, .height = 300}, picture);
-    ASSERT_TRUE(analyzer.SplitToHsv(picture) && analyzer.PrepareScratch(300, 300));
+    ASSERT_TRUE(analyzer.SplitColours(picture) && analyzer.PrepareScratch(300, 300));
     ASSERT_TRUE(mask.Create(300, 300, 1, kDepth8u, 0));
     for (int32 allowed = 0; allowed < 5; ++allowed) {
         const test::HeapLimit limit(allowed);

@@ -151,7 +151,7 @@ TEST(RegionMask, StartsFromTheClassPlaneWhateverTheMaskHeld) {
     ImageBuffer picture;
     test::DrawPortrait({.width = 60, .height = 70}, picture);
     BackgroundAnalyzer analyzer;
-    ASSERT_TRUE(analyzer.PrepareScratch(60, 70) && analyzer.SplitToHsv(picture));
+    ASSERT_TRUE(analyzer.PrepareScratch(60, 70) && analyzer.SplitColours(picture));
     analyzer.ComputeSamplePoints(60, 70);
     analyzer.classPlane.Fill(154.0);
     ImageBuffer mask, other;
@@ -171,7 +171,7 @@ TEST(RegionMask, PaintsTheCoreInsideTheFace) {
     ASSERT_TRUE(picture.Create(100, 100, 3, kDepth8u, 0));
     for (int32 i = 0; i < 10000; ++i) test::PaintPixel(picture, i % 100, i / 100, test::kBlueBackdrop);
     BackgroundAnalyzer analyzer;
-    ASSERT_TRUE(analyzer.PrepareScratch(100, 100) && analyzer.SplitToHsv(picture));
+    ASSERT_TRUE(analyzer.PrepareScratch(100, 100) && analyzer.SplitColours(picture));
     analyzer.ComputeSamplePoints(100, 100);
     analyzer.classPlane.Fill(154.0);
     ImageBuffer mask;

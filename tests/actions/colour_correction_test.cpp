@@ -232,6 +232,8 @@ TEST(ColourCorrection, HasThePixelsOfThePlainForm) {
         EXPECT_EQ(ActionColourCorrection(source, result), kSuccess);
         ASSERT_PRED_FORMAT2(test::SamePicture, result, expected) << "picture " << i;
         ASSERT_PRED_FORMAT2(test::SamePicture, source, before);
+        CorrectColours(source);
+        ASSERT_PRED_FORMAT2(test::SamePicture, source, expected) << "picture " << i << " in place";
     }
 }
 
@@ -267,6 +269,16 @@ TEST(ColourCorrection, OfPicturesOfOneRowOrColumnIsThePlainForm) {
         EXPECT_EQ(ActionColourCorrection(source, result), kSuccess);
         EXPECT_SAME_PICTURE(result, expected);
     }
+}
+
+TEST(ColourCorrection, InPlaceLeavesPicturesOfAnotherFormAloneAndTellsOfNone) {
+    ImageBuffer source, before;
+    test::MakeRandomPicture(source, 20, 10, 1, 1);
+    before.CopyFrom(source);
+    EXPECT_EQ(test::Printed([&] { CorrectColours(source); }), "");
+    EXPECT_SAME_PICTURE(source, before);
+    source.Reset();
+    EXPECT_EQ(test::Printed([&] { CorrectColours(source); }), "Assertion Failed -8 \n");
 }
 
 TEST(ColourCorrection, OfOneChannelIsACopy) {

@@ -359,6 +359,55 @@ TEST(ImageCopy, WithMemoryExhaustedHasTheShapeAlone) {
     EXPECT_EQ(nullptr, copy.data);
 }
 
+TEST(ImageRemake, KeepsTheStorageWhileItSufficesAndClearsThePadding) {
+    ImageBuffer image = Made(20, 10, 3, kDepth8u);
+    const uint8* storage = image.data;
+    for (const DepthCode depth : {kDepth8u, kDepth16s, kDepth32f, kDepth16u, kDepth32fc}) {
+        std::memset(image.data, 9, 600);
+        const HeapLimit none(0);
+        ASSERT_TRUE(image.Remake(7, 9, 1, depth));
+        ExpectShape(image, 7, 9, 1, depth, 0);
+        EXPECT_EQ(storage, image.data) << depth;
+        const int32 used = 7 * (depth == kDepth32fc ? 8 : (depth & 0x3F) / 8);
+        for (int32 y = 0; y < 9; ++y) {
+            for (int32 i = 0; i < image.Step(); ++i) {
+                ASSERT_EQ(i < used ? 9 : 0, image.data[image.Step() * y + i]) << "byte " << i << " at " << depth;
+            }
+        }
+    }
+}
+
+TEST(ImageRemake, GetsOtherStorageWhereItMust) {
+    ImageBuffer image = Made(4, 4, 1, kDepth8u);
+    std::memset(image.data, 9, 16);
+    ASSERT_TRUE(image.Remake(40, 30, 3, kDepth8u));
+    EXPECT_TRUE(HasOnly(0, image));
+    ASSERT_TRUE(image.Remake(5, 5, 1, kDepth64f)) << "of another allocator";
+    EXPECT_TRUE(HasOnly(0, image));
+    ASSERT_TRUE(image.Remake(2, 2, 1, kDepth8u));
+    EXPECT_TRUE(HasOnly(0, image));
+    EXPECT_FALSE(image.Remake(0, 5, 3, kDepth8u));
+    EXPECT_EQ(nullptr, image.data);
+    const HeapLimit none(0);
+    EXPECT_FALSE(image.Remake(5, 5, 3, kDepth8u));
+    ExpectShape(image, 5, 5, 3, kDepth8u, 0);
+}
+
+TEST(ImageRetire, ForgetsTheShapeAndKeepsTheStorageForRemake) {
+    ImageBuffer image = Made(20, 10, 3, kDepth8u);
+    const uint8* storage = image.data;
+    image.Retire();
+    ExpectShape(image, 0, 0, 0, 0, 0);
+    {
+        const HeapLimit none(0);
+        ASSERT_TRUE(image.Remake(20, 10, 3, kDepth8u));
+    }
+    EXPECT_EQ(storage, image.data);
+    image.Retire();
+    ASSERT_TRUE(image.Create(20, 10, 3, kDepth8u, 0)) << "any other way it is storage to be freed";
+    EXPECT_TRUE(HasOnly(0, image));
+}
+
 TEST(ImageReshape, KeepsTheStorageWhileItSuffices) {
     for (const DepthCode depth : {kDepth8u, kDepth16s, kDepth32f, kDepth64f}) {
         ImageBuffer image = Made(40, 30, 1, depth);

@@ -388,6 +388,15 @@ TEST(StoreWorkIntoBitmap, ReplacesTheBitmapByTheWorkPictureWithCleanPadding) {
     }
 }
 
+TEST(StoreWorkIntoBitmap, OfTheSameSizeAsksForNoMemory) {
+    ASSERT_EQ(0, InitPicture(1, 5, 4, 3, 24));
+    std::fill_n(g_workImage.data, g_workImage.Step() * 4, uint8{9});
+    Bitmap bitmap = RandomBitmap(5, 4);
+    const HeapLimit none(0);
+    ASSERT_EQ(0, StoreWorkIntoBitmap(bitmap));
+    for (int32 i = 0; i < 16 * 4; ++i) ASSERT_EQ(i % 16 < 15 ? 9 : 0, bitmap.Bits()[i]) << "byte " << i;
+}
+
 TEST(StoreWorkIntoBitmap, OfAWorkPictureWithoutSizeIsEmpty) {
     g_workImage.Reset();
     Bitmap bitmap = RandomBitmap(5, 4);
@@ -397,7 +406,7 @@ TEST(StoreWorkIntoBitmap, OfAWorkPictureWithoutSizeIsEmpty) {
 
 TEST(StoreWorkIntoBitmap, WithoutStorageIsMinus50AndEmpty) {
     ASSERT_EQ(0, InitPicture(1, 5, 4, 3, 24));
-    Bitmap bitmap = RandomBitmap(5, 4);
+    Bitmap bitmap = RandomBitmap(5, 5);
     {
         const HeapLimit none(0);
         EXPECT_EQ(-50, StoreWorkIntoBitmap(bitmap));

@@ -101,6 +101,22 @@ TEST(FloodFill, EqualsThePlainFormOverRandomPictures) {
     }
 }
 
+TEST(FloodFill, EqualsThePlainFormOverLongRuns) {
+    Random random;
+    for (int32 width = 1; width <= 100; ++width) {
+        for (const int32 neighbours : {4, 8}) {
+            const ImageSize roi{width, random.Int(1, 8)};
+            Bytes plane = Bytes::Output(roi.width, roi.height, random);
+            plane.FillRegion(7);
+            for (int32 walls = random.Int(0, 2 * roi.height); walls > 0; --walls) {
+                plane.At(random.Int(0, width - 1), random.Int(0, roi.height - 1)) = 8;
+            }
+            Judge(plane, {random.Int(0, width - 1), random.Int(0, roi.height - 1)}, 200, neighbours, 0);
+            if (HasFailure()) return;
+        }
+    }
+}
+
 TEST(FloodFill, TheWorkFitsItsBufferOnEveryShape) {
     const struct {
         const char* name;

@@ -55,6 +55,36 @@ TEST(Erode3x3, IsTheSmallestOfNineAndWritesOnlyTheRegion) {
     }
 }
 
+TEST(FilterBox, OfThreeByThreeIsTheMeanAtEveryWidth) {
+    Random random;
+    for (int32 width = 1; width <= 100; ++width) {
+        const Window w{{width, random.Int(1, 9)}, {3, 3}, {random.Int(0, 2), random.Int(0, 2)}};
+        Bytes result = PlaneFor(w, random);
+        if (width % 4 == 0) result.FillRegion(static_cast<uint8>(255 - width % 3)); // the largest sums
+        Bytes expected = result;
+        ASSERT_EQ(kOk, RunBox(result, w)) << w;
+        reference::Box(expected, w);
+        ASSERT_SAME_PLANE(uint8, result, expected) << w;
+    }
+}
+
+TEST(FilterBox, OfThreeByThreeDividesEverySumAlike) {
+    Random random;
+    for (int32 sum = 0; sum <= 9 * 255; ++sum) {
+        const Window w{{17, 1}, {3, 3}, {1, 1}};
+        Bytes result(19, 3, 0, 0, 0);
+        for (int32 cell = 0; cell < 9; ++cell) { // the same in every window: columns repeat by three
+            for (int32 x = cell % 3; x < 19; x += 3) {
+                result.At(x, cell / 3) = static_cast<uint8>(sum / 9 + (cell < sum % 9 ? 1 : 0));
+            }
+        }
+        Bytes expected = result;
+        ASSERT_EQ(kOk, RunBox(result, w));
+        reference::Box(expected, w);
+        ASSERT_SAME_PLANE(uint8, result, expected) << "sum " << sum;
+    }
+}
+
 TEST(Erode3x3, TestsPointerStepSizeRoomThenMemory) {
     std::vector<uint8> plane(7 * 7, 7);
     uint8* region = plane.data() + 8;

@@ -69,6 +69,28 @@ TEST(CopyMasked, CopiesWholePixelsWhereTheMaskIsNotZeroAndNothingBeside) {
     });
 }
 
+TEST(CopyMasked, CopiesLongRunsLikeSinglePixels) {
+    ForManySizes([](ImageSize roi, Random& random) {
+        Bytes mask = Bytes::Source(roi.width, roi.height, random);
+        int32 rest = 0, level = 0;
+        ForEachPixel(roi, [&](int32 x, int32 y) {
+            if (rest-- == 0) {
+                rest = random.Int(0, 30);
+                const int32 levels[] = {0, 1, 127, 128, 255};
+                level = levels[random.Int(0, 1) * random.Int(1, 4)];
+            }
+            mask.At(x, y) = static_cast<uint8>(level);
+        });
+        const Bytes src = Bytes::Source(3 * roi.width, roi.height, random);
+        Bytes result = Bytes::Output(3 * roi.width, roi.height, random);
+        Bytes expected = result;
+        ASSERT_EQ(kOk, primCopyMasked_8u_C3(src.Data(), src.Step(), result.Data(), result.Step(), roi, mask.Data(),
+                                            mask.Step()));
+        reference::CopyMasked3(src, expected, roi, mask);
+        ASSERT_SAME_PLANE(uint8, result, expected);
+    });
+}
+
 TEST(CopyMasked, TestsPointersThenSizeAndNoSteps) {
     const uint8 src[3] = {1, 2, 3};
     uint8 dst[3] = {7, 7, 7};

@@ -18,9 +18,12 @@ int32 Run(const Turn& t, const Bytes& src, Bytes& dst) {
                  t.yShift, t.interpolation);
 }
 
-/// Result and reference over random pixels, judged with everything around the result; the status.
-int32 Judge(const Turn& t, Random& random) {
-    const Bytes src = Bytes::Source(t.channels * t.srcSize.width, t.srcSize.height, random);
+Bytes SourceFor(const Turn& t, Random& random) {
+    return Bytes::Source(t.channels * t.srcSize.width, t.srcSize.height, random);
+}
+
+/// Result and reference, judged with everything around the result; the status.
+int32 Judge(const Turn& t, const Bytes& src, Random& random) {
     Bytes result = Bytes::Output(t.channels * (t.dstRoi.x + t.dstRoi.width), t.dstRoi.y + t.dstRoi.height, random);
     Bytes expected = result;
     const int32 expectedStatus = reference::PlainTurn(src, expected, t).Run();
@@ -29,6 +32,9 @@ int32 Judge(const Turn& t, Random& random) {
     EXPECT_SAME_PLANE(uint8, result, expected) << t;
     return status;
 }
+
+/// The same over random pixels.
+int32 Judge(const Turn& t, Random& random) { return Judge(t, SourceFor(t, random), random); }
 
 Turn RandomTurn(Random& random, int32 largest) {
     Turn t{};
@@ -70,6 +76,110 @@ TEST(Rotate, EqualsThePlainFormAtAnyAngle) {
     EXPECT_GT(turned, 1000);
     EXPECT_GT(empty, 50);
     EXPECT_GT(small, 20);
+}
+
+TEST(Rotate, EqualsThePlainFormWhereSamplesLieOnTheStepsOfRounding) {
+    // Shifts by quarters and angles that are hardly turns: many samples lie within a float's error of n + 1/2.
+    Random random;
+    const double angles[] = {0, 360, 180.0000001, 1e-7, -1e-9, 359.9999999, 90.0000001, -270.0001, 0.001, 1e-4};
+    for (int32 round = 0; round < 1500; ++round) {
+        Turn t = RandomTurn(random, 70);
+        t.interpolation = kLinear;
+        t.angle = angles[round % 10];
+        AimAtDestination(t, 12, random);
+        t.xShift = std::trunc(4 * t.xShift) / 4 + random.Int(-1, 1) * 1e-7;
+        t.yShift = std::trunc(4 * t.yShift) / 4 + random.Int(-1, 1) * 1e-7;
+        Judge(t, random);
+        if (HasFailure()) return;
+    }
+}
+
+TEST(Rotate, EqualsThePlainFormOfBlackAndWhite) {
+    Random random;
+    for (int32 round = 0; round < 300; ++round) {
+        Turn t = RandomTurn(random, 70);
+        t.interpolation = kLinear;
+        t.angle = random.Real(-800, 800);
+        AimAtDestination(t, 12, random);
+        Bytes src = SourceFor(t, random);
+        for (int32 y = 0; y < src.Height(); ++y) {
+            for (int32 x = 0; x < src.RowElements(); ++x) src.At(x, y) = src.At(x, y) < 128 ? 0 : 255;
+        }
+        Judge(t, src, random);
+        if (HasFailure()) return;
+    }
+}
+
+TEST(Rotate, ByVeryManyPixelsARowEqualsThePlainForm) {
+    // A long row, along which the sums of the steps gather their errors.
+    Random random;
+    for (const double angle : {0.0, 0.00001, 0.0001, -0.00003, 180.00002}) {
+        for (const int32 channels : {1, 3}) {
+            Turn t{{20'000, 3}, {0, 0, 20'000, 3}, {0, 0, 20'000, 5}, angle, 0, 0, kLinear, channels};
+            AimAtDestination(t, 1, random);
+            ASSERT_EQ(kOk, Judge(t, random));
+        }
+    }
+}
+
+TEST(RotatePart, HasThePixelsAndTheStatusOfTheWhole) {
+    Random random;
+    int32 turned = 0, empty = 0;
+    for (int32 round = 0; round < 2000; ++round) {
+        Turn t = RandomTurn(random, 60);
+        t.interpolation = kLinear;
+        t.srcRoi = {0, 0, t.srcSize.width, t.srcSize.height};
+        t.dstRoi.x = t.dstRoi.y = 0;
+        t.angle = round % 8 == 0 ? 90.0 * random.Int(-4, 4) : random.Real(-800, 800);
+        AimAtDestination(t, 12, random);
+        if (round % 8 == 0) {
+            t.xShift = std::trunc(t.xShift);
+            t.yShift = std::trunc(t.yShift);
+        }
+        const ImageSize size{t.dstRoi.width, t.dstRoi.height};
+        const Bytes src = SourceFor(t, random);
+        Bytes whole = Bytes::Output(t.channels * size.width, size.height, random);
+        ImageRect part{random.Int(0, size.width - 1), random.Int(0, size.height - 1), 0, 0};
+        part.width = random.Int(0, size.width - part.x);
+        part.height = random.Int(0, size.height - part.y);
+        const bool any = part.width > 0 && part.height > 0;
+        Bytes result = Bytes::Output(t.channels * (any ? part.width : 1), any ? part.height : 1, random);
+        Bytes expected = result;
+        for (int32 y = 0; y < part.height; ++y) { // what the turn leaves as it is
+            for (int32 i = 0; i < t.channels * part.width; ++i) {
+                whole.At(t.channels * part.x + i, part.y + y) = result.At(i, y);
+            }
+        }
+        const int32 status = test::Run(t, src, whole);
+        for (int32 y = 0; y < part.height; ++y) {
+            for (int32 i = 0; i < t.channels * part.width; ++i) {
+                expected.At(i, y) = whole.At(t.channels * part.x + i, part.y + y);
+            }
+        }
+        ASSERT_EQ(status, RotatePart(t.channels, src.Data(), t.srcSize, src.Step(), any ? result.Data() : nullptr,
+                                     any ? result.Step() : 0, size, part, t.angle, t.xShift, t.yShift))
+            << t;
+        ASSERT_SAME_PLANE(uint8, result, expected)
+            << t << ", part " << part.width << "x" << part.height << " at " << part.x << "," << part.y;
+        turned += status == kOk;
+        empty += status == kEmptyResult;
+    }
+    EXPECT_GT(turned, 1000);
+    EXPECT_GT(empty, 20);
+}
+
+TEST(RotatePart, RefusesWhatTheWholeRefuses) {
+    uint8 src[4] = {}, dst[4] = {7, 7, 7, 7};
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(kNullPointer, RotatePart(1, nullptr, {2, 2}, 2, dst, 2, {2, 2}, {0, 0, 2, 2}, 5, 0, 0));
+    EXPECT_EQ(kNullPointer, RotatePart(1, src, {2, 2}, 2, nullptr, 2, {2, 2}, {0, 0, 1, 1}, 5, 0, 0));
+    EXPECT_EQ(kBadSize, RotatePart(1, src, {2, 0}, 2, dst, 2, {2, 2}, {0, 0, 2, 2}, 5, 0, 0));
+    EXPECT_EQ(kBadSize, RotatePart(1, src, {2, 2}, 2, nullptr, 0, {2, 0}, {0, 0, 0, 0}, 5, 0, 0));
+    EXPECT_EQ(kStepTooSmall, RotatePart(1, src, {2, 2}, 0, dst, 2, {2, 2}, {0, 0, 2, 2}, 5, 0, 0));
+    EXPECT_EQ(kDegenerateTransform, RotatePart(1, src, {2, 2}, 2, nullptr, 0, {2, 2}, {0, 0, 0, 0}, nan, 0, 0));
+    EXPECT_EQ(kSourceTooSmall, RotatePart(1, src, {2, 1}, 2, nullptr, 0, {2, 2}, {0, 0, 0, 0}, 5, 0, 0));
+    EXPECT_EQ(kEmptyResult, RotatePart(1, src, {2, 2}, 2, nullptr, 0, {2, 2}, {0, 0, 0, 0}, 5, 900, 0));
+    EXPECT_EQ(7, dst[0] & dst[1] & dst[2] & dst[3]) << "a refused call wrote";
 }
 
 TEST(Rotate, QuarterTurnsByWholeShiftsCopyPixelsWhateverTheCode) {
@@ -291,7 +401,7 @@ TEST_F(RotateStatus, ThenAnAngleThatIsNoNumberThenASmallSourceThenNothingToWrite
 }
 
 TEST(Rotate, ReadsOnlyTheSourceHoweverFarTheShiftsAre) {
-    // Positions near 2^31, where a double's steps are coarse: one destination column, far out.
+    // Positions near 2^31, where a double's steps are coarse: a few destination columns, far out.
     Random random;
     const Bytes src = Bytes::Source(5, 4, random);
     std::vector<uint8> column(4 * 8);
