@@ -26,5 +26,10 @@ endif()
 if(WIN32)
   # One file, no runtime library beside it.
   add_link_options(-static)
+  # Loaded at any address, with data that never runs; said here, since linkers differ in what they do by themselves.
+  add_link_options(-Wl,--dynamicbase -Wl,--nxcompat)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    add_link_options(-Wl,--high-entropy-va)
+  endif()
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
 endif()

@@ -1,18 +1,6 @@
 #include "platform/module_folder.h"
 
-#include <windows.h>
-
 namespace orvane {
-
-ModuleLookup FindModuleFile(PathString& fileName) {
-    const HMODULE module = GetModuleHandleW(L"Orvane.dll");
-    if (module == nullptr) return ModuleLookup::notLoaded;
-    wchar_t name[kModulePathLimit + 1];
-    const DWORD length = GetModuleFileNameW(module, name, kModulePathLimit);
-    if (length == 0) return ModuleLookup::noName;
-    fileName.assign(name, length);
-    return ModuleLookup::found;
-}
 
 std::FILE* OpenInModuleFolder(const PathString& name) { return _wfopen(InModuleFolder(name).c_str(), L"rb"); }
 

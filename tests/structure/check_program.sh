@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# check_program.sh FILE: a Windows program needs Orvane.dll and libraries that come with Windows, nothing else.
+# check_program.sh FILE: a Windows program needs libraries that come with Windows and nothing else, a host of the library
+# Orvane.dll too. orvane.exe has the library in it.
 set -euo pipefail
 program=$1
 needed=$(objdump -p "$program" | sed -n 's/^[[:space:]]*DLL Name: //p')
@@ -9,8 +10,15 @@ if [ -n "$foreign" ]; then
     echo "$program needs libraries that do not come with Windows:" $foreign
     exit 1
 fi
-if ! grep -qi '^orvane\.dll$' <<<"$needed"; then
+hosted=no uses=no
+case $program in orvane.exe | */orvane.exe) ;; *) hosted=yes ;; esac
+if grep -qi '^orvane\.dll$' <<<"$needed"; then uses=yes; fi
+if [ "$hosted" = yes ] && [ "$uses" = no ]; then
     echo "$program does not use Orvane.dll"
     exit 1
+elif [ "$hosted" = no ] && [ "$uses" = yes ]; then
+    echo "$program uses Orvane.dll, which should be part of it"
+    exit 1
 fi
-echo "$program needs Orvane.dll and what comes with Windows"
+if [ "$uses" = yes ]; then echo "$program needs Orvane.dll and what comes with Windows"; fi
+if [ "$uses" = no ]; then echo "$program needs what comes with Windows"; fi

@@ -115,7 +115,8 @@ LibraryInfo Host::Info() const {
     LibraryInfo info;
     info.version = ORVANE_VERSION;
     info.bits = static_cast<int32>(sizeof(void*) * 8);
-    info.classifierFile = InModuleFolder("Orvane.dat");
+    const auto file = std::filesystem::path(InModuleFolder(std::filesystem::path("Orvane.dat").native())).u8string();
+    info.classifierFile.assign(file.begin(), file.end());
     info.classifierStatus = g_detectorParams->loadStatus;
     info.windowWidth = g_classifier.windowWidth;
     info.windowHeight = g_classifier.windowHeight;

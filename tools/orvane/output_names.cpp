@@ -35,29 +35,27 @@ bool IsPhoto(const std::string& path, const FileIdentities& photos) {
 using Place = std::pair<std::optional<FileIdentity>, std::string>;
 
 Place PlaceOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return {IdentifyFile("."), path};
-    return {IdentifyFile(path.substr(0, slash + 1)), path.substr(slash + 1)};
+    const std::size_t start = NameStart(path);
+    return {IdentifyFile(start == 0 ? "." : path.substr(0, start)), NameKey(path.substr(start))};
 }
 
 } // namespace
 
 std::string Stem(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    const std::string name = path.substr(NameStart(path));
     const std::size_t dot = name.rfind('.');
     return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
 }
 
 std::string InFolder(const std::string& folder, const std::string& name) {
-    return folder.back() == '/' ? folder + name : folder + "/" + name;
+    return NameStart(folder) == folder.size() ? folder + name : folder + "/" + name;
 }
 
 bool PlanOutputs(const std::vector<std::string>& photos, const std::string& output, bool force,
                  std::vector<PlannedOutput>* planned, std::string* error) {
     planned->clear();
     const bool folder = IsFolder(output);
-    if (!folder && output.back() == '/') {
+    if (!folder && NameStart(output) == output.size()) {
         *error = "there is no folder '" + output + "'";
         return false;
     }
@@ -74,7 +72,7 @@ bool PlanOutputs(const std::vector<std::string>& photos, const std::string& outp
     for (std::size_t i = 0; i < photos.size(); ++i) {
         PlannedOutput plan;
         plan.path = folder ? InFolder(output, Stem(photos[i]) + ".png") : output;
-        if (!taken.insert(plan.path).second) {
+        if (!taken.insert(NameKey(plan.path)).second) {
             plan.error = "an earlier photo has the output '" + plan.path + "'";
         } else if (!force && IsNameTaken(plan.path)) {
             plan.error = "the output '" + plan.path + "' exists already; --force replaces it";

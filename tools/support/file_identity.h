@@ -20,4 +20,10 @@ bool IsFolder(const std::string& path);
 /// Whether anything has this name, also a link that leads nowhere.
 bool IsNameTaken(const std::string& path);
 
+/// Where the file's own name begins in `path`, behind its folders.
+std::size_t NameStart(const std::string& path);
+
+/// Equal for two names exactly when a folder takes them for one, as far as the system's usual rules go.
+std::string NameKey(const std::string& name);
+
 } // namespace orvane::tools

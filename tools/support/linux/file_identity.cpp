@@ -20,4 +20,8 @@ bool IsNameTaken(const std::string& path) {
     return ::lstat(path.c_str(), &status) == 0;
 }
 
+std::size_t NameStart(const std::string& path) { return path.rfind('/') + 1; } // 0 where there is none
+
+std::string NameKey(const std::string& name) { return name; }
+
 } // namespace orvane::tools

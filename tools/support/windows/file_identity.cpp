@@ -1,5 +1,6 @@
 #include "tools/support/file_identity.h"
 
+#include "tools/support/utf8.h"
 #include "tools/support/windows/system_call.h"
 #include "tools/support/windows/wide_text.h"
 
@@ -22,5 +23,13 @@ bool IsFolder(const std::string& path) {
 }
 
 bool IsNameTaken(const std::string& path) { return GetFileAttributesW(Wide(path).c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+std::size_t NameStart(const std::string& path) { return path.find_last_of("/\\:") + 1; } // 0 where there is none
+
+std::string NameKey(const std::string& name) {
+    std::wstring wide = Wide(name);
+    CharLowerBuffW(wide.data(), static_cast<DWORD>(wide.size()));
+    return Utf8(wide.c_str());
+}
 
 } // namespace orvane::tools

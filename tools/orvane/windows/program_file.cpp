@@ -1,0 +1,17 @@
+// The library is part of this program, so its file is the program's. Stands for the lookup of platform/windows, and so
+// goes into the program itself: from an archive the linker might take the other one.
+#include "platform/module_folder.h"
+
+#include <windows.h>
+
+namespace orvane {
+
+ModuleLookup FindModuleFile(PathString& fileName) {
+    wchar_t name[kModulePathLimit + 1];
+    const DWORD length = GetModuleFileNameW(nullptr, name, kModulePathLimit);
+    if (length == 0) return ModuleLookup::noName;
+    fileName.assign(name, length);
+    return ModuleLookup::found;
+}
+
+} // namespace orvane
