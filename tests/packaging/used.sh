@@ -1,5 +1,5 @@
 # What each test of an installation asks of it; read by the tests. They set `bin`, `work` (a folder to write to, with
-# photo.png and language_host.c) and `version`.
+# photo.png, whatever its format is, and language_host.c) and `version`.
 failures=0
 
 fail() {
