@@ -18,7 +18,6 @@ bring() { # bring FOLDER: what the test inside needs
 
 in_folder() {
     echo "no root's rights: the packages are unpacked into a folder instead of a clean system"
-    local folder
     folder=$(mktemp -d)
     trap 'rm -rf "$folder"' EXIT
     for package in "$packages"/*.deb; do dpkg -x "$package" "$folder/root"; done
@@ -26,7 +25,7 @@ in_folder() {
     work=$folder/work bin=$folder/root/usr/bin
     . "$here/used.sh"
     use_tool
-    local usr=$folder/root/usr library
+    local usr=$folder/root/usr library host
     library=$(dirname "$(echo "$usr"/lib/*/liborvane.so)")
     for host in "$usr/share/doc/liborvane-dev/examples/host.c" "$work/language_host.c"; do
         run 0 cc -I"$usr/include" -o "$work/$(basename "$host" .c)" "$host" -L"$library" -lorvane -Wl,-rpath,"$library"
