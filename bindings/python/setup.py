@@ -8,7 +8,7 @@ import os
 import re
 from pathlib import Path
 
-from setuptools import setup
+import setuptools
 from wheel.bdist_wheel import bdist_wheel
 
 HERE = Path(__file__).resolve().parent
@@ -26,16 +26,18 @@ def version() -> str:
     return found.group(1)
 
 
-class Wheel(bdist_wheel):
-    """A wheel for every Python 3 of one platform: the library is called, not linked against Python."""
+class Distribution(setuptools.Distribution):
+    """With a library inside it belongs to one platform, though nothing is compiled here."""
 
-    def finalize_options(self):
-        super().finalize_options()
-        if PLATFORM:
-            self.root_is_pure = False
+    def has_ext_modules(self):
+        return bool(PLATFORM) or super().has_ext_modules()
+
+
+class Wheel(bdist_wheel):
+    """A wheel for every Python 3: the library is called, not linked against Python."""
 
     def get_tag(self):
         return ("py3", "none", PLATFORM) if PLATFORM else super().get_tag()
 
 
-setup(version=version(), cmdclass={"bdist_wheel": Wheel})
+setuptools.setup(version=version(), distclass=Distribution, cmdclass={"bdist_wheel": Wheel})

@@ -81,6 +81,7 @@ def test_a_portrait_of_another_size_is_a_failed_correction(run_played):
     call = 'orvane.portrait(orvane.Picture(1, 1, b"abc"){})'
     small = {"ORVANE_PLAYED_SIZE": "100x100"}
     assert told(run_played, call.format(""), **small)[0] == "StepError -40"
+    assert told(run_played, call.format(""), orv_GetOutputImage=-80)[0] == "StepError -40"
     assert told(run_played, call.format(", actions=()"), **small)[0] == "no error"
     assert told(run_played, call.format(", visible=True"), **small)[0] == "no error"
 

@@ -8,7 +8,7 @@ from __future__ import annotations
 
 import ctypes
 import sys
-from typing import Any, Optional
+from typing import Any, Optional, Tuple
 
 from ._rows import Buffer
 from .errors import LockError, OutOfMemoryError
@@ -120,13 +120,14 @@ class Block:
             raise
         return block
 
-    def _write(self, parts: Any) -> None:
+    def _write(self, parts: Tuple[Buffer, ...]) -> None:
         place = self._place()
         try:
             for part in parts:
-                # A view of a whole buffer that may be written goes without a copy.
-                source = part if isinstance(part, bytes) else (ctypes.c_char * len(part)).from_buffer(part)
-                ctypes.memmove(place, source, len(part))
+                if isinstance(part, bytes):
+                    ctypes.memmove(place, part, len(part))
+                else:  # what may be written is moved without a copy in between
+                    ctypes.memmove(place, (ctypes.c_char * len(part)).from_buffer(part), len(part))
                 place += len(part)
         finally:
             self._blocks.unlock(self.handle)

@@ -41,7 +41,10 @@ def taken(image: Any) -> Tuple[Rows, _Back]:
 def best_kind() -> _Back:
     """For a picture that comes from no host: an image of Pillow where there is Pillow, else a Picture."""
     pillow_module = _pillow()
-    return picture_from_rows if pillow_module is None else pillow_module.image_from_rows
+    if pillow_module is None:
+        return picture_from_rows
+    back: _Back = pillow_module.image_from_rows
+    return back
 
 
 def _pillow() -> Optional[Any]:

@@ -16,7 +16,9 @@ def rows_from_array(array: "np.ndarray[Any, Any]") -> Rows:
     grey = array.ndim == 2 or (array.ndim == 3 and array.shape[2] == 1)
     if not grey and not (array.ndim == 3 and array.shape[2] == 3):
         hint = "; lay it over a background first" if array.ndim == 3 and array.shape[2] == 4 else ""
-        raise ValueError(f"an array of height x width x 3 (RGB) or height x width (grey) is needed, not of {array.shape}{hint}")
+        raise ValueError(
+            f"an array of height x width x 3 (RGB) or height x width (grey) is needed, not of {array.shape}{hint}"
+        )
     height, width = array.shape[:2]
     check_picture_size(width, height)
     upwards = np.asarray(array)[::-1]
@@ -25,7 +27,7 @@ def rows_from_array(array: "np.ndarray[Any, Any]") -> Rows:
     data = np.zeros((height, row_bytes(width)), np.uint8)
     for channel in range(3):
         data[:, channel : 3 * width : 3] = upwards[:, :, 0 if grey else 2 - channel]
-    return Rows(width, height, memoryview(data).cast("B"))
+    return Rows(width, height, data.data.cast("B"))
 
 
 def array_from_rows(rows: Rows) -> "np.ndarray[Any, Any]":

@@ -6,7 +6,7 @@ import ctypes
 import os
 import sys
 from contextlib import contextmanager
-from typing import Iterator
+from typing import Iterator, Optional
 
 from ._blocks import Block
 from ._gate import gate
@@ -14,9 +14,10 @@ from ._library import Library, the_library
 from ._marked import is_marked_portrait
 from ._rows import Rows, bitmap_header, rows_of_bitmap
 from ._settings import ACTION_SLOTS, Settings
-from .errors import NoFaceError, NoPictureError, NoSessionError, OrvaneError, StepError, check
+from .errors import NoFaceError, NoPictureError, NoSessionError, StepError, check, error_for
 
 _NO_FACE = NoFaceError.code
+_FAILED = "no portrait was made"
 
 
 @contextmanager
@@ -63,37 +64,35 @@ def _output(library: Library) -> Rows:
         raise NoPictureError(f"the library's output is of no use: {error}") from error
 
 
+def _output_if_any(library: Library) -> Optional[Rows]:
+    """None where the library kept none: a correction failed, or it found no face and nobody was asked."""
+    try:
+        return _output(library)
+    except NoSessionError:
+        return None
+
+
 def picture_session(photo: Rows, chosen: Settings) -> Rows:
     """The portrait of a photograph."""
     with gate.entered(), _session(chosen) as library:
         with Block.holding(library.blocks, bitmap_header(photo.width, photo.height), photo.data) as block:
             result = library.functions.orv_DetectFacePicture(block.handle)
-        what = "no portrait was made"
-        if result != _NO_FACE:
-            check(result, what)
-            portrait = _output(library)
-            # In a window the operator saw what they took.
-            cropped = "crop" in chosen.actions and not chosen.visible
-            if cropped and not chosen.has_asked_size(portrait.width, portrait.height):
-                raise StepError(f"{what}: a correction failed; a greater crop_ratio may help (-40)")
-            return portrait
-        marked = _marked_portrait(library, photo, chosen)
-        if marked is None:
-            check(result, what)
-        assert marked is not None
-        return marked
-
-
-def _marked_portrait(library: Library, photo: Rows, chosen: Settings):  # type: ignore[no-untyped-def]
-    try:
-        output = _output(library)
-    except NoSessionError:  # nothing is kept
-        return None
-    return output if is_marked_portrait(output, photo, chosen) else None
+        if result not in (0, _NO_FACE):
+            raise error_for(result, _FAILED)
+        output = _output_if_any(library)
+        if result == _NO_FACE:
+            if output is None or not is_marked_portrait(output, photo, chosen):
+                raise error_for(result, _FAILED)
+            return output
+        # In a window the operator saw what they took.
+        cropped = "crop" in chosen.actions and not chosen.visible
+        if output is None or (cropped and not chosen.has_asked_size(output.width, output.height)):
+            raise StepError(f"{_FAILED}: a correction failed; a greater crop_ratio may help (-40)")
+        return output
 
 
 def live_session(device: int, chosen: Settings) -> Rows:
     """The portrait out of a camera's live picture."""
     with gate.entered(), _session(chosen) as library:
-        check(library.functions.orv_DetectFaceLive(device), "no portrait was made")
+        check(library.functions.orv_DetectFaceLive(device), _FAILED)
         return _output(library)
