@@ -30,7 +30,8 @@ stage=$(mktemp -d)
 trap 'rm -rf "$stage"' EXIT
 mkdir -p "$stage/bindings/python"
 cp "$root/CMakeLists.txt" "$stage/"
-cp -r "$here/src" "$here/pyproject.toml" "$here/setup.py" "$here/README.md" "$stage/bindings/python/"
+cp -r "$here/src" "$here/pyproject.toml" "$here/setup.py" "$here/README.md" "$root/LICENSE" \
+    "$stage/bindings/python/"
 package=$stage/bindings/python/src/orvane
 find "$stage" -name __pycache__ -prune -exec rm -rf {} +
 for file in "${files[@]}"; do strip --strip-unneeded -o "$package/$(basename "$file")" "$file"; done

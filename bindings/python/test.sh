@@ -28,6 +28,7 @@ gcc -std=c11 -O1 -Wall -Wextra -shared -fPIC -I"$root/include" -o "$folder/libor
     "$here/tests/played_library.c"
 
 # No display and no library but the wheel's: what a machine has beside must not change a result.
+export PYTHONDONTWRITEBYTECODE=1
 unset DISPLAY WAYLAND_DISPLAY ORVANE_LIBRARY LD_LIBRARY_PATH PYTHONPATH
 export ORVANE_TEST_TOOL=$build/bin/orvane ORVANE_TEST_PHOTO=$photo ORVANE_TEST_ROOT=$root
 export ORVANE_TEST_WHEEL=$wheel ORVANE_TEST_PLAYED=$folder/liborvane_played.so

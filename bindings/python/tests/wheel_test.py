@@ -37,6 +37,7 @@ def test_the_wheel_has_what_it_needs_and_nothing_else():
         files = {name for name in wheel.namelist() if name.startswith("orvane/")}
         sources = {f"orvane/{file.name}" for file in (ROOT / "bindings/python/src/orvane").glob("*.py")}
         assert files == sources | {"orvane/py.typed", "orvane/liborvane.so", "orvane/Orvane.dat"}
+        assert [name for name in wheel.namelist() if name.endswith("/LICENSE")]
         assert not [name for name in wheel.namelist() if not name.startswith(("orvane/", "orvane-"))]
         tags = wheel.read(next(name for name in wheel.namelist() if name.endswith("/WHEEL"))).decode()
     assert re.search(r"^Root-Is-Purelib: false$", tags, re.MULTILINE)

@@ -6,7 +6,7 @@ import ctypes
 import ctypes.util
 import os
 import sys
-from typing import Any, List, Tuple
+from typing import Any, Iterator, List, Tuple
 
 from .errors import LibraryNotFoundError
 
@@ -36,16 +36,21 @@ def _in_folder(folder: str) -> List[str]:
     return [os.path.join(folder, name) for name in _file_names()]
 
 
-def _candidates() -> List[Tuple[str, str]]:
+def _candidates() -> Iterator[Tuple[str, str]]:
     """Pairs of a place in words and what is loaded from there. A file that is named is the only one looked for."""
     named = os.environ.get(VARIABLE)
     if named:
-        files = _in_folder(named) if os.path.isdir(named) else [named]
-        return [(VARIABLE, os.path.abspath(file)) for file in files]
-    beside = [("beside the package", file) for file in _in_folder(os.path.dirname(os.path.abspath(__file__)))]
-    found = ctypes.util.find_library("orvane")
-    names = ([found] if found else []) + [name for name in _file_names() if name != found]
-    return beside + [("in the system", name) for name in names]
+        for file in _in_folder(named) if os.path.isdir(named) else [named]:
+            yield VARIABLE, os.path.abspath(file)
+        return
+    for file in _in_folder(os.path.dirname(os.path.abspath(__file__))):
+        yield "beside the package", file
+    found = ctypes.util.find_library("orvane")  # only now: it starts other programs to find out
+    if found:
+        yield "in the system", found
+    for name in _file_names():
+        if name != found:
+            yield "in the system", name
 
 
 def _why_not(place: str, name: str) -> Tuple[Any, str]:
