@@ -15,6 +15,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstring>
 #include <deque>
 #include <mutex>
@@ -135,7 +136,7 @@ public:
         return true;
     }
     void SetPreview(PictureView picture) override {
-        const uint8* corner = picture.bits + BitmapRowBytes(picture.width) * (picture.height - 2) + 3;
+        const uint8* corner = picture.bits + std::ptrdiff_t{BitmapRowBytes(picture.width)} * (picture.height - 2) + 3;
         const int32 number = corner[0] | corner[1] << 8 | corner[2] << 16;
         const auto now = Clock::now();
         if (number >= static_cast<int32>(video_.times.size())) return;

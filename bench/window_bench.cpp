@@ -11,6 +11,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -32,7 +33,7 @@ public:
         return true;
     }
     void SetPreview(PictureView picture) override {
-        preview_.assign(picture.bits, picture.bits + BitmapRowBytes(picture.width) * picture.height);
+        preview_.assign(picture.bits, picture.bits + std::ptrdiff_t{BitmapRowBytes(picture.width)} * picture.height);
         ++pictures;
     }
     void Post(WindowMessage message) override {

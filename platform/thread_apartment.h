@@ -8,7 +8,7 @@ namespace orvane {
 class ThreadApartment {
 public:
     ThreadApartment();
-    ~ThreadApartment();
+    ~ThreadApartment(); // NOLINT(performance-trivially-destructible): it has work to do on Windows
     ThreadApartment(const ThreadApartment&) = delete;
     ThreadApartment& operator=(const ThreadApartment&) = delete;
 

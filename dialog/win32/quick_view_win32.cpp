@@ -55,18 +55,20 @@ RECT QuickViewWin32::PlaceOf(HWND control) const {
 }
 
 /// Some buttons share a place: the one that is shown last lies on top and takes the clicks, also those that a
-/// disabled one beneath would swallow.
+/// disabled one beneath would swallow. The others do not draw over it.
 void QuickViewWin32::RaiseAbovePlaceMates(HWND control) {
     const RECT place = PlaceOf(control);
-    for (HWND other = GetWindow(control, GW_HWNDFIRST); other != nullptr && other != control;
-         other = GetWindow(other, GW_HWNDNEXT)) {
+    HWND topmost = control;
+    for (HWND other = GetWindow(control, GW_HWNDLAST); other != nullptr; other = GetWindow(other, GW_HWNDPREV)) {
         const RECT there = PlaceOf(other);
-        if (EqualRect(&place, &there) == FALSE) continue;
-        const HWND above = GetWindow(other, GW_HWNDPREV);
-        SetWindowPos(control, above != nullptr ? above : HWND_TOP, 0, 0, 0, 0,
-                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-        return;
+        if (other == control || EqualRect(&place, &there) == FALSE) continue;
+        SetWindowLongPtrW(other, GWL_STYLE, GetWindowLongPtrW(other, GWL_STYLE) | WS_CLIPSIBLINGS);
+        topmost = other;
     }
+    if (topmost == control) return;
+    const HWND above = GetWindow(topmost, GW_HWNDPREV);
+    if (above == control) return;
+    SetWindowPos(control, above != nullptr ? above : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void QuickViewWin32::ShowControl(int32 id, bool shown) {

@@ -9,7 +9,8 @@
  * On Linux the operator's window is a module, orvane-window.so beside the library, and needs Qt 6. A host with
  * a QApplication calls from that one's thread; for a host without one the module makes one, keeps it until the
  * process ends, and stays with the thread of the first call. Without the module or a display the library
- * works without a window and says so once on standard error.
+ * works without a window and says so once on standard error. Cameras are a module likewise,
+ * orvane-camera.so, and need GStreamer.
  *
  * Pictures cross this border as packed bitmaps in memory blocks: a 40-byte BITMAPINFOHEADER (biSize 40,
  * biPlanes 1, biBitCount 24, biCompression 0, biSizeImage the bytes of the pixels), then the rows, the
@@ -131,7 +132,9 @@ ORV_API int32_t orv_GetBitDepth(orv_Handle dib);
 ORV_API int32_t orv_DetectFacePicture(orv_Handle dib);
 
 /* The same on the live picture of a capture device, by its index among the video input devices. Always
- * shows the operator's window. Results as above; -30 the device could not be started. */
+ * shows the operator's window, and leaves orv_SetVisibleMode on. Results as above, but 10: without a face the
+ * operator's OK takes the whole picture; -30 there is no such device, it could not be started, or no window
+ * could be opened. */
 ORV_API int32_t orv_DetectFaceLive(int32_t deviceIndex);
 
 /* Packs the result into a new block, stored in *out; the caller frees it. 0; -50 out of memory; -60 no

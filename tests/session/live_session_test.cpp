@@ -52,9 +52,7 @@ protected:
         return Marks();
     }
     bool HasFace() { return LockedMarks().right > 0; }
-    static bool ShowsYellow(const FakeWindow& window) {
-        return window.Preview().Shows(0x00FFFF);
-    }
+    static bool ShowsYellow(const FakeWindow& window) { return window.Preview().Shows(0x00FFFF); }
 };
 
 TEST_F(LiveSession, TheVideoRunsWithTheRectangleOnTheFace) {

@@ -2,6 +2,7 @@
 #include "dialog/win32/layout_win32.h"
 #include "dialog/window_system.h"
 #include "tests/window/win32/open_window.h"
+#include "tests/window/win32/screen_pixels.h"
 
 #include <gtest/gtest.h>
 
@@ -209,6 +210,10 @@ TEST(Win32Controls, AButtonThatIsShownTakesTheClicksOfItsPlace) {
             GetWindowRect(open.Item(kPlainFreeze), &place);
             const POINT middle{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
             EXPECT_EQ(WindowFromPoint(middle), open.Item(kPlainFreeze)) << "not the disabled one that it covers";
+            UpdateWindow(open.dialog);
+            const Pixels freeze = PixelsOf(open.Item(kPlainFreeze));
+            RedrawWindow(open.Item(kPlainClear), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+            EXPECT_EQ(PixelsOf(open.Item(kPlainFreeze)).values, freeze.values) << "drawn over";
             window.ShowControl(kPlainFreeze, false);
             window.ShowControl(kPlainColor, true);
             EXPECT_EQ(WindowFromPoint(middle), open.Item(kPlainColor));

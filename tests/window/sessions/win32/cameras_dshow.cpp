@@ -5,9 +5,8 @@ namespace orvane::test {
 
 struct Cameras::Played {
     // In the order of the numbers that they get.
-    TestCameras cameras{
-        {TestCamera::previewAndCapture, TestCamera::captureOnly, TestCamera::noFilter, TestCamera::silent,
-         TestCamera::unplugged}};
+    TestCameras cameras{{TestCamera::previewAndCapture, TestCamera::captureOnly, TestCamera::noFilter,
+                         TestCamera::silent, TestCamera::unplugged}};
 };
 
 Cameras::Cameras() : played_(std::make_unique<Played>()) {}
