@@ -185,10 +185,6 @@ public:
     Rounds& operator=(const Rounds&) = delete;
 
     void OnPass() override { ++count; }
-    void OnScale(float) override {}
-    void OnPruned(const ImageBuffer&, ImageSize) override {}
-    void OnStage(std::size_t, const ImageBuffer&) override {}
-    void OnHits(const CandidateList&) override {}
 
     std::atomic<int32> count = 0;
 };

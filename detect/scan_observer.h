@@ -10,20 +10,21 @@
 namespace orvane {
 
 /// Told in this order: a pass begins; for each of its scales the scale, the pruned mask and the mask after each
-/// stage, until no window is left; the hits of all scales. A pass that fails ends where it is.
+/// stage, until no window is left; the hits of all scales. A pass that fails ends where it is. What an observer
+/// leaves out it does not hear.
 class ScanObserver {
 public:
     virtual ~ScanObserver() = default;
 
-    virtual void OnPass() = 0;
+    virtual void OnPass() {}
     /// @param scale pixels of the picture to a pixel of the scaled plane
-    virtual void OnScale(float scale) = 0;
+    virtual void OnScale(float /*scale*/) {}
     /// @param mask      not 0 where the window that begins there, lowest row first, is alive
     /// @param positions the region of all window positions
-    virtual void OnPruned(const ImageBuffer& mask, ImageSize positions) = 0;
-    virtual void OnStage(std::size_t stage, const ImageBuffer& mask) = 0;
+    virtual void OnPruned(const ImageBuffer& /*mask*/, ImageSize /*positions*/) {}
+    virtual void OnStage(std::size_t /*stage*/, const ImageBuffer& /*mask*/) {}
     /// The groups of the first round.
-    virtual void OnHits(const CandidateList& hits) = 0;
+    virtual void OnHits(const CandidateList& /*hits*/) {}
 };
 
 /// Null, or who is told; must stay as long as it stands here.

@@ -75,18 +75,19 @@ ImageBuffer& ImageBuffer::operator=(ImageBuffer&& other) noexcept {
     return *this;
 }
 
-int32 ImageBuffer::Step() const {
-    constexpr int64 kMax = std::numeric_limits<int32>::max();
+int64 ImageBuffer::RowBytes() const {
     const bool onePlaneRow = depth == kDepth64f || planar != 0; // the channels play no part
     const int64 samples = onePlaneRow ? int64{width} : int64{width} * channels;
-    if (width < 0 || samples < 0 || samples > kMax) return 0;
-    int64 step = 8 * samples;
-    if (depth != kDepth64f) {
-        const bool complex = !onePlaneRow && (depth & 0x400) != 0;
-        step = (depth >> 3 & 0x1F) * samples * (complex ? 2 : 1);
-        step = (step + 3) / 4 * 4;
-    }
-    return step > kMax ? 0 : static_cast<int32>(step);
+    if (width < 0 || samples < 0 || samples > std::numeric_limits<int32>::max()) return 0;
+    if (depth == kDepth64f) return 8 * samples;
+    const bool complex = !onePlaneRow && (depth & 0x400) != 0;
+    return (depth >> 3 & 0x1F) * samples * (complex ? 2 : 1);
+}
+
+int32 ImageBuffer::Step() const {
+    int64 step = RowBytes();
+    if (depth != kDepth64f) step = (step + 3) / 4 * 4;
+    return step > std::numeric_limits<int32>::max() ? 0 : static_cast<int32>(step);
 }
 
 void ImageBuffer::Allocate() {
@@ -136,11 +137,10 @@ bool ImageBuffer::Remake(int32 newWidth, int32 newHeight, int32 newChannels, Dep
     depth = newDepth;
     planar = 0;
     if (!Reshape(newWidth, newHeight)) return false;
-    const std::size_t step = static_cast<std::size_t>(Step());
-    const std::size_t used = static_cast<std::size_t>(newWidth) * static_cast<std::size_t>(newChannels) *
-                             static_cast<std::size_t>((depth >> 3 & 0x1F) * ((depth & 0x400) != 0 ? 2 : 1));
-    if (used == step) return true;
-    for (int32 y = 0; y < height; ++y) std::memset(RowAt(data, Step(), y) + used, 0, step - used);
+    const int64 used = RowBytes();
+    const auto padding = static_cast<std::size_t>(Step() - used);
+    if (padding == 0) return true;
+    for (int32 y = 0; y < height; ++y) std::memset(RowAt(data, Step(), y) + used, 0, padding);
     return true;
 }
 

@@ -88,6 +88,7 @@ public:
     uint8* data = nullptr;
 
 private:
+    int64 RowBytes() const; // without padding
     int64 StorageBytes() const;
 
     int64 capacity_ = 0;        // bytes that `data` was allocated for

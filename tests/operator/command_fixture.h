@@ -6,6 +6,7 @@
 #include "tests/tools/temp_folder.h"
 #include "tools/operator/options.h"
 #include "tools/operator/outcome.h"
+#include "tools/support/picture_io.h"
 
 #include <gtest/gtest.h>
 
@@ -31,6 +32,16 @@ protected:
         out_ = testing::internal::GetCapturedStdout();
         err_ = testing::internal::GetCapturedStderr();
         return code;
+    }
+
+    /// What was written; it must have been told, and nothing else.
+    Picture WrittenPortrait() const {
+        EXPECT_EQ(out_, options_.output + ": 480x860, result 0\n");
+        EXPECT_EQ(err_, "");
+        Picture portrait;
+        std::string error;
+        EXPECT_TRUE(ReadPicture(options_.output, &portrait, &error)) << error;
+        return portrait;
     }
 
     TempFolder folder_;

@@ -1,5 +1,4 @@
 // Whole live sessions with their threads: the video, Freeze, and every way to end one.
-#include "detect/scan_observer.h"
 #include "tests/session/live_fixture.h"
 
 #include <atomic>
@@ -8,6 +7,7 @@
 namespace orvane {
 namespace {
 
+using test::DuringDetection;
 using test::FakeWindow;
 using test::FrameWithFace;
 using test::FrameWithoutFace;
@@ -225,34 +225,18 @@ TEST_F(LiveSession, CancelWhileFrozenEndsBothThreads) {
     EXPECT_EQ(video.log.back(), "close") << "given back in its paused state";
 }
 
-/// Holds the first detection until it is let go.
-class SlowDetection final : public ScanObserver {
-public:
-    SlowDetection() { g_scanObserver = this; }
-    ~SlowDetection() override { g_scanObserver = nullptr; }
-    SlowDetection(const SlowDetection&) = delete;
-    SlowDetection& operator=(const SlowDetection&) = delete;
-
-    void OnPass() override {
-        running = true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        running = false;
-    }
-    void OnScale(float) override {}
-    void OnPruned(const ImageBuffer&, ImageSize) override {}
-    void OnStage(std::size_t, const ImageBuffer&) override {}
-    void OnHits(const CandidateList&) override {}
-
-    std::atomic<bool> running = false;
-};
-
 TEST_F(LiveSession, OkDuringADetectionWaitsForItsEnd) {
-    SlowDetection slow; // outlives the session
+    std::atomic<bool> detecting = false;
+    DuringDetection slow([&] {
+        detecting = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        detecting = false;
+    });
     const Camera camera(video, FrameWithFace());
     EXPECT_EQ(Run([&](FakeWindow& window) {
-                  ASSERT_TRUE(ServeUntil(window, [&] { return HasFace() && slow.running; }));
+                  ASSERT_TRUE(ServeUntil(window, [&] { return HasFace() && detecting; }));
                   EXPECT_TRUE(window.Click(kPlainOk));
-                  EXPECT_FALSE(slow.running) << "the pipeline must not begin beside a detection";
+                  EXPECT_FALSE(detecting) << "the pipeline must not begin beside a detection";
               }),
               kSuccess);
 }

@@ -1,5 +1,4 @@
 // The rounds of the two live threads, one by one: what is drawn, and how the rectangle comes, stays and goes.
-#include "detect/scan_observer.h"
 #include "image/packed_dib.h"
 #include "tests/session/live_fixture.h"
 
@@ -8,32 +7,10 @@
 namespace orvane {
 namespace {
 
+using test::DuringDetection;
 using test::FrameWithFace;
 using test::FrameWithoutFace;
 using test::Scene;
-
-/// Does something in the middle of a detection.
-class DuringDetection final : public ScanObserver {
-public:
-    explicit DuringDetection(std::function<void()> what) : what_(std::move(what)) { g_scanObserver = this; }
-    ~DuringDetection() override { g_scanObserver = nullptr; }
-    DuringDetection(const DuringDetection&) = delete;
-    DuringDetection& operator=(const DuringDetection&) = delete;
-
-    void OnPass() override {
-        ++passes;
-        what_();
-    }
-    void OnScale(float) override {}
-    void OnPruned(const ImageBuffer&, ImageSize) override {}
-    void OnStage(std::size_t, const ImageBuffer&) override {}
-    void OnHits(const CandidateList&) override {}
-
-    int32 passes = 0;
-
-private:
-    std::function<void()> what_;
-};
 
 class LiveSteps : public test::LiveTest {
 protected:

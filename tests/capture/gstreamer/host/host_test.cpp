@@ -1,12 +1,11 @@
 // The library and its camera module as a host has them: files in a folder. Each case is a process of its own.
 #include "tests/support/cascade_builder.h"
 #include "tests/support/face_scene.h"
+#include "tests/support/host_output.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <fstream>
 #include <string>
 
@@ -26,19 +25,9 @@ protected:
 
     /// Runs a host of a kind; its output and then what was said on standard error.
     std::string Run(const std::string& kind, const std::string& environment = "") {
-        const std::string errors = Path("errors").string();
-        const std::string command = "LC_ALL=C.UTF-8 " + environment + " '" + ORVANE_HOST + "' '" +
-                                    Path("liborvane.so").string() + "' " + kind + " 2>'" + errors + "'";
-        std::string output;
-        std::FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return "the host did not start";
-        std::array<char, 256> part;
-        while (std::fgets(part.data(), part.size(), pipe) != nullptr) output += part.data();
-        const int status = pclose(pipe);
-        if (status != 0) output += "status " + std::to_string(status) + "\n";
-        std::ifstream file(errors);
-        for (std::string line; std::getline(file, line);) output += "error: " + line + "\n";
-        return output;
+        return HostOutput("LC_ALL=C.UTF-8 " + environment + " '" + ORVANE_HOST + "' '" + Path("liborvane.so").string() +
+                              "' " + kind,
+                          Path("errors").string());
     }
 
     static std::string WithoutCamera(const std::string& reason) {

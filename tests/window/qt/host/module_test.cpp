@@ -1,12 +1,11 @@
 // The library and its window module as a host has them: files in a folder. Each case is a process of its own.
 #include "tests/support/cascade_builder.h"
 #include "tests/support/face_scene.h"
+#include "tests/support/host_output.h"
 #include "tests/support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <fstream>
 #include <string>
 
@@ -27,24 +26,12 @@ protected:
 
     /// Runs a host of a kind; its output and then what it said on standard error.
     std::string Run(const std::string& kind, const std::string& environment) {
-        const std::string errors = Path("errors").string();
-        const std::string command =
-            "env -u DISPLAY -u WAYLAND_DISPLAY -u WAYLAND_SOCKET -u QT_QPA_PLATFORM LC_ALL=C.UTF-8 XDG_RUNTIME_DIR='" +
-            folder_.Path().string() + "' QT_LOGGING_RULES='qt.qpa*=false' " + environment + " '" + ORVANE_HOST + "' '" +
-            Path("liborvane.so").string() + "' " + kind + " 2>'" + errors + "'";
-        std::string output;
-        std::FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return "the host did not start";
-        std::array<char, 256> part;
-        while (std::fgets(part.data(), part.size(), pipe) != nullptr) output += part.data();
-        const int status = pclose(pipe);
-        if (status != 0) output += "status " + std::to_string(status) + "\n";
-        std::ifstream file(errors);
-        for (std::string line; std::getline(file, line);) {
-            // The toolkit's own words, about a screen in memory for instance, are not ours.
-            if (line.rfind("This plugin", 0) != 0) output += "error: " + line + "\n";
-        }
-        return output;
+        // The toolkit's own words, about a screen in memory for instance, are not ours.
+        return HostOutput("env -u DISPLAY -u WAYLAND_DISPLAY -u WAYLAND_SOCKET -u QT_QPA_PLATFORM LC_ALL=C.UTF-8 "
+                          "XDG_RUNTIME_DIR='" +
+                              folder_.Path().string() + "' QT_LOGGING_RULES='qt.qpa*=false' " + environment + " '" +
+                              ORVANE_HOST + "' '" + Path("liborvane.so").string() + "' " + kind,
+                          Path("errors").string(), "This plugin");
     }
 
     static std::string Without(const std::string& reason, const char* owner = "0") {
