@@ -3,6 +3,7 @@
 #include "primitives/dispatch.h"
 
 #include "platform/message_box.h"
+#include "primitives/instruction_set.h"
 #include "primitives/primitives.h"
 #include "primitives/processor.h"
 
@@ -69,6 +70,7 @@ int32 SelectPrimitiveColumn() {
         return -1;
     }
     g_selectedColumn = column;
+    UseInstructionSet(BestInstructionSet());
     return 0;
 }
 
