@@ -147,7 +147,7 @@ private:
     void FindCertainSums(int32 count, double threshold) {
         double most = 0.0, least = 0.0, magnitude = std::fabs(threshold);
         for (int32 c = 0; c < count; ++c)
-            magnitude += std::max(std::fabs(classifiers_[c].val1), std::fabs(classifiers_[c].val2));
+            magnitude += std::fabs(classifiers_[c].val1) + std::fabs(classifiers_[c].val2);
         const double margin = magnitude * 1e-9;
         for (int32 c = count - 1; c >= 0; --c) {
             ResolvedClassifier& classifier = classifiers_[c];
