@@ -3,6 +3,7 @@
 
 #include "detect/classifier_file.h"
 #include "detect/edge_pruning.h"
+#include "detect/fused_scan.h"
 #include "detect/scan_observer.h"
 #include "image/session_images.h"
 #include "primitives/primitives.h"
@@ -154,10 +155,30 @@ int32 ScanScale(const ImageBuffer& grey, float inverseScale, ScalePlanes& p, int
     return status != kOk ? status : RunStages(p, positions);
 }
 
+/// Whether the scan's primitives are the library's own.
+bool HasOwnPrimitives() {
+    return primResize_8u_C1 == &generic::primResize_8u_C1 && primSet_8u_C1 == &generic::primSet_8u_C1 &&
+           primSqrIntegral_8u32f64f_C1 == &generic::primSqrIntegral_8u32f64f_C1 &&
+           primFilterSobelHorizBorder_8u16s_C1 == &generic::primFilterSobelHorizBorder_8u16s_C1 &&
+           primFilterSobelNegVertBorder_8u16s_C1 == &generic::primFilterSobelNegVertBorder_8u16s_C1 &&
+           primCanny_16s8u_C1 == &generic::primCanny_16s8u_C1 &&
+           primApplyHaarClassifier_32f_C1 == &generic::primApplyHaarClassifier_32f_C1;
+}
+
+/// Whether scales of up to this height are scanned in one go. Who listens to the steps, replaces a primitive or wants
+/// another pruning gets a scan step by step, and so does a classifier that leaves the bounds.
+bool RunsFused(const DetectorParams& params, int32 height) {
+    const bool isHeard = g_scanObserver != nullptr && g_scanObserver->NeedsSteps();
+    return !isHeard && params.pruneMode == 4 && g_pruneParameter == 0 && HasOwnPrimitives() &&
+           FusedScan::Serves(g_classifier, height);
+}
+
 int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& candidates) {
     const int32 windowWidth = g_classifier.windowWidth;
     const int32 windowHeight = g_classifier.windowHeight;
     ScalePlanes planes;
+    FusedScan fused(CurrentScanKernels(), g_classifier, grey);
+    bool first = true, runsFused = false;
     float scale = InitialScale(grey.width, params.minFaceSize, windowWidth);
     float inverse = 1.0F / scale;
     float scaledWidth = inverse * static_cast<float>(grey.width);
@@ -165,11 +186,21 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
         const float scaledHeight = static_cast<float>(grey.height) * inverse;
         if (!(scaledHeight > static_cast<float>(windowHeight + 5))) break;
         if (!(static_cast<double>(g_maxFaceSize) > static_cast<double>(windowWidth) * scale)) break;
-        if (!planes.Shape(TruncToInt32(scaledWidth), TruncToInt32(scaledHeight))) return kOutOfMemory;
-        if (g_scanObserver != nullptr) g_scanObserver->OnScale(scale);
-        const int32 status = ScanScale(grey, inverse, planes, params.pruneMode);
-        if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
-        HarvestMask(planes.mask, windowWidth, windowHeight, scale, candidates);
+        const ImageSize scaled{TruncToInt32(scaledWidth), TruncToInt32(scaledHeight)};
+        if (first) {
+            runsFused = RunsFused(params, scaled.height);
+            if (runsFused && !fused.Reserve(scaled)) return kOutOfMemory;
+            first = false;
+        }
+        if (runsFused) {
+            g_positiveCount = fused.ScanScale(scaled, scale, candidates);
+        } else {
+            if (!planes.Shape(scaled.width, scaled.height)) return kOutOfMemory;
+            if (g_scanObserver != nullptr) g_scanObserver->OnScale(scale);
+            const int32 status = ScanScale(grey, inverse, planes, params.pruneMode);
+            if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
+            HarvestMask(planes.mask, windowWidth, windowHeight, scale, candidates);
+        }
         scale *= params.scaleFactor;
         inverse = 1.0F / scale;
         scaledWidth = inverse * static_cast<float>(grey.width);

@@ -176,6 +176,11 @@ int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tab
         tables.maxFeatureWidth = std::max(tables.maxFeatureWidth, size.width);
         tables.maxFeatureHeight = std::max(tables.maxFeatureHeight, size.height);
     }
+    try {
+        tables.plan = PlanCascade(tables);
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    }
     return kOk;
 }
 

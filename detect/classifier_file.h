@@ -2,6 +2,7 @@
 // session; no detection changes it.
 #pragma once
 
+#include "detect/cascade_plan.h"
 #include "image/result_codes.h"
 #include "platform/module_folder.h"
 #include "primitives/primitives.h"
@@ -33,6 +34,7 @@ struct ClassifierTables {
     std::vector<HaarClassifier*> stageObject; // one a stage, owned here
     int32 maxFeatureWidth = 0;                // largest right and bottom bound over all stages
     int32 maxFeatureHeight = 0;
+    CascadePlan plan; // made by PrepareClassifier
 };
 
 /// The session's classifier.

@@ -11,10 +11,14 @@ namespace orvane {
 
 /// Told in this order: a pass begins; for each of its scales the scale, the pruned mask and the mask after each
 /// stage, until no window is left; the hits of all scales. A pass that fails ends where it is. What an observer
-/// leaves out it does not hear.
+/// leaves out it does not hear. The same windows survive a scan that tells its steps and one that does not, but the
+/// latter takes them all at once.
 class ScanObserver {
 public:
     virtual ~ScanObserver() = default;
+
+    /// False for one who wants no scale and no mask.
+    virtual bool NeedsSteps() const { return true; }
 
     virtual void OnPass() {}
     /// @param scale pixels of the picture to a pixel of the scaled plane

@@ -13,11 +13,15 @@ namespace {
 
 /// Positions are sums of steps. Rounding, or a factor that leaves less than one pixel, may lead past the
 /// region: then its last pixel stands.
-bool FillNearestTable(const ResizeAxis& axis, HeapArray<int32>& table) {
-    if (!table.Allocate(axis.written)) return false;
+void FillPositions(const ResizeAxis& axis, int32* positions) {
     const double step = 1.0 / axis.factor;
     double position = 0.5 * step;
-    for (int32 i = 0; i < axis.written; ++i, position += step) table[i] = WholePosition(position, axis.length);
+    for (int32 i = 0; i < axis.written; ++i, position += step) positions[i] = WholePosition(position, axis.length);
+}
+
+bool FillNearestTable(const ResizeAxis& axis, HeapArray<int32>& table) {
+    if (!table.Allocate(axis.written)) return false;
+    FillPositions(axis, table.data());
     return true;
 }
 
@@ -106,6 +110,12 @@ int32 Resize(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRo
 }
 
 } // namespace
+
+int32 NearestPositions(int32 extent, double factor, int32 room, int32* positions) {
+    ResizeAxis axis{extent, 0, extent, 0, factor};
+    if (SizeAxis(axis, room) > 0) FillPositions(axis, positions);
+    return axis.written;
+}
 
 namespace generic {
 

@@ -50,6 +50,11 @@ inline int32 WholePosition(double position, int32 length) {
     return static_cast<int32>(std::min(position + kPositionNudge, length - 1.0));
 }
 
+/// Source pixels of an axis for nearest neighbour, from its beginning.
+/// @param positions as many as `room`
+/// How many are written; 0 when that is none.
+int32 NearestPositions(int32 extent, double factor, int32 room, int32* positions);
+
 // The interpolations, for 1 or 3 interleaved channels. 0, or no memory -9.
 template <int32 Channels>
 int32 ResizeLinear(const ResizeFrame& frame);

@@ -1,0 +1,55 @@
+// The cascade in the form in which the fused scan decides windows: all stumps in one stream, in single precision, with
+// a bound on what single precision may do to them.
+#pragma once
+
+#include "primitives/types.h"
+
+#include <vector>
+
+namespace orvane {
+
+struct ClassifierTables;
+
+/// The rectangle counts that have a form of their own in the stream. A stump of another count makes the plan
+/// unusable.
+inline constexpr int32 kFewestRects = 1;
+inline constexpr int32 kMostRects = 4;
+
+/// A stump without its rectangles. Its threshold, with its sign turned, and weights are divided by the bound on the
+/// error of their comparison, so that a difference of 1 or more is certain.
+struct PlannedStump {
+    float minusThreshold; // times the norm
+    float below;          // what the stump gives where the weighted sum is below that
+    float above;          // and where it is not
+};
+
+/// A stage: what it adds to the sum of the stage before. Stumps with few rectangles come first.
+struct PlannedStage {
+    bool continues;                // whether it goes on from the sum of the stage before
+    int32 stumpCounts[kMostRects]; // of stumps with 1, 2, ... rectangles
+    int32 firstStump;              // in the plan's list
+    int32 firstRect;
+    float failsBelow; // sums that are certain whatever was lost in adding them up
+    float passesFrom;
+};
+
+/// A trained cascade as one stream. Stages that begin with all stumps of the stage before, as the trainer makes them,
+/// go on from its sum.
+struct CascadePlan {
+    /// False where a number leaves the range in which the bounds hold, or where a stage's sum may not be exact in
+    /// double, so that the order of its additions could matter.
+    bool usable = false;
+    std::vector<PlannedStage> stages;
+    std::vector<PlannedStump> stumps;
+    std::vector<ImageRect> rects; // in window coordinates of memory order
+    std::vector<float> weights;   // one a rectangle, divided like the threshold
+
+    // The same undivided, for the windows that need more digits.
+    std::vector<float> trainedThresholds;
+    std::vector<float> trainedWeights;
+};
+
+/// Plans a prepared classifier. Throws std::bad_alloc.
+CascadePlan PlanCascade(const ClassifierTables& tables);
+
+} // namespace orvane

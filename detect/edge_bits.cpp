@@ -1,0 +1,130 @@
+#include "detect/edge_bits.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace orvane {
+namespace {
+
+/// All bits of the runs of `run` that lie above a bit of `seed`, which is within `run`; the carry into and out of the
+/// word says whether a run goes on.
+uint64 FillUp(uint64 run, uint64 seed, uint64& carry) {
+    const uint64 partial = run + seed;
+    const uint64 sum = partial + carry;
+    // Every position of a run that an addition's carry passes changes; a seed that a carry meets stays one.
+    const uint64 filled = (run & (run ^ sum)) | seed;
+    carry = static_cast<uint64>(partial < run) | static_cast<uint64>(sum < partial);
+    return filled;
+}
+
+uint64 FillDown(uint64 run, uint64 seed, uint64& carry) {
+    seed |= run & carry << 63;
+    uint64 way = run;
+    for (int shift = 1; shift < 64; shift *= 2) {
+        seed |= way & seed >> shift;
+        way &= way >> shift;
+    }
+    carry = seed & 1;
+    return seed;
+}
+
+/// Fills the runs of a row from the seeds in it. True when that added any.
+bool FillRow(const uint64* ridges, uint64* edges, int32 words) {
+    uint64 added = 0, carry = 0;
+    for (int32 i = 0; i < words; ++i) {
+        const uint64 filled = FillUp(ridges[i], edges[i], carry);
+        added |= filled ^ edges[i];
+        edges[i] = filled;
+    }
+    carry = 0;
+    for (int32 i = words - 1; i >= 0; --i) {
+        if (edges[i] == ridges[i] || (edges[i] | carry) == 0) {
+            carry = edges[i] & 1;
+            continue;
+        }
+        const uint64 filled = FillDown(ridges[i], edges[i], carry);
+        added |= filled ^ edges[i];
+        edges[i] = filled;
+    }
+    return added != 0;
+}
+
+/// Takes over what touches the neighbouring row's edges, and fills. True when the row grew.
+bool Spread(const uint64* from, const uint64* ridges, uint64* edges, int32 words) {
+    uint64 added = 0;
+    for (int32 i = 0; i < words; ++i) {
+        const uint64 before = i > 0 ? from[i - 1] >> 63 : 0;
+        const uint64 after = i + 1 < words ? from[i + 1] << 63 : 0;
+        const uint64 touched = (from[i] | from[i] << 1 | from[i] >> 1 | before | after) & ridges[i] & ~edges[i];
+        edges[i] |= touched;
+        added |= touched;
+    }
+    if (added != 0) FillRow(ridges, edges, words);
+    return added != 0;
+}
+
+constexpr uint8 kDown = 1, kUp = 2, kBoth = 3;
+
+/// A sweep over the marked rows between two, each spread to the next one in the sweep's direction.
+class Sweep {
+public:
+    Sweep(const uint64* ridges, uint64* edges, int32 words, int32 height, uint8* marks)
+        : ridges_(ridges), edges_(edges), words_(words), height_(height), marks_(marks) {}
+
+    /// The rows whose growth waits for the other direction.
+    struct Rows {
+        int32 first;
+        int32 last;
+    };
+
+    Rows Down(Rows rows) {
+        Rows grown{height_, -1};
+        for (int32 y = rows.first; y < height_ - 1 && (y <= rows.last || (marks_[y] & kDown) != 0); ++y)
+            Step(y, y + 1, kDown, grown);
+        return grown;
+    }
+
+    Rows Up(Rows rows) {
+        Rows grown{height_, -1};
+        for (int32 y = rows.last; y > 0 && (y >= rows.first || (marks_[y] & kUp) != 0); --y) Step(y, y - 1, kUp, grown);
+        return grown;
+    }
+
+private:
+    void Step(int32 from, int32 to, uint8 direction, Rows& grown) {
+        if ((marks_[from] & direction) == 0) return;
+        marks_[from] = static_cast<uint8>(marks_[from] & ~direction);
+        const std::ptrdiff_t row = std::ptrdiff_t{to} * words_;
+        if (!Spread(edges_ + std::ptrdiff_t{from} * words_, ridges_ + row, edges_ + row, words_)) return;
+        marks_[to] = kBoth;
+        grown = {std::min(grown.first, to), std::max(grown.last, to)};
+    }
+
+    const uint64* ridges_;
+    uint64* edges_;
+    int32 words_;
+    int32 height_;
+    uint8* marks_;
+};
+
+} // namespace
+
+void FollowRidges(const uint64* ridges, uint64* edges, int32 words, int32 height, uint8* marks) {
+    for (int32 y = 0; y < height; ++y) {
+        const std::ptrdiff_t row = std::ptrdiff_t{y} * words;
+        FillRow(ridges + row, edges + row, words);
+        marks[y] = kBoth;
+    }
+    Sweep sweep(ridges, edges, words, height, marks);
+    // What a sweep adds is spread on by itself in its direction, and in the other one by the next.
+    Sweep::Rows down{0, height - 1}, up{0, height - 1};
+    bool first = true;
+    while (down.first <= down.last || first) {
+        const Sweep::Rows grown = sweep.Down(down);
+        if (!first) up = grown;
+        first = false;
+        down = sweep.Up(up);
+    }
+}
+
+} // namespace orvane

@@ -1,0 +1,104 @@
+#include "detect/scale_rows.h"
+
+#include "detect/edge_bits.h"
+#include "primitives/resize_frame.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace orvane {
+namespace {
+
+constexpr float kSumInit = -16777216.0F; // keeps float sums exact up to 33,554,432
+constexpr int32 kLow = 8, kHigh = 24;    // the edge thresholds of the pruning
+constexpr int32 kBlock = 64;             // pixels that the edge kernels take at a time
+
+int32 RoundUp(int32 n, int32 to) { return (n + to - 1) / to * to; }
+
+} // namespace
+
+bool ScaleRows::Reserve(ImageSize scaled) {
+    const auto [width, height] = scaled;
+    stride_ = RoundUp(width + 1 + 2 * kMostLanes, kMostLanes);
+    lineStride_ = RoundUp(width + 2, kBlock) + kBlock;
+    const int64 sums = int64{stride_} * (height + 1);
+    const int64 words = int64{WordsOf(width)} * height;
+    return sum_.Allocate(sums) && squares_.Allocate(sums) && columns_.Allocate(width) && rows_.Allocate(height) &&
+           samples_.Allocate(int64{3} * lineStride_) && gradients_.Allocate(int64{7} * lineStride_) &&
+           ridges_.Allocate(words) && edges_.Allocate(words) && marks_.Allocate(height);
+}
+
+/// Each row is sampled, summed, and passed on to the edges, which come two rows behind.
+void ScaleRows::Make(ImageSize scaled, double inverseScale, ImageSize positions) {
+    positions_ = positions;
+    words_ = WordsOf(positions.width);
+    FindPositions(scaled, inverseScale);
+    std::fill_n(sum_.data(), scaled.width + 1, kSumInit);
+    std::fill_n(squares_.data(), scaled.width + 1, 0U);
+    for (int32 y = 0; y < 3; ++y) Gradients(y).magnitude[positions.width] = 0;
+    const auto [width, height] = positions;
+    for (int32 y = 0; y < scaled.height; ++y) {
+        uint8* row = Samples(y);
+        SampleRow(y, scaled.width, row);
+        SumRowOf(y, scaled.width);
+        if (y >= height) continue;
+        row[-1] = row[0]; // the border of the region is repeated, whatever the scale has beyond it
+        row[width] = row[width - 1];
+        if (y >= 1) FindGradients(y - 1);
+        if (y >= 2) FindRidges(y - 2);
+        if (y < height - 1) continue;
+        FindGradients(y);
+        if (y >= 1) FindRidges(y - 1);
+        FindRidges(y);
+    }
+    FollowRidges(ridges_.data(), edges_.data(), words_, height, marks_.data());
+}
+
+void ScaleRows::FindPositions(ImageSize scaled, double factor) {
+    filled_.width = NearestPositions(grey_.width, factor, scaled.width, columns_.data());
+    filled_.height = NearestPositions(grey_.height, factor, scaled.height, rows_.data());
+}
+
+void ScaleRows::SampleRow(int32 y, int32 width, uint8* row) const {
+    if (y >= filled_.height) {
+        std::fill_n(row, width, uint8{0});
+        return;
+    }
+    const uint8* from = RowAt(grey_.data, grey_.Step(), rows_[y]);
+    const int32* column = columns_.data();
+    int32 x = 0;
+    for (; x + 4 <= filled_.width; x += 4) {
+        const uint8 four[4] = {from[column[x]], from[column[x + 1]], from[column[x + 2]], from[column[x + 3]]};
+        std::memcpy(row + x, four, 4);
+    }
+    for (; x < filled_.width; ++x) row[x] = from[column[x]];
+    std::fill(row + filled_.width, row + width, uint8{0});
+}
+
+void ScaleRows::SumRowOf(int32 y, int32 width) {
+    float* sum = sum_.data() + std::ptrdiff_t{y + 1} * stride_;
+    uint32* squares = squares_.data() + std::ptrdiff_t{y + 1} * stride_;
+    sum[0] = kSumInit;
+    squares[0] = 0;
+    kernels_.integral(Samples(y), width, SumRow(y) + 1, sum + 1, SquaresRow(y) + 1, squares + 1);
+}
+
+GradientRow ScaleRows::Gradients(int32 y) {
+    int16* rows = gradients_.data() + std::ptrdiff_t{2} * (y % 3) * lineStride_;
+    return {rows + 1, rows + lineStride_};
+}
+
+void ScaleRows::FindGradients(int32 y) {
+    const int32 above = std::max(y - 1, 0), below = std::min(y + 1, positions_.height - 1);
+    kernels_.gradients({Samples(above) - 1, Samples(y) - 1, Samples(below) - 1, positions_.width}, kLow, Gradients(y));
+}
+
+void ScaleRows::FindRidges(int32 y) {
+    const int16* nothing = gradients_.data() + std::ptrdiff_t{6} * lineStride_ + 1;
+    const int16* above = y > 0 ? Gradients(y - 1).magnitude : nothing;
+    const int16* below = y + 1 < positions_.height ? Gradients(y + 1).magnitude : nothing;
+    const std::ptrdiff_t at = std::ptrdiff_t{y} * words_;
+    kernels_.ridges(above, Gradients(y), below, positions_.width, kHigh, ridges_.data() + at, edges_.data() + at);
+}
+
+} // namespace orvane

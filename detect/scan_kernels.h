@@ -1,0 +1,86 @@
+// The inner loops of the fused scan, each in a form for every instruction set that it pays for. All forms give the same
+// windows; those that a form is not sure of are told and decided in double precision elsewhere.
+#pragma once
+
+#include "detect/cascade_plan.h"
+
+namespace orvane {
+
+/// A stage with its rectangles resolved for one sum plane.
+struct ResolvedStage {
+    int32 stumpCounts[4]; // of stumps with 1, 2, 3, 4 rectangles, in this order
+    const PlannedStump* stumps;
+    const int32* corners; // four offsets for each rectangle, in the order plus, minus, minus, plus
+    const float* weights; // one for each rectangle
+    bool continues;
+    float failsBelow;
+    float passesFrom;
+};
+
+/// What is known of a group of neighbouring windows after a stage, a bit for each.
+struct GroupVerdict {
+    uint32 passes;      // the sum is certain to reach the threshold; no word about windows with close stumps
+    uint32 closeSums;   // the sum is too close to the threshold
+    uint32 closeStumps; // a stump's difference is too close to 0: the sum is not to be trusted
+};
+
+/// Planes of sums that carry one row and column more than the picture.
+struct InnerRectRows {
+    const float* sumTop; // where the first window's inner rectangle begins
+    const float* sumBottom;
+    const uint32* squaresTop;
+    const uint32* squaresBottom;
+    int32 width; // of the inner rectangle
+    float area;
+};
+
+/// Three rows of a grey region, each with a pixel more at both ends.
+struct EdgeRows {
+    const uint8* above;
+    const uint8* here;
+    const uint8* below;
+    int32 width;
+};
+
+/// Rows of gradients: magnitudes with a 0 at both ends, directions by eighths of a turn.
+struct GradientRow {
+    int16* magnitude;
+    int16* direction;
+};
+
+inline constexpr int32 kMostLanes = 8;
+
+struct ScanKernels {
+    int32 lanes; // windows of a group
+
+    /// Standard deviations for groups of windows that begin at `starts`, offsets from the first, to 4 * 2^-24 of
+    /// themselves or 1e-5.
+    void (*norms)(const InnerRectRows& rows, const int32* starts, int32 count, float* norms);
+
+    /// Runs a stage for groups of windows that begin at `starts`. `sums` holds the sums of the stage before and gets
+    /// the new ones.
+    void (*stage)(const ResolvedStage& stage, const float* window, const float* norms, float* sums, const int32* starts,
+                  int32 count, GroupVerdict* verdicts);
+
+    /// One row of the integral images; sums are rounded to float like the primitive's, squares are taken modulo 2^32.
+    /// Rows are those after the column of zero pixels; up to three pixels and sums more than `width` are worked.
+    void (*integral)(const uint8* pixels, int32 width, const float* sumAbove, float* sum, const uint32* squaresAbove,
+                     uint32* squares);
+
+    /// Gradients of a row by Sobel's operator, magnitudes at or below `low` as 0.
+    void (*gradients)(const EdgeRows& rows, int32 low, const GradientRow& out);
+
+    /// Marks the pixels of a row that are the largest along their gradients: as bits, all in `ridges`, those above
+    /// `high` in `strong` as well. Writes whole words of 64 and reads as many pixels.
+    void (*ridges)(const int16* above, const GradientRow& here, const int16* below, int32 width, int32 high,
+                   uint64* ridges, uint64* strong);
+};
+
+/// For every processor, and for those with AVX2 and FMA.
+extern const ScanKernels kScanKernels128;
+extern const ScanKernels kScanKernels256;
+
+/// Those for the instruction set in use.
+const ScanKernels& CurrentScanKernels();
+
+} // namespace orvane

@@ -1,0 +1,72 @@
+// Decides windows by the cascade: whole groups of neighbours in single precision with a proven margin, and what lies
+// within the margin in the trained arithmetic. The sums that a tile of windows reads stay in the first-level cache.
+#pragma once
+
+#include "detect/cascade_plan.h"
+#include "detect/scale_rows.h"
+#include "primitives/heap_array.h"
+
+namespace orvane {
+
+struct ClassifierTables;
+
+class WindowCascade {
+public:
+    /// Whether windows of a scale so high can be decided this way.
+    static bool Serves(const ClassifierTables& classifier, int32 scaledHeight);
+
+    WindowCascade(const ScanKernels& kernels, const ClassifierTables& classifier)
+        : kernels_(kernels), classifier_(classifier) {}
+
+    /// Makes room for sums of this stride. False when memory is exhausted.
+    [[nodiscard]] bool Reserve(int32 stride);
+
+    /// Clears the edge bits of those windows that do not pass all stages.
+    /// @param height rows of windows
+    void Decide(ScaleRows& rows, int32 height);
+
+    /// How often single precision could not decide a window's stage.
+    int64 Doubts() const { return doubts_; }
+
+private:
+    static constexpr int32 kTileRows = 4;
+    static constexpr int32 kTileWords = 3;
+
+    /// Some rows of windows between two words, and the groups of its living windows at one stage.
+    struct Tile {
+        int32 y;
+        int32 height;
+        int32 firstWord;
+        int32 endWord;
+        int32 groupsEnd[kTileRows]; // by row
+        int32 groups;
+    };
+
+    bool ResolveStages();
+    void DecideTile(ScaleRows& rows, Tile& tile);
+    void CollectGroups(ScaleRows& rows, Tile& tile);
+    void FindNorms(const ScaleRows& rows, const Tile& tile);
+    int32 ClearFailed(ScaleRows& rows, const Tile& tile, int32 stage, int32 decided);
+    int32 ClearFailedOfRow(ScaleRows& rows, const Tile& tile, int32 row, int32 stage, int32 decided);
+    bool Passes(int32 from, int32 to, const float* window, double norm) const;
+    double TrainedSum(int32 stage, const float* window, double norm) const;
+    float TrainedNorm(const ScaleRows& rows, int32 x, int32 y) const;
+    int32 StageCount() const;
+
+    const ScanKernels& kernels_;
+    const ClassifierTables& classifier_;
+    HeapArray<ResolvedStage> stages_;
+    HeapArray<int32> corners_;
+
+    // Of a tile: norms and sums by window, with the stride of the sums; starts, which are offsets from its first row,
+    // and verdicts by group.
+    int32 stride_ = 0;
+    HeapArray<float> norms_;
+    HeapArray<float> sums_;
+    HeapArray<int32> starts_;
+    HeapArray<GroupVerdict> verdicts_;
+    HeapArray<ImagePoint> decided_; // windows that passed all stages in the trained arithmetic
+    int64 doubts_ = 0;
+};
+
+} // namespace orvane

@@ -1,0 +1,234 @@
+// The scan in one go finds the windows that it finds step by step, whatever the picture and the classifier.
+#include "detect/fused_scan.h"
+
+#include "detect/cascade_detector.h"
+#include "detect/classifier_file.h"
+#include "detect/scan_observer.h"
+#include "image/session_images.h"
+#include "tests/detect/kernel_sets.h"
+#include "tests/support/detector_settings.h"
+#include "tests/support/module_files.h"
+#include "tests/support/scene_image.h"
+
+#include <fstream>
+#include <iterator>
+
+namespace orvane::test {
+namespace {
+
+/// Keeps the hits of the last pass, of a scan in one go or step by step.
+class HitWatcher : public ScanObserver {
+public:
+    explicit HitWatcher(bool needsSteps) : needsSteps_(needsSteps) { g_scanObserver = this; }
+    ~HitWatcher() override { g_scanObserver = nullptr; }
+
+    bool NeedsSteps() const override { return needsSteps_; }
+    void OnScale(float) override { ++steps; }
+    void OnHits(const CandidateList& hits) override {
+        text.clear();
+        for (const CandidateGroup& group : hits.groups) {
+            for (const Candidate& hit : group.members)
+                text += std::to_string(hit.x) + "," + std::to_string(hit.y) + "," + std::to_string(hit.size) + " ";
+            text += "| ";
+        }
+    }
+
+    int steps = 0;
+    std::string text;
+
+private:
+    bool needsSteps_;
+};
+
+class FusedScanTest : public ::testing::TestWithParam<KernelSet> {
+protected:
+    ~FusedScanTest() override {
+        g_sourceImage.Reset();
+        g_workImage.Reset();
+    }
+
+    /// Scans g_sourceImage both ways; the hits, which must be the same.
+    static std::string BothScans(float scaleFactor, const std::string& what) {
+        DetectorParams params;
+        params.scaleFactor = scaleFactor;
+        HitWatcher stepwise(true);
+        const int32 status = ScanScales(g_workImage, params, g_sourceImage);
+        const FaceRecord face = g_faceRecord;
+        const int32 positive = g_positiveCount;
+        EXPECT_GE(stepwise.steps, 1) << what;
+        HitWatcher fused(false);
+        g_positiveCount = -1;
+        EXPECT_EQ(status, ScanScales(g_workImage, params, g_sourceImage)) << what;
+        EXPECT_EQ(0, fused.steps) << what << ": it was not scanned in one go";
+        const auto differ =
+            std::mismatch(stepwise.text.begin(), stepwise.text.end(), fused.text.begin(), fused.text.end());
+        EXPECT_TRUE(stepwise.text == fused.text)
+            << what << ": step by step " << std::string(differ.first, stepwise.text.end()).substr(0, 60)
+            << ", in one go " << std::string(differ.second, fused.text.end()).substr(0, 60);
+        EXPECT_EQ(positive, g_positiveCount) << what;
+        EXPECT_EQ(face.centreX, g_faceRecord.centreX) << what;
+        EXPECT_EQ(face.faceWidth, g_faceRecord.faceWidth) << what;
+        return fused.text;
+    }
+
+    ModuleFiles files_;
+    DetectorSettings settings_;
+    InstructionSetGuard set_{GetParam().set};
+};
+
+/// A picture with some faces of the drawn kind, on noise, cells or a slope.
+Scene RandomScene(Random& random) {
+    const int32 width = random.Int(40, 150), height = random.Int(40, 130);
+    Scene scene = BlankScene(width, height, static_cast<uint8>(random.Int(30, 230)));
+    const int32 cell = random.Int(3, 30), jump = random.Int(-100, 100);
+    for (int32 y = 0; y < height; ++y) {
+        for (int32 x = 0; x < width; ++x) {
+            for (int32 c = 0; c < 3; ++c) {
+                uint8& level = scene.Pixel(x, y)[c];
+                level = static_cast<uint8>(std::clamp(level + (x / cell + y / cell) % 2 * jump, 0, 255));
+            }
+        }
+    }
+    for (int32 n = random.Int(0, 3); n > 0; --n)
+        DrawFace(scene, random.Int(-10, width), random.Int(-10, height), random.Int(20, 60));
+    AddTexture(scene, random.Int(0, 40), random);
+    return scene;
+}
+
+/// A cascade of random stumps; its stages go on from each other or begin anew.
+CascadeFile RandomCascade(Random& random, bool chained) {
+    std::vector<CascadeStage> stages;
+    for (int32 s = random.Int(1, 4); s > 0; --s) {
+        CascadeStage stage;
+        if (chained && !stages.empty()) stage.classifiers = stages.back().classifiers;
+        for (int32 n = random.Int(1, 6); n > 0; --n) {
+            WeakClassifier stump{{},
+                                 static_cast<float>(random.Real(-0.4, 0.4)),
+                                 static_cast<float>(random.Real(-1, 1)),
+                                 static_cast<float>(random.Real(-1, 1))};
+            for (int32 r = random.Int(1, 4); r > 0; --r) {
+                const int32 w = random.Int(1, 24), h = random.Int(1, 24);
+                stump.rects.push_back(
+                    {{random.Int(0, 24 - w), random.Int(0, 24 - h), w, h}, static_cast<float>(random.Int(-3, 3))});
+            }
+            stage.classifiers.push_back(stump);
+        }
+        stage.threshold = static_cast<float>(random.Real(-1.5, 0.5));
+        stages.push_back(stage);
+    }
+    // One that reaches the window's corners, without which the scan refuses the file.
+    stages[0].classifiers.push_back({{{{0, 0, 24, 24}, 0.0F}}, 0.0F, 0.0F, 0.0F});
+    CascadeFile file = BuildCascade({24, 24}, stages);
+    if (!chained) return file;
+    // Stages that begin with those before share their numbers.
+    const std::size_t longest = stages.size() - 1;
+    CascadeFile shared = BuildCascade({24, 24}, {stages[longest]});
+    shared.header[2] = file.header[2];
+    shared.stageThreshold = file.stageThreshold;
+    shared.stageReserved = file.stageReserved;
+    shared.stageClassifierCount.clear();
+    for (const CascadeStage& stage : stages)
+        shared.stageClassifierCount.push_back(
+            static_cast<int32>(std::min(stage.classifiers.size(), stages[longest].classifiers.size())));
+    shared.stageClassifierStart.assign(stages.size(), 0);
+    shared.stageFeatureStart.assign(stages.size(), 0);
+    return shared;
+}
+
+TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithTheDrawnFaces) {
+    ASSERT_EQ(0, files_.Load(FaceCascade()));
+    Random random(21);
+    int32 withHits = 0;
+    for (int32 n = 0; n < 150; ++n) {
+        ASSERT_TRUE(ToImage(RandomScene(random), g_sourceImage));
+        withHits += BothScans(1.09F, "scene " + std::to_string(n)).empty() ? 0 : 1;
+        if (HasFailure()) return;
+    }
+    EXPECT_GT(withHits, 20);
+}
+
+TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithAnyCascade) {
+    Random random(22);
+    int32 withHits = 0;
+    for (int32 n = 0; n < 120; ++n) {
+        ASSERT_EQ(0, files_.Load(RandomCascade(random, n % 2 == 0))) << n;
+        ASSERT_TRUE(ToImage(RandomScene(random), g_sourceImage));
+        withHits += BothScans(1.2F, "cascade " + std::to_string(n)).empty() ? 0 : 1;
+        if (HasFailure()) return;
+    }
+    EXPECT_GT(withHits, 20);
+}
+
+TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithTheShippedClassifier) {
+    std::ifstream shipped(ORVANE_SHIPPED_CLASSIFIER, std::ios::binary);
+    ASSERT_EQ(0, files_.Load(std::string(std::istreambuf_iterator<char>(shipped), {})));
+    ASSERT_TRUE(g_classifier.plan.usable) << "the shipped classifier must be one that is scanned in one go";
+    Random random(23);
+    for (int32 n = 0; n < 60; ++n) {
+        ASSERT_TRUE(ToImage(RandomScene(random), g_sourceImage));
+        BothScans(1.05F, "scene " + std::to_string(n));
+        if (HasFailure()) return;
+    }
+}
+
+TEST_P(FusedScanTest, DecidesEveryWindowOfANoisyPictureAndHardlyAnyTwice) {
+    std::ifstream shipped(ORVANE_SHIPPED_CLASSIFIER, std::ios::binary);
+    ASSERT_EQ(0, files_.Load(std::string(std::istreambuf_iterator<char>(shipped), {})));
+    Random random(24);
+    ImageBuffer grey;
+    ASSERT_TRUE(grey.Create(320, 240, 1, kDepth8u, 0));
+    for (int32 i = 0; i < grey.Step() * grey.height; ++i) grey.data[i] = static_cast<uint8>(random.Int(0, 255));
+    FusedScan scan(GetParam().kernels, g_classifier, grey);
+    ASSERT_TRUE(scan.Reserve(grey.Size()));
+    CandidateList hits;
+    scan.ScanScale(grey.Size(), 1.0F, hits);
+    RecordProperty("doubts", static_cast<int>(scan.Doubts()));
+    EXPECT_GT(scan.Doubts(), 0) << "the margin is never met: is it zero?";
+    EXPECT_LT(scan.Doubts(), 297 * 217 / 200) << "more than one in two hundred";
+}
+
+/// A stump of the whole window that gives 1 for every picture.
+WeakClassifier Always() { return {{{{0, 0, 24, 24}, 1.0F}}, -1.0F, 0.0F, 1.0F}; }
+
+TEST_P(FusedScanTest, LeavesClassifiersBeyondItsBoundsToTheSteps) {
+    struct {
+        const char* what;
+        WeakClassifier stump;
+        bool usable;
+    } const cases[] = {
+        {"a plain one", Always(), true},
+        {"five rectangles", {std::vector<WeightedRect>(5, {{0, 0, 24, 24}, 1.0F}), 0.0F}, false},
+        {"weights beyond all bounds", {{{{0, 0, 24, 24}, 1e38F}}, 0.0F}, false},
+        {"a value finer than a sum is exact to", {{{{0, 0, 24, 24}, 1.0F}}, 0.0F, 1e-20F, 1.0F}, false},
+        {"values larger than a sum is exact to", {{{{0, 0, 24, 24}, 1.0F}}, 0.0F, 0.0F, 1e6F}, false},
+        {"all zeros", {{{{0, 0, 24, 24}, 0.0F}}, 0.0F, 0.0F, 1.0F}, true},
+    };
+    for (const auto& c : cases) {
+        ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, {{{c.stump}, 0.5F}}))) << c.what;
+        EXPECT_EQ(c.usable, g_classifier.plan.usable) << c.what;
+        EXPECT_EQ(c.usable, FusedScan::Serves(g_classifier, 300)) << c.what;
+        EXPECT_FALSE(FusedScan::Serves(g_classifier, 3000)) << c.what << ": a strip is not exact any more";
+    }
+}
+
+TEST_P(FusedScanTest, PassesWhatReachesTheThresholdExactly) {
+    // Three stumps whose sum is the threshold, by the bias of a prepared classifier to the last bit.
+    for (const float bias : {-0.0001F, 0.0F, 0.0001F, 0.0002F}) {
+        WeakClassifier a = Always(), b = Always(), c = Always();
+        a.val2 = 0.1F;
+        b.val2 = 0.7F;
+        c.val2 = -0.3F;
+        ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, {{{a, b, c}, 0.5F + bias}})));
+        Random random(4);
+        Scene scene = BlankScene(60, 50);
+        AddTexture(scene, 60, random);
+        ASSERT_TRUE(ToImage(scene, g_sourceImage));
+        const bool passes = 0.1F + static_cast<double>(0.7F) - 0.3F >= 0.5F + bias - 0.0001F;
+        EXPECT_EQ(passes, !BothScans(1.2F, std::to_string(bias)).empty()) << bias;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kernels, FusedScanTest, ::testing::ValuesIn(KernelSets()), NameOfSet);
+
+} // namespace
+} // namespace orvane::test

@@ -1,0 +1,191 @@
+// The fused walk over a scale gives what the primitives give one after the other, with each form of the kernels.
+#include "detect/scale_rows.h"
+
+#include "detect/edge_bits.h"
+#include "detect/edge_pruning.h"
+#include "primitives/primitives.h"
+#include "tests/detect/kernel_sets.h"
+#include "tests/support/random.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <vector>
+
+namespace orvane::test {
+namespace {
+
+class ScaleRowsTest : public ::testing::TestWithParam<KernelSet> {};
+
+constexpr int32 kBorder = 5; // rows and columns of a scale at whose pixels no window begins
+
+/// A grey picture by a function of the place.
+ImageBuffer Picture(int32 width, int32 height, const std::function<int32(int32, int32)>& level) {
+    ImageBuffer picture;
+    EXPECT_TRUE(picture.Create(width, height, 1, kDepth8u, 0));
+    for (int32 y = 0; y < height; ++y) {
+        for (int32 x = 0; x < width; ++x)
+            RowAt(picture.data, picture.Step(), y)[x] = static_cast<uint8>(std::clamp(level(x, y), 0, 255));
+    }
+    return picture;
+}
+
+/// Noise, steps, slopes and plateaus of random strength.
+ImageBuffer RandomPicture(int32 width, int32 height, Random& random) {
+    const int32 noise = random.Int(0, 1) == 0 ? random.Int(0, 12) : random.Int(0, 255);
+    const int32 slope = random.Int(-6, 6), rise = random.Int(-6, 6), cell = random.Int(2, 20),
+                jump = random.Int(0, 200);
+    return Picture(width, height, [&](int32 x, int32 y) {
+        return 90 + slope * x / 4 + rise * y / 4 + ((x / cell + y / cell) % 2) * jump + random.Int(-noise, noise);
+    });
+}
+
+struct Scale {
+    ImageSize size;
+    float factor;
+    ImageSize positions;
+};
+
+/// What the primitives make of a scale.
+struct Stepwise {
+    ImageBuffer scaled, sum, squares, mask;
+
+    Stepwise(const ImageBuffer& grey, const Scale& scale) {
+        const auto [width, height] = scale.size;
+        EXPECT_TRUE(scaled.Create(width, height, 1, kDepth8u, 0));
+        EXPECT_TRUE(sum.Create(width + 1, height + 1, 1, kDepth32f, 0));
+        EXPECT_TRUE(squares.Create(width + 1, height + 1, 1, kDepth64f, 0));
+        EXPECT_TRUE(mask.Create(width, height, 1, kDepth8u, 0));
+        EXPECT_EQ(0, generic::primResize_8u_C1(grey.data, grey.Size(), grey.Step(), {0, 0, grey.width, grey.height},
+                                               scaled.data, scaled.Step(), scale.size, scale.factor, scale.factor, 1));
+        EXPECT_EQ(0, generic::primSqrIntegral_8u32f64f_C1(
+                         scaled.data, scaled.Step(), reinterpret_cast<float*>(sum.data), sum.Step(),
+                         reinterpret_cast<double*>(squares.data), squares.Step(), scale.size, -16777216.0F, 0.0));
+        EdgeWorkspace edges;
+        EXPECT_EQ(0, PruneByEdges(scaled.data, scaled.Step(), mask.data, mask.Step(), scale.positions.width,
+                                  scale.positions.height, 0, edges));
+    }
+};
+
+void ExpectSame(const Stepwise& expected, ScaleRows& rows, const Scale& scale, const std::string& what) {
+    for (int32 y = 0; y <= scale.size.height; ++y) {
+        const auto* sum = reinterpret_cast<const float*>(RowAt(expected.sum.data, expected.sum.Step(), y));
+        const auto* squares = reinterpret_cast<const double*>(RowAt(expected.squares.data, expected.squares.Step(), y));
+        for (int32 x = 0; x <= scale.size.width; ++x) {
+            ASSERT_EQ(sum[x], rows.SumRow(y)[x]) << what << ": sum at " << x << ", " << y;
+            const auto modulo = static_cast<uint32>(static_cast<uint64>(squares[x]));
+            ASSERT_EQ(modulo, rows.SquaresRow(y)[x]) << what << ": squares at " << x << ", " << y;
+        }
+    }
+    for (int32 y = 0; y < scale.positions.height; ++y) {
+        const uint8* mask = RowAt(expected.mask.data, expected.mask.Step(), y);
+        for (int32 x = 0; x < 64 * rows.Words(); ++x) {
+            const bool edge = x < scale.positions.width && mask[x] != 0;
+            ASSERT_EQ(edge, (rows.EdgeRow(y)[x / 64] >> x % 64 & 1) != 0) << what << ": edge at " << x << ", " << y;
+        }
+    }
+}
+
+TEST_P(ScaleRowsTest, AreWhatThePrimitivesMakeOfRandomPictures) {
+    Random random(11);
+    for (int32 n = 0; n < 400; ++n) {
+        const ImageBuffer grey = RandomPicture(random.Int(8, 260), random.Int(8, 60), random);
+        ScaleRows rows(GetParam().kernels, grey);
+        ASSERT_TRUE(rows.Reserve(grey.Size()));
+        // Two scales, so that the second one meets what the first has left.
+        float factor = 1.0F;
+        for (int32 i = 0; i < 2; ++i, factor /= static_cast<float>(random.Real(1.01, 1.4))) {
+            const ImageSize size{static_cast<int32>(factor * static_cast<float>(grey.width)),
+                                 static_cast<int32>(factor * static_cast<float>(grey.height))};
+            if (size.width < kBorder + 1 || size.height < kBorder + 1) break;
+            const Scale scale{
+                size, factor, {size.width - random.Int(0, kBorder), size.height - random.Int(0, kBorder)}};
+            rows.Make(scale.size, scale.factor, scale.positions);
+            ExpectSame(Stepwise(grey, scale), rows, scale,
+                       std::to_string(size.width) + " by " + std::to_string(size.height) + ", picture " +
+                           std::to_string(n));
+            if (HasFatalFailure()) return;
+        }
+    }
+}
+
+TEST_P(ScaleRowsTest, RoundSumsBeyond2To24AsThePrimitiveDoes) {
+    const ImageBuffer grey = Picture(351, 480, [](int32 x, int32 y) { return 255 - (x + y) % 2; });
+    ScaleRows rows(GetParam().kernels, grey);
+    ASSERT_TRUE(rows.Reserve(grey.Size()));
+    const Scale scale{grey.Size(), 1.0F, {grey.width - 24, grey.height - 24}};
+    rows.Make(scale.size, scale.factor, scale.positions);
+    ASSERT_GT(rows.SumRow(480)[351], 16777216.0F);
+    ExpectSame(Stepwise(grey, scale), rows, scale, "bright");
+}
+
+TEST_P(ScaleRowsTest, StayBlackWhereARoundedUpScaleHasNoPicture) {
+    // 1 / 1.1 of 253 columns is 229.99999 in double and 230 in float.
+    Random random(3);
+    int32 unfilled = 0;
+    for (int32 width = 40; width < 350; ++width) {
+        const float factor = 1.0F / 1.1F;
+        const Scale scale{{static_cast<int32>(factor * static_cast<float>(width)), 30},
+                          factor,
+                          {static_cast<int32>(factor * static_cast<float>(width)), 30}};
+        const ImageBuffer grey = RandomPicture(width, 34, random);
+        unfilled += static_cast<int32>(width * static_cast<double>(factor) + 1e-7) < scale.size.width ? 1 : 0;
+        ScaleRows rows(GetParam().kernels, grey);
+        ASSERT_TRUE(rows.Reserve(scale.size));
+        rows.Make(scale.size, scale.factor, scale.positions);
+        ExpectSame(Stepwise(grey, scale), rows, scale, std::to_string(width) + " columns");
+        if (HasFatalFailure()) return;
+    }
+    EXPECT_GT(unfilled, 0) << "no width shows it any more";
+}
+
+TEST_P(ScaleRowsTest, TellDirectionsAsRealNumbersWouldForAllGradients) {
+    // The kernels compare whole numbers: b with the whole parts of a * tan(22.5) and a * tan(67.5).
+    for (int32 a = 0; a <= 1020; ++a) {
+        const int32 flat = a * 27146 >> 16;
+        for (int32 b = 0; b <= 1020; ++b) {
+            if (a == 0 && b == 0) continue;
+            ASSERT_EQ(b > 2.414213562373095 * a, b > 2 * a + flat) << a << ", " << b;
+            if (b > 2 * a + flat) continue;
+            ASSERT_EQ(b < 0.41421356237309503 * a, b <= flat) << a << ", " << b;
+        }
+    }
+}
+
+TEST_P(ScaleRowsTest, KnowNormsToWhatThePlanAllows) {
+    Random random(5);
+    constexpr ImageRect kInner{1, 1, 22, 22};
+    for (int32 n = 0; n < 60; ++n) {
+        const ImageBuffer grey = RandomPicture(random.Int(40, 200), random.Int(30, 60), random);
+        const Scale scale{grey.Size(), 1.0F, {grey.width - 23, grey.height - 23}};
+        const Stepwise expected(grey, scale);
+        std::vector<float> exact(static_cast<std::size_t>(grey.width)), norms(exact.size() + 2 * kMostLanes);
+        ScaleRows rows(GetParam().kernels, grey);
+        ASSERT_TRUE(rows.Reserve(grey.Size()));
+        rows.Make(scale.size, scale.factor, scale.positions);
+        std::vector<int32> starts;
+        for (int32 x = 0; x < scale.positions.width; x += GetParam().kernels.lanes) starts.push_back(x);
+        for (int32 y = 0; y < scale.positions.height; ++y) {
+            const auto* sum = reinterpret_cast<const float*>(RowAt(expected.sum.data, expected.sum.Step(), y));
+            const auto* squares =
+                reinterpret_cast<const double*>(RowAt(expected.squares.data, expected.squares.Step(), y));
+            ASSERT_EQ(0,
+                      generic::primRectStdDev_32f_C1(sum, expected.sum.Step(), squares, expected.squares.Step(),
+                                                     exact.data(), 4 * grey.width, {scale.positions.width, 1}, kInner));
+            GetParam().kernels.norms({rows.SumRow(y + 1) + 1, rows.SumRow(y + 23) + 1, rows.SquaresRow(y + 1) + 1,
+                                      rows.SquaresRow(y + 23) + 1, 22, 484.0F},
+                                     starts.data(), static_cast<int32>(starts.size()), norms.data());
+            for (int32 x = 0; x < scale.positions.width; ++x) {
+                const double norm = exact[static_cast<std::size_t>(x)];
+                ASSERT_NEAR(norm, norms[static_cast<std::size_t>(x)], std::max(norm * 5.0 / (1 << 24), 1e-5))
+                    << x << ", " << y;
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kernels, ScaleRowsTest, ::testing::ValuesIn(KernelSets()), NameOfSet);
+
+} // namespace
+} // namespace orvane::test
