@@ -61,6 +61,7 @@ orv_Window OwnWindow(void) { return (orv_Window)GetConsoleWindow(); }
 
 int wmain(int count, wchar_t** wide) {
     char** arguments = (char**)calloc((size_t)count + 1, sizeof(char*));
+    UINT codePage = GetConsoleOutputCP();
     int i, result = 1;
     for (i = 0; arguments && i < count; ++i) {
         arguments[i] = Narrow(wide[i]);
@@ -68,6 +69,8 @@ int wmain(int count, wchar_t** wide) {
     }
     SetConsoleOutputCP(CP_UTF8);
     if (arguments && i == count) result = RunHost(count, arguments);
+    fflush(stdout);
+    SetConsoleOutputCP(codePage); /* the console is not this program's alone */
     for (i = 0; arguments && i < count; ++i) free(arguments[i]);
     free(arguments);
     return result;

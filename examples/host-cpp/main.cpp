@@ -103,8 +103,12 @@ int RunArguments(int count, Argument** arguments) try {
 
 #ifdef _WIN32
 int wmain(int count, wchar_t** arguments) {
+    const UINT codePage = GetConsoleOutputCP();
     SetConsoleOutputCP(CP_UTF8);
-    return RunArguments(count, arguments);
+    const int code = RunArguments(count, arguments);
+    std::fflush(stdout);
+    SetConsoleOutputCP(codePage); // the console is not this program's alone
+    return code;
 }
 #else
 int main(int count, char** arguments) { return RunArguments(count, arguments); }
