@@ -101,7 +101,9 @@ case $kind in
         cmp Größe.bmp named.bmp || fail "a library that is named gives another portrait"
         # The one beside the program is told when it does not load, not passed over.
         echo 'no library' >"$file"
-        expect 3 "the library can't be loaded: " flat.bmp out.bmp
+        problem="it is no library, or not one for programs of this width"
+        if [[ $file == *.so.* ]]; then problem="$file: "; fi
+        expect 3 "the library can't be loaded: $problem" flat.bmp out.bmp
         ;;
     csharp)
         mv "$away/Orvane.dat" "$app/"
