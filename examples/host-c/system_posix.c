@@ -1,5 +1,5 @@
 /* Linux and its like. */
-#define _POSIX_C_SOURCE 200809L
+#define _POSIX_C_SOURCE 200809L /* for readlink, which C has not. NOLINT(bugprone-reserved-identifier) */
 #include "system.h"
 
 #include <dlfcn.h>

@@ -1,5 +1,5 @@
-// A memory block as the library takes and gives it. On Windows it is one of GlobalAlloc. Elsewhere it is memory of the C
-// library with 16 bytes in front, a tag and the block's size, and the handle points behind these; the header's
+// A memory block as the library takes and gives it. On Windows it is one of GlobalAlloc. Elsewhere it is memory of the
+// C library with 16 bytes in front, a tag and the block's size, and the handle points behind these; the header's
 // orv_Block functions do the same.
 using System;
 using System.Runtime.InteropServices;

@@ -67,7 +67,8 @@ namespace OrvaneHost
         {
             Dictionary<string, MethodInfo> imports = new Dictionary<string, MethodInfo>();
             foreach (MethodInfo import in Imports(typeof(OrvaneLibrary))) imports.Add(import.Name, import);
-            MatchCollection functions = Regex.Matches(header, @"^ORV_API (\w+) (\w+)\(([^)]*)\);", RegexOptions.Multiline);
+            MatchCollection functions =
+                Regex.Matches(header, @"^ORV_API (\w+) (\w+)\(([^)]*)\);", RegexOptions.Multiline);
             Expect(functions.Count == 12, "the header declares " + functions.Count + " functions");
             Expect(imports.Count == 12, "the host declares " + imports.Count + " functions");
             foreach (Match function in functions)
@@ -79,14 +80,16 @@ namespace OrvaneHost
                     continue;
                 }
                 MethodInfo import = imports[name];
-                Expect(WithoutNames(import.ReturnType) == Counterpart(function.Groups[1].Value), name + " gives another type");
+                Expect(WithoutNames(import.ReturnType) == Counterpart(function.Groups[1].Value),
+                       name + " gives another type");
                 List<Type> types = new List<Type>();
                 foreach (Match argument in Regex.Matches(function.Groups[3].Value, @"((?:const )?\w+\*?) \w+"))
                     types.Add(Counterpart(argument.Groups[1].Value));
                 ParameterInfo[] parameters = import.GetParameters();
                 Expect(parameters.Length == types.Count, name + " has " + parameters.Length + " arguments");
                 for (int i = 0; i < Math.Min(parameters.Length, types.Count); ++i)
-                    Expect(WithoutNames(parameters[i].ParameterType) == types[i], name + ": argument " + i + " is another type");
+                    Expect(WithoutNames(parameters[i].ParameterType) == types[i],
+                           name + ": argument " + i + " is another type");
                 DllImportAttribute how =
                     (DllImportAttribute)import.GetCustomAttributes(typeof(DllImportAttribute), false)[0];
                 Expect(how.CallingConvention == CallingConvention.Cdecl, name + " is not called as C calls");
