@@ -10,19 +10,18 @@ namespace {
 
 using namespace orvane;
 
-/// The number's bytes, lowest first.
-std::string Low(std::size_t number, int count) {
+/// The lowest bytes of a number, lowest first.
+std::string Low(std::size_t number, int count = 4) {
     std::string bytes;
-    for (int i = 0; i < count; ++i) bytes += static_cast<char>(number >> 8 * i);
+    for (; count > 0; --count, number >>= 8) bytes += static_cast<char>(number);
     return bytes;
 }
 
 std::string BitmapFile(const test::Scene& scene) {
-    const std::string header = Low(40, 4) + Low(static_cast<std::size_t>(scene.width), 4) +
-                               Low(static_cast<std::size_t>(scene.height), 4) + Low(1, 2) + Low(24, 2) + Low(0, 4) +
-                               Low(scene.rows.size(), 4) + Low(0, 16);
-    return "BM" + Low(54 + scene.rows.size(), 4) + Low(0, 4) + Low(54, 4) + header +
-           std::string(scene.rows.begin(), scene.rows.end());
+    const auto width = static_cast<std::size_t>(scene.width), height = static_cast<std::size_t>(scene.height);
+    const std::string unused(16, '\0'); // resolution and palette
+    return "BM" + Low(54 + scene.rows.size()) + Low(0) + Low(54) + Low(40) + Low(width) + Low(height) + Low(1, 2) +
+           Low(24, 2) + Low(0) + Low(scene.rows.size()) + unused + std::string(scene.rows.begin(), scene.rows.end());
 }
 
 bool Write(const std::filesystem::path& name, const std::string& bytes) {
@@ -38,10 +37,9 @@ bool Write(const std::filesystem::path& name, const std::string& bytes) {
 int main(int count, char** arguments) {
     if (count != 2) return 2;
     const std::filesystem::path folder = arguments[1];
-    const auto classifier = test::FaceCascade().Bytes();
     // An odd width, so that rows are padded.
     const auto photo = test::PortraitScene(301, 420, 110, test::Backdrop::graded, 4);
-    return Write(folder / "Orvane.dat", std::string(classifier.begin(), classifier.end())) &&
+    return test::WriteClassifier(folder, test::FaceCascade().Bytes()) &&
                    Write(folder / "photo.bmp", BitmapFile(photo)) &&
                    Write(folder / "flat.bmp", BitmapFile(test::BlankScene(160, 120, 128)))
                ? 0
