@@ -54,7 +54,7 @@ use_sample made/host-c/host-c
 use_sample made/host-cpp/host-cpp
 use_sample mono made/host-csharp/Host.exe
 
-run 0 apt-get purge -y orvane-operator liborvane-dev orvane liborvane1
+run 0 apt-get purge -y orvane-operator orvane liborvane1
 left=$(find /usr /etc -iname '*orvane*' || true)
 [ -z "$left" ] || fail "left behind: $left"
 if ldconfig -p | grep -q liborvane; then fail "ldconfig still knows the library"; fi
