@@ -61,9 +61,10 @@ endif()
 
 # What a host is built with.
 install(FILES include/orvane/orvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvane COMPONENT development)
-install(FILES examples/host.c DESTINATION ${examples} COMPONENT development)
-install(FILES ${packaging}/templates/host/CMakeLists.txt ${packaging}/templates/host/Makefile
-        DESTINATION ${examples} COMPONENT development)
+install(FILES examples/README.md DESTINATION ${examples} COMPONENT development)
+install(DIRECTORY examples/host-linked examples/host-c examples/host-cpp examples/host-csharp
+        DESTINATION ${examples} COMPONENT development FILES_MATCHING
+        PATTERN *.c PATTERN *.cpp PATTERN *.h PATTERN *.cs PATTERN *.config PATTERN CMakeLists.txt PATTERN Makefile)
 install(FILES examples/languages/README.md RENAME languages.md DESTINATION ${examples} COMPONENT development)
 install(FILES examples/skins/Ok.bmp examples/skins/Cancel.xyz examples/skins/Contrast.bmp examples/skins/README.md
         DESTINATION ${examples}/skins COMPONENT development)

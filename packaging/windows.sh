@@ -25,8 +25,9 @@ for bits in x86 x64; do
     # plain; the long form of binutils stops their 32-bit linker, which wants to know each object's handlers.
     llvm-dlltool -m "${machine[$bits]}" -d api/orvane.def -l "$folder/lib/Orvane.lib"
     mv "$folder/examples/skins" "$folder/skins"
-    rm "$folder/examples/Makefile" # pkg-config's
+    rm "$folder"/examples/*/Makefile "$folder"/examples/*/*.config # pkg-config's and Mono's
     text packaging/windows/README-windows.txt "$folder/README-windows.txt"
+    text examples/README.md "$folder/examples/README.md"
     text LICENSE "$folder/LICENSE.txt"
     text CHANGELOG.md "$folder/CHANGELOG.txt"
     find "$folder" -exec touch -d "$date" {} +

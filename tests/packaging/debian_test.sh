@@ -25,12 +25,18 @@ in_folder() {
     work=$folder/work bin=$folder/root/usr/bin
     . "$here/used.sh"
     use_tool
-    local usr=$folder/root/usr library host
+    local usr=$folder/root/usr library host linked
     library=$(dirname "$(echo "$usr"/lib/*/liborvane.so)")
-    for host in "$usr/share/doc/liborvane-dev/examples/host.c" "$work/language_host.c"; do
-        run 0 cc -I"$usr/include" -o "$work/$(basename "$host" .c)" "$host" -L"$library" -lorvane -Wl,-rpath,"$library"
+    linked="-I$usr/include -L$library -lorvane -Wl,-rpath,$library"
+    cp -r "$usr/share/doc/liborvane-dev/examples" "$work/made"
+    for host in host-linked host-c host-cpp host-csharp; do
+        run 0 make -C "$work/made/$host" ORVANE="$linked" HEADER="-I$usr/include"
     done
-    use_host "$work/host" "$work/language_host"
+    run 0 cc -o "$work/language_host" "$work/language_host.c" $linked
+    use_host "$work/made/host-linked/host-linked" "$work/language_host"
+    use_sample "$work/made/host-c/host-c" "$library/liborvane.so.1"
+    use_sample "$work/made/host-cpp/host-cpp"
+    use_sample env LD_LIBRARY_PATH="$library" mono "$work/made/host-csharp/Host.exe"
     use_operator
     finish "the Debian packages, unpacked,"
 }

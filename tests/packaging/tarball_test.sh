@@ -23,13 +23,22 @@ run 0 pkg-config --modversion orvane
 said "$version"
 cp -r "$folder/share/doc/liborvane-dev/examples" made
 # The moved folder has a space in its name, which make and pkg-config pass on quoted.
-run 0 make -C made LDFLAGS="-Wl,-rpath,'$folder/lib'"
+for host in host-linked host-c host-cpp host-csharp; do
+    run 0 make -C "made/$host" LDFLAGS="-Wl,-rpath,'$folder/lib'"
+done
 eval "run 0 cc -o language_host language_host.c $(pkg-config --cflags --libs orvane) -Wl,-rpath,'$folder/lib'"
-use_host made/host ./language_host
-run 0 cmake -S made -B made/build -DCMAKE_PREFIX_PATH="$folder"
-run 0 cmake --build made/build
-use_host made/build/host ./language_host
-run 0 ldd made/build/host
+use_host made/host-linked/host-linked ./language_host
+use_sample made/host-c/host-c "$folder/lib/liborvane.so.1"
+use_sample made/host-cpp/host-cpp
+use_sample env LD_LIBRARY_PATH="$folder/lib" mono made/host-csharp/Host.exe
+for host in host-linked host-c host-cpp; do
+    run 0 cmake -S "made/$host" -B "built/$host" -DCMAKE_PREFIX_PATH="$folder"
+    run 0 cmake --build "built/$host"
+done
+use_host built/host-linked/host-linked ./language_host
+use_sample built/host-c/host-c "$folder/lib/liborvane.so.1"
+use_sample built/host-cpp/host-cpp
+run 0 ldd built/host-linked/host-linked
 said "$folder/lib/liborvane.so.1"
 
 # Built for no place: nothing in it names the folders where it was made.

@@ -35,9 +35,12 @@ use_tool() {
     [ -s "$work/portrait.jpg" ] || fail "no portrait"
     run 0 "$bin/orvane" portrait "$work/photo.png" -o "$work/photo.bmp" --actions none --force
     magic "$work/photo.bmp" BM
+    run 0 "$bin/orvane" portrait "$work/photo.bmp" -o "$work/tool.bmp" --size 480x640 --crop-ratio 1 \
+        --actions crop,colour --force
+    magic "$work/tool.bmp" BM
 }
 
-# use_host HOST LANGUAGE_HOST: the example host, and one that opens language files.
+# use_host HOST LANGUAGE_HOST: the shortest sample host, and one that opens language files.
 use_host() {
     rm -f "$work/host.bmp"
     run 0 "$1" "$work/photo.bmp" "$work/host.bmp"
@@ -46,6 +49,15 @@ use_host() {
     run 0 "$2" $languages
     run 1 "$2" latin.txt
     said "no latin.txt"
+}
+
+# use_sample COMMAND...: a sample host that makes the tool's portrait, and that tells what is no bitmap.
+use_sample() {
+    rm -f "$work/sample.bmp"
+    run 0 "$@" "$work/photo.bmp" "$work/sample.bmp"
+    cmp "$work/tool.bmp" "$work/sample.bmp" || fail "the portrait of $* is not the tool's"
+    run 4 "$@" "$work/photo.png" "$work/none.bmp"
+    said "photo.png is not a bitmap file"
 }
 
 use_operator() {

@@ -24,16 +24,22 @@ resource=$(tr -d '\0' <"$bin/Orvane.dll" | grep -aoE '(File|Product)Version[0-9]
     tr '\n' ' ')
 [ "$resource" = "FileVersion$version ProductVersion$version " ] || fail "the version's resource says: $resource"
 [ "$(grep -c '^    orv_' "$folder/lib/orvane.def")" -eq 12 ] || fail "orvane.def does not name twelve functions"
-if grep -vq $'\r$' "$folder/README-windows.txt"; then fail "README-windows.txt has line ends of Linux"; fi
+for text in README-windows.txt examples/README.md; do
+    if grep -vq $'\r$' "$folder/$text"; then fail "$text has line ends of Linux"; fi
+done
 for skin in Ok.bmp Cancel.xyz Contrast.bmp; do magic "$folder/skins/$skin" BM; done
 
 # Hosts lie beside the library, as a host's setup would put them.
 run 0 "$machine-w64-mingw32-gcc" -o "$bin/language_host.exe" language_host.c -I"$folder/include" \
     "$folder/lib/libOrvane.dll.a"
-run 0 cmake -S "$folder/examples" -B made -DCMAKE_PREFIX_PATH="$folder" -DCMAKE_SYSTEM_NAME=Windows \
-    -DCMAKE_C_COMPILER="$machine-w64-mingw32-gcc" -DOrvane_DIR="$folder/lib/cmake/Orvane"
-run 0 cmake --build made
-cp made/host.exe "$bin/host.exe" || fail "CMake's host is missing"
+for host in host-linked host-c host-cpp; do
+    run 0 cmake -S "$folder/examples/$host" -B "made/$host" -DCMAKE_PREFIX_PATH="$folder" -DCMAKE_SYSTEM_NAME=Windows \
+        -DCMAKE_C_COMPILER="$machine-w64-mingw32-gcc" -DCMAKE_CXX_COMPILER="$machine-w64-mingw32-g++" \
+        -DOrvane_DIR="$folder/lib/cmake/Orvane"
+    run 0 cmake --build "made/$host"
+    cp "made/$host/$host.exe" "$bin/" || fail "CMake's $host is missing"
+done
+run 0 mcs -langversion:5 -warnaserror -out:Host.exe "$folder"/examples/host-csharp/*.cs # .NET is not here to run it
 
 # A host as Microsoft's compiler makes it, without a C runtime: it says what orv_InitDLL gave.
 cat >microsoft.c <<'C'
@@ -56,13 +62,15 @@ if [ "$bits" = x64 ]; then
         chmod +x "$1"
     }
     mkdir programs
-    for program in orvane orvane-operator host language_host microsoft; do
+    for program in orvane orvane-operator host-linked host-c host-cpp language_host microsoft; do
         emulated "programs/$program" "$bin/$program.exe"
     done
     bin=$work/programs
 
     use_tool
-    use_host "$bin/host" "$bin/language_host"
+    use_host "$bin/host-linked" "$bin/language_host"
+    use_sample "$bin/host-c"
+    use_sample "$bin/host-cpp"
     run 7 "$bin/microsoft"
     run 0 "$bin/orvane-operator" review photo.png -o operator.png --hidden --language german.txt --force
     said "result 0"

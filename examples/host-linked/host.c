@@ -1,8 +1,10 @@
-/* A whole host in plain C: finds the face in a 24-bit bitmap file and writes the portrait as another.
- *     host PHOTO.bmp PORTRAIT.bmp
+/* A whole host in plain C, linked with the library: finds the face in a 24-bit bitmap file and writes the portrait as
+ * another.
+ *     host-linked PHOTO.bmp PORTRAIT.bmp
  * A bitmap file is 14 bytes of file header and then just what the library takes and gives. */
 #include <orvane/orvane.h>
 #include <stdio.h>
+#include <string.h>
 
 enum { FILE_HEADER = 14, BITMAP_HEADER = 40 };
 
@@ -21,14 +23,17 @@ static orv_Handle ReadBitmap(const char* path) {
 
 /* Whether the block is written as a bitmap file. */
 static int WriteBitmap(const char* path, orv_Handle dib) {
-    size_t size = orv_BlockSize(dib);
+    const unsigned char* bytes = (const unsigned char*)orv_BlockLock(dib);
     unsigned char header[FILE_HEADER] = {'B', 'M'};
     FILE* file = fopen(path, "wb");
+    uint32_t size = 0;
     int i, whole;
-    if (!file) return 0;
+    if (!file) return orv_BlockUnlock(dib), 0;
+    memcpy(&size, bytes + 20, 4); /* the bytes of the pixels; the block may be a little longer */
+    size += BITMAP_HEADER;
     for (i = 0; i < 4; ++i) header[2 + i] = (unsigned char)((size + FILE_HEADER) >> 8 * i);
     header[10] = FILE_HEADER + BITMAP_HEADER; /* where the pixels start */
-    whole = fwrite(header, FILE_HEADER, 1, file) == 1 && fwrite(orv_BlockLock(dib), size, 1, file) == 1;
+    whole = fwrite(header, FILE_HEADER, 1, file) == 1 && fwrite(bytes, size, 1, file) == 1;
     orv_BlockUnlock(dib);
     return fclose(file) == 0 && whole;
 }
@@ -36,7 +41,7 @@ static int WriteBitmap(const char* path, orv_Handle dib) {
 int main(int argc, char** argv) {
     orv_Handle photo, portrait = NULL;
     int32_t result;
-    if (argc != 3) return fprintf(stderr, "usage: host PHOTO.bmp PORTRAIT.bmp\n"), 2;
+    if (argc != 3) return fprintf(stderr, "usage: host-linked PHOTO.bmp PORTRAIT.bmp\n"), 2;
     photo = ReadBitmap(argv[1]);
     if (!photo) return fprintf(stderr, "%s can't be read\n", argv[1]), 2;
 

@@ -33,7 +33,7 @@ expect 1 'result 10' flat.bmp out.bmp
 expect 1 'result -60' short.bmp out.bmp
 expect 2 "empty.bmp can't be read" empty.bmp out.bmp
 expect 2 "missing.bmp can't be read" missing.bmp out.bmp
-expect 2 'usage: host PHOTO.bmp PORTRAIT.bmp'
+expect 2 'usage: host-linked PHOTO.bmp PORTRAIT.bmp'
 if [ -e out.bmp ]; then
     echo "a portrait was written without a face"
     failures=$((failures + 1))
