@@ -51,8 +51,8 @@ for package in "$new"/apt/archives/*.deb; do
     esac
 done
 # What the package does when it is installed, done here: it copies a library that Wine needs into Wine's folder.
-dpkg-deb --ctrl-tarfile "$new"/apt/archives/libwine_*.deb | tar -xO ./postinst | sed "s|/usr/|$new/usr/|g" |
-    sh -s configure >>"$log" 2>&1 || stop "it cannot be set up, see build/wine32.log"
+dpkg-deb --ctrl-tarfile "$new"/apt/archives/libwine_*.deb | tar -xO ./postinst | sed "s|/usr/|usr/|g" |
+    (cd "$new" && sh -s configure) >>"$log" 2>&1 || stop "it cannot be set up, see build/wine32.log"
 # Wine starts the server that lies beside it; the package's chooses the machine's own.
 ln -sf wineserver32 "$new/usr/lib/wine/wineserver"
 rm -rf "$new/apt"

@@ -18,9 +18,9 @@ declare -A guarded=(
     ['.text$_ZNSt12_GLOBAL__N_119__x86_rdseed_rdrandEPv']=rdseed
 )
 
-# Lines of a function and one of its instructions. Where a jump leads and what a number is does not matter. "rep bsf"
-# is shown as the newer tzcnt, but older processors take it for bsf; compilers that must not use tzcnt write it where
-# the two give the same.
+# Lines of a function and one of its instructions. Where a jump leads and what a number is does not matter. "rep bsf",
+# which compilers write where bsf and the newer tzcnt give the same, is shown as tzcnt, but older processors take it for
+# bsf; a tzcnt that is meant has the same bytes and goes unnoticed here.
 instructions() {
     objdump -d -z -w --no-show-raw-insn "$1" | awk -F '\t' -v data="$data" '
         /^[0-9a-f]+ <.*>:$/ { name = $0; sub(/^[^<]*</, "", name); sub(/>:$/, "", name); next }
