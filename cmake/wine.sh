@@ -36,6 +36,7 @@ find_program() {
 if [ "$bits" = x86 ]; then
     wine=$(find_program "$build/wine32/usr/lib/wine/wine")
     server=$(find_program "$build/wine32/usr/lib/wine/wineserver")
+    # Other programs pass over libraries that have not their own size.
     export LD_LIBRARY_PATH="$build/wine32/usr/lib/i386-linux-gnu:$build/wine32/lib/i386-linux-gnu"
     export WINEARCH=win32
 else

@@ -38,8 +38,8 @@ instructions() {
 }
 
 check() {
-    local file=$1 number name line count=0
-    if objdump -t "$file" | grep -q '^no symbols$'; then
+    local file=$1 number name line count=0 refused=0
+    if objdump -t "$file" | grep '^no symbols$' >/dev/null; then
         echo "$file: has no symbols"
         return 1
     fi
@@ -49,13 +49,18 @@ check() {
         echo "$file: holds no code"
         return 1
     fi
-    as --32 -march=pentium4 -mindex-reg -o /dev/null "$folder/code.s" >"$folder/errors" 2>&1 || true
+    as --32 -march=pentium4 -mindex-reg -o /dev/null "$folder/code.s" >"$folder/errors" 2>&1 || refused=1
+    sed -nE 's/^[^:]*:([0-9]+): (Error|Warning).*/\1/p' "$folder/errors" | sort -nu >"$folder/numbers"
+    if [ "$refused" -eq 1 ] && ! [ -s "$folder/numbers" ]; then
+        cat "$folder/errors"
+        return 1
+    fi
     while read -r number; do
         IFS=$'\t' read -r name line < <(sed -n "${number}p" "$folder/all")
         if [ "${guarded[$name]:-}" = "${line%% *}" ]; then continue; fi
         echo "$file: $name has '$line'"
         count=$((count + 1))
-    done < <(sed -nE 's/^[^:]*:([0-9]+): (Error|Warning).*/\1/p' "$folder/errors" | sort -nu)
+    done <"$folder/numbers"
     [ "$count" -eq 0 ] || return 1
     echo "$file asks no more of a processor than SSE2"
 }
