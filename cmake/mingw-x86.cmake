@@ -7,8 +7,8 @@ set(CMAKE_RC_COMPILER i686-w64-mingw32-windres)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-# 32-bit programs need Wine's 32-bit loader, which few machines have; without it the tests are built
-# and stay disabled.
-if(EXISTS /usr/lib/wine/wine)
-  set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine.sh run)
+# The tests run under a Wine of their own, which get_wine32.sh brings; without it they are built and stay disabled.
+if(EXISTS ${CMAKE_CURRENT_LIST_DIR}/../build/wine32/contents)
+  set(ORVANE_WINE ${CMAKE_CURRENT_LIST_DIR}/wine.sh x86)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${ORVANE_WINE} run)
 endif()

@@ -5,12 +5,20 @@
 #   wine.sh run PROGRAM [ARGUMENT...]         run a program
 #   wine.sh stop                              end the server
 #   wine.sh start-window, run-window, stop-window   the same with the screen
+#   wine.sh x86 COMMAND...                    the same for 32-bit programs, by the Wine that get_wine32.sh brought
 set -euo pipefail
 
+bits=x64
+if [ "${1:-}" = x86 ]; then
+    bits=x86
+    shift
+fi
 command=${1:-}
+build=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build
 prefix=wine
-if [[ $command == *-window ]]; then prefix=wine-window; fi
-export WINEPREFIX="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/$prefix"
+if [ "$bits" = x86 ]; then prefix=wine-x86; fi
+if [[ $command == *-window ]]; then prefix+=-window; fi
+export WINEPREFIX="$build/$prefix"
 export WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
 export HOME="${HOME:-/root}"
@@ -25,10 +33,18 @@ find_program() {
     return 1
 }
 
-# A 32-bit loader, where it is installed, runs both kinds of programs; `wine` may be a script that adds
-# a remark of its own to every run, so it comes last.
-wine=$(find_program /usr/lib/wine/wine /usr/lib/wine/wine64 wine64 wine)
-server=$(find_program wineserver /usr/lib/wine/wineserver64 wineserver-stable)
+if [ "$bits" = x86 ]; then
+    wine=$(find_program "$build/wine32/usr/lib/wine/wine")
+    server=$(find_program "$build/wine32/usr/lib/wine/wineserver")
+    # Other programs pass over libraries that have not their own size.
+    export LD_LIBRARY_PATH="$build/wine32/usr/lib/i386-linux-gnu:$build/wine32/lib/i386-linux-gnu"
+    export WINEARCH=win32
+else
+    # A 32-bit loader, where it is installed, runs both kinds of programs; `wine` may be a script that adds
+    # a remark of its own to every run, so it comes last.
+    wine=$(find_program /usr/lib/wine/wine /usr/lib/wine/wine64 wine64 wine)
+    server=$(find_program wineserver /usr/lib/wine/wineserver64 wineserver-stable)
+fi
 export WINELOADER="$wine"
 
 # The screen's number and the process that shows it.
@@ -103,7 +119,7 @@ case $command in
         if [ "$command" = stop-window ]; then stop_screen; fi
         ;;
     *)
-        sed -n '2,7s/^# *//p' "${BASH_SOURCE[0]}" >&2
+        sed -n '2,8s/^# *//p' "${BASH_SOURCE[0]}" >&2
         exit 1
         ;;
 esac

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # windows_test.sh BITS ARCHIVE PHOTO VERSION: a zip file for Windows (BITS is x86 or x64), unpacked and used: what
-# Windows checks of its files, the version in its resource, hosts built by mingw-w64 against each import library, and,
-# for 64 bit, the hosts and programs under Wine.
+# Windows checks of its files, the version in its resource, hosts built by mingw-w64 against each import library, and
+# the hosts and programs under Wine.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 bits=$1 archive=$(realpath "$2") photo=$(realpath "$3") version=$4
-wine=$here/../../cmake/wine.sh
+wine=(bash "$here/../../cmake/wine.sh")
+if [ "$bits" = x86 ]; then wine+=(x86); fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -54,11 +55,13 @@ run 0 clang --target="$machine-pc-windows-msvc" -c microsoft.c -o microsoft.obj
 run 0 lld-link /nologo /subsystem:console /entry:mainCRTStartup "/out:$bin/microsoft.exe" microsoft.obj \
     "$folder/lib/Orvane.lib"
 
-if [ "$bits" = x64 ]; then
-    bash "$wine" start
+declare -A names=([x86]='32-bit Windows' [x64]='64-bit Windows')
+system="the folder for ${names[$bits]}"
+if [ "$bits" = x64 ] || reason=$(bash "$here/../../cmake/get_wine32.sh"); then
+    "${wine[@]}" start
     # What the programs of Windows are for used.sh.
     emulated() {
-        printf '#!/bin/sh\nexec bash "%s" run "%s" "$@"\n' "$wine" "$2" >"$1"
+        printf '#!/bin/sh\nexec%s run "%s" "$@"\n' "$(printf ' "%s"' "${wine[@]}")" "$2" >"$1"
         chmod +x "$1"
     }
     mkdir programs
@@ -77,8 +80,8 @@ if [ "$bits" = x64 ]; then
     mkdir portraits
     run 0 "$bin/orvane" portrait 'moved elsewhere\..\photo.png' -o 'portraits\'
     [ -s portraits/photo.png ] || fail "no portrait in a folder of Windows"
-    bash "$wine" stop
-    finish "the folder for 64-bit Windows"
+    "${wine[@]}" stop
+    finish "$system"
 else
-    finish "the folder for 32-bit Windows (built against; not run)"
+    finish "$system (built against, not run: $reason)"
 fi

@@ -91,7 +91,7 @@ public:
         recorder.onInit = [&] {
             EnumThreadWindows(
                 thread,
-                [](HWND window, LPARAM self) -> BOOL {
+                [](HWND window, LPARAM self) CALLBACK -> BOOL {
                     const HWND preview = GetDlgItem(window, kPreview);
                     if (preview != nullptr) reinterpret_cast<OpenWindow*>(self)->dialog = window;
                     return preview == nullptr;

@@ -36,7 +36,7 @@ HWND FindOurs(const std::wstring& title, bool visible = true) {
         HWND found;
     } search{title, visible, nullptr};
     EnumWindows(
-        [](HWND window, LPARAM parameter) -> BOOL {
+        [](HWND window, LPARAM parameter) CALLBACK -> BOOL {
             auto& s = *reinterpret_cast<Search*>(parameter);
             DWORD process = 0;
             GetWindowThreadProcessId(window, &process);
@@ -258,7 +258,7 @@ private:
         served = CreateEventW(nullptr, FALSE, FALSE, nullptr);
         HHOOK hook = SetWindowsHookExW(
             WH_GETMESSAGE,
-            [](int code, WPARAM removed, LPARAM parameter) -> LRESULT {
+            [](int code, WPARAM removed, LPARAM parameter) CALLBACK -> LRESULT {
                 if (code == HC_ACTION && removed == PM_REMOVE &&
                     reinterpret_cast<const MSG*>(parameter)->message == marker) {
                     if (called) called();
