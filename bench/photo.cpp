@@ -26,6 +26,12 @@ void MakePattern(ImageBuffer& picture) {
     }
 }
 
+void ScaleTo(ImageSize size, const ImageBuffer& from, ImageBuffer& picture) {
+    picture.Create(size.width, size.height, 3, kDepth8u, 0);
+    primResize_8u_C3(from.data, from.Size(), from.Step(), {0, 0, from.width, from.height}, picture.data, picture.Step(),
+                     size, (size.width + 0.5) / from.width, (size.height + 0.5) / from.height, kLinear);
+}
+
 } // namespace
 
 bool LoadPhoto(const std::string& path) {
@@ -44,11 +50,12 @@ bool LoadPhoto(const std::string& path) {
     return true;
 }
 
-void MakePhoto(ImageSize size, ImageBuffer& picture) {
-    picture.Create(size.width, size.height, 3, kDepth8u, 0);
-    primResize_8u_C3(g_photo.data, g_photo.Size(), g_photo.Step(), {0, 0, g_photo.width, g_photo.height}, picture.data,
-                     picture.Step(), size, (size.width + 0.5) / g_photo.width, (size.height + 0.5) / g_photo.height,
-                     kLinear);
+void MakePhoto(ImageSize size, ImageBuffer& picture) { ScaleTo(size, g_photo, picture); }
+
+void MakeFaceFree(ImageSize size, ImageBuffer& picture) {
+    ImageBuffer pattern;
+    MakePattern(pattern);
+    ScaleTo(size, pattern, picture);
 }
 
 orv_Handle PackedPhoto(ImageSize size) {

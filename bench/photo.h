@@ -16,7 +16,10 @@ bool LoadPhoto(const std::string& path);
 /// The photograph scaled to `size` (its proportions give way), as a three-channel picture.
 void MakePhoto(ImageSize size, ImageBuffer& picture);
 
-/// The same as a packed bitmap, which the caller frees.
+/// A pattern in which no face is found, scaled likewise.
+void MakeFaceFree(ImageSize size, ImageBuffer& picture);
+
+/// The photograph as a packed bitmap, which the caller frees.
 orv_Handle PackedPhoto(ImageSize size);
 
 } // namespace orvane::bench

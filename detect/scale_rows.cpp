@@ -4,7 +4,6 @@
 #include "primitives/resize_frame.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace orvane {
 namespace {
@@ -64,14 +63,7 @@ void ScaleRows::SampleRow(int32 y, int32 width, uint8* row) const {
         std::fill_n(row, width, uint8{0});
         return;
     }
-    const uint8* from = RowAt(grey_.data, grey_.Step(), rows_[y]);
-    const int32* column = columns_.data();
-    int32 x = 0;
-    for (; x + 4 <= filled_.width; x += 4) {
-        const uint8 four[4] = {from[column[x]], from[column[x + 1]], from[column[x + 2]], from[column[x + 3]]};
-        std::memcpy(row + x, four, 4);
-    }
-    for (; x < filled_.width; ++x) row[x] = from[column[x]];
+    kernels_.sample(RowAt(grey_.data, grey_.Step(), rows_[y]), columns_.data(), filled_.width, row);
     std::fill(row + filled_.width, row + width, uint8{0});
 }
 

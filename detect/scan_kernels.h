@@ -53,6 +53,9 @@ inline constexpr int32 kMostLanes = 8;
 struct ScanKernels {
     int32 lanes; // windows of a group
 
+    /// Takes `width` pixels of a row, those of the `columns`.
+    void (*sample)(const uint8* from, const int32* columns, int32 width, uint8* row);
+
     /// Standard deviations for groups of windows that begin at `starts`, offsets from the first, to 4 * 2^-24 of
     /// themselves or 1e-5.
     void (*norms)(const InnerRectRows& rows, const int32* starts, int32 count, float* norms);
@@ -63,7 +66,7 @@ struct ScanKernels {
                   int32 count, GroupVerdict* verdicts);
 
     /// One row of the integral images; sums are rounded to float like the primitive's, squares are taken modulo 2^32.
-    /// Rows are those after the column of zero pixels; up to three pixels and sums more than `width` are worked.
+    /// Rows are those after the column of zero pixels; pixels and sums of a vector more than `width` are worked.
     void (*integral)(const uint8* pixels, int32 width, const float* sumAbove, float* sum, const uint32* squaresAbove,
                      uint32* squares);
 

@@ -1,9 +1,12 @@
 // The scan's kernels with vectors of 128 bits.
 #define ORVANE_LANES 4
+#define ORVANE_KERNELS kernels128
 #include "detect/scan_kernels_body.h"
 
 namespace orvane {
 
-const ScanKernels kScanKernels128 = {kLanes, RunNorms, RunStage, RunIntegral, RunGradients, RunRidges};
+const ScanKernels kScanKernels128 = {kernels128::kLanes,   kernels128::RunSample,   kernels128::RunNorms,
+                                     kernels128::RunStage, kernels128::RunIntegral, kernels128::RunGradients,
+                                     kernels128::RunRidges};
 
 } // namespace orvane

@@ -1,9 +1,12 @@
 // The scan's kernels with vectors of 256 bits.
 #define ORVANE_LANES 8
+#define ORVANE_KERNELS kernels256
 #include "detect/scan_kernels_body.h"
 
 namespace orvane {
 
-const ScanKernels kScanKernels256 = {kLanes, RunNorms, RunStage, RunIntegral, RunGradients, RunRidges};
+const ScanKernels kScanKernels256 = {kernels256::kLanes,   kernels256::RunSample,   kernels256::RunNorms,
+                                     kernels256::RunStage, kernels256::RunIntegral, kernels256::RunGradients,
+                                     kernels256::RunRidges};
 
 } // namespace orvane

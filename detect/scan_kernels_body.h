@@ -1,13 +1,14 @@
 // The kernels' text, compiled once for each instruction set by the files that include it. Everything is local to such a
 // file: a function that the linker may share between files could run on a processor that lacks its instructions.
-// ORVANE_LANES says how many floats a vector has.
+// ORVANE_LANES says how many floats a vector has, ORVANE_KERNELS names the namespace, by which one tells the forms
+// apart in a program.
 #pragma once
 
 #include "detect/scan_kernels.h"
 
 #include <immintrin.h>
 
-namespace orvane {
+namespace orvane::ORVANE_KERNELS {
 namespace {
 
 constexpr int32 kLanes = ORVANE_LANES;
@@ -67,6 +68,15 @@ inline Floats MultiplyAdd(const Floats& a, const Floats& b, const Floats& c) {
 
 inline Floats Magnitude(const Floats& v) {
     return reinterpret_cast<Floats>(reinterpret_cast<Ints>(v) & (Ints{} + 0x7FFFFFFF));
+}
+
+void RunSample(const uint8* from, const int32* columns, int32 width, uint8* row) {
+    int32 x = 0;
+    for (; x + 4 <= width; x += 4) {
+        const uint8 four[4] = {from[columns[x]], from[columns[x + 1]], from[columns[x + 2]], from[columns[x + 3]]};
+        __builtin_memcpy(row + x, four, 4);
+    }
+    for (; x < width; ++x) row[x] = from[columns[x]];
 }
 
 /// Some groups that share the reading of the stumps.
@@ -141,57 +151,88 @@ using HalfInts = int32 __attribute__((vector_size(kLanes * 2)));
 
 /// The area times the sum of squares less the square of the sum, which is exact in double; 0 where the rounding of
 /// large sums made it less.
-inline HalfFloats SpreadAt(const InnerRectRows& rows, int32 x) {
-    const HalfFloats sum = (Load<HalfFloats>(rows.sumTop + x) - Load<HalfFloats>(rows.sumTop + x + rows.width)) -
-                           (Load<HalfFloats>(rows.sumBottom + x) - Load<HalfFloats>(rows.sumBottom + x + rows.width));
-    const auto squaresAt = [](const uint32* p) { return Load<HalfInts>(p); };
-    const HalfInts squares = squaresAt(rows.squaresTop + x) - squaresAt(rows.squaresTop + x + rows.width) -
-                             squaresAt(rows.squaresBottom + x) + squaresAt(rows.squaresBottom + x + rows.width);
+inline HalfFloats SpreadOf(const HalfFloats& sum, const HalfInts& squares, double area) {
     const auto wideSum = __builtin_convertvector(sum, HalfDoubles);
-    const auto spread =
-        __builtin_convertvector(squares, HalfDoubles) * static_cast<double>(rows.area) - wideSum * wideSum;
+    const auto spread = __builtin_convertvector(squares, HalfDoubles) * area - wideSum * wideSum;
     return __builtin_convertvector(spread > 0.0 ? spread : HalfDoubles{}, HalfFloats);
 }
 
 void RunNorms(const InnerRectRows& rows, const int32* starts, int32 count, float* norms) {
     const float inverse = 1.0F / rows.area;
+    const double area = rows.area;
     for (int32 i = 0; i < count; ++i) {
-        const HalfFloats low = SpreadAt(rows, starts[i]), high = SpreadAt(rows, starts[i] + kLanes / 2);
+        const std::ptrdiff_t left = starts[i], right = left + rows.width;
+        const Floats sum = (Load<Floats>(rows.sumTop + left) - Load<Floats>(rows.sumTop + right)) -
+                           (Load<Floats>(rows.sumBottom + left) - Load<Floats>(rows.sumBottom + right));
+        const Ints squares = (Load<Ints>(rows.squaresTop + left) - Load<Ints>(rows.squaresTop + right)) -
+                             (Load<Ints>(rows.squaresBottom + left) - Load<Ints>(rows.squaresBottom + right));
+        HalfFloats sums[2], spreads[2];
+        HalfInts halves[2];
+        __builtin_memcpy(sums, &sum, sizeof sum);
+        __builtin_memcpy(halves, &squares, sizeof squares);
+        for (int32 half = 0; half < 2; ++half) spreads[half] = SpreadOf(sums[half], halves[half], area);
         Floats spread;
-        __builtin_memcpy(&spread, &low, sizeof low);
-        __builtin_memcpy(reinterpret_cast<char*>(&spread) + sizeof low, &high, sizeof high);
-        Store(SquareRoot(spread) * inverse, norms + starts[i]);
+        __builtin_memcpy(&spread, spreads, sizeof spread);
+        Store(SquareRoot(spread) * inverse, norms + left);
     }
 }
 
-/// Four whole numbers at a time: a running sum within them by two shifts, and what came before.
+/// Running sums of whole numbers, a vector at a time: within it by shifts and additions, and what came before.
 struct Prefix {
-    __m128i before = _mm_setzero_si128();
+    Ints before{};
 
-    __m128i Next(__m128i values) {
-        values = _mm_add_epi32(values, _mm_slli_si128(values, 4));
-        values = _mm_add_epi32(values, _mm_slli_si128(values, 8));
-        values = _mm_add_epi32(values, before);
-        before = _mm_shuffle_epi32(values, 0xFF);
-        return values;
+    Ints Next(Ints values) {
+#if ORVANE_LANES == 4
+        auto v = reinterpret_cast<__m128i>(values);
+        v = _mm_add_epi32(v, _mm_slli_si128(v, 4));
+        v = _mm_add_epi32(v, _mm_slli_si128(v, 8));
+        v = _mm_add_epi32(v, reinterpret_cast<__m128i>(before));
+        before = reinterpret_cast<Ints>(_mm_shuffle_epi32(v, 0xFF));
+#else
+        // Shifts stay within the halves; the lower one's total goes to the upper one.
+        auto v = reinterpret_cast<__m256i>(values);
+        v = _mm256_add_epi32(v, _mm256_slli_si256(v, 4));
+        v = _mm256_add_epi32(v, _mm256_slli_si256(v, 8));
+        const __m256i lower = _mm256_permute2x128_si256(v, v, 0x08);
+        v = _mm256_add_epi32(v, _mm256_shuffle_epi32(lower, 0xFF));
+        const __m256i total = _mm256_permutevar8x32_epi32(v, _mm256_set1_epi32(7));
+        v = _mm256_add_epi32(v, reinterpret_cast<__m256i>(before));
+        before = reinterpret_cast<Ints>(_mm256_add_epi32(total, reinterpret_cast<__m256i>(before)));
+#endif
+        return reinterpret_cast<Ints>(v);
     }
 };
+
+/// Pixels as whole numbers.
+inline Ints LoadPixels(const uint8* pixels) {
+#if ORVANE_LANES == 4
+    int32 four;
+    __builtin_memcpy(&four, pixels, 4);
+    const __m128i zero = _mm_setzero_si128();
+    return reinterpret_cast<Ints>(_mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(four), zero), zero));
+#else
+    return reinterpret_cast<Ints>(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels))));
+#endif
+}
+
+/// Of numbers whose upper halves are 0.
+inline Ints Squares(const Ints& v) {
+#if ORVANE_LANES == 4
+    return reinterpret_cast<Ints>(_mm_madd_epi16(reinterpret_cast<__m128i>(v), reinterpret_cast<__m128i>(v)));
+#else
+    return reinterpret_cast<Ints>(_mm256_madd_epi16(reinterpret_cast<__m256i>(v), reinterpret_cast<__m256i>(v)));
+#endif
+}
 
 void RunIntegral(const uint8* pixels, int32 width, const float* sumAbove, float* sum, const uint32* squaresAbove,
                  uint32* squares) {
     Prefix sums, squareSums;
-    const __m128i zero = _mm_setzero_si128();
-    for (int32 x = 0; x < width; x += 4) {
-        uint32 four;
-        __builtin_memcpy(&four, pixels + x, 4);
-        const __m128i shorts = _mm_unpacklo_epi8(_mm_cvtsi32_si128(static_cast<int32>(four)), zero);
-        const __m128i values = _mm_unpacklo_epi16(shorts, zero);
-        const __m128i rowSums = sums.Next(values);
-        // A pixel's upper half is 0, so the products of pairs are squares.
-        const __m128i rowSquares = squareSums.Next(_mm_madd_epi16(values, values));
-        _mm_storeu_ps(sum + x, _mm_add_ps(_mm_cvtepi32_ps(rowSums), _mm_loadu_ps(sumAbove + x)));
-        const __m128i above = _mm_loadu_si128(reinterpret_cast<const __m128i*>(squaresAbove + x));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(squares + x), _mm_add_epi32(rowSquares, above));
+    for (int32 x = 0; x < width; x += kLanes) {
+        const Ints values = LoadPixels(pixels + x);
+        const Ints rowSums = sums.Next(values);
+        const Ints rowSquares = squareSums.Next(Squares(values));
+        Store(__builtin_convertvector(rowSums, Floats) + Load<Floats>(sumAbove + x), sum + x);
+        Store(rowSquares + Load<Ints>(squaresAbove + x), squares + x);
     }
 }
 
@@ -285,4 +326,4 @@ void RunRidges(const int16* above, const GradientRow& here, const int16* below, 
 }
 
 } // namespace
-} // namespace orvane
+} // namespace orvane::ORVANE_KERNELS

@@ -9,46 +9,6 @@
 namespace orvane {
 namespace {
 
-/// The living windows of a row, word by word: those of a group are read before any that it keeps is written.
-class RowBits {
-public:
-    RowBits(uint64* row, int32 firstWord, int32 endWord) : row_(row), word_(firstWord), end_(endWord) {}
-
-    uint32 At(int32 first) {
-        for (; word_ < first / 64; ++word_) Write();
-        const int32 shift = first % 64;
-        uint64 bits = row_[word_] >> shift;
-        if (shift != 0 && word_ + 1 < end_) bits |= row_[word_ + 1] << (64 - shift);
-        return static_cast<uint32>(bits);
-    }
-
-    /// For the group of the last At.
-    void Keep(int32 first, uint32 kept) {
-        const int32 shift = first % 64;
-        here_ |= uint64{kept} << shift;
-        if (shift != 0) next_ |= uint64{kept} >> (64 - shift);
-    }
-
-    void Finish() {
-        for (; word_ < end_; ++word_) Write();
-    }
-
-private:
-    void Write() {
-        row_[word_] = here_;
-        here_ = next_;
-        next_ = 0;
-    }
-
-    uint64* row_;
-    int32 word_;
-    int32 end_;
-    uint64 here_ = 0;
-    uint64 next_ = 0;
-};
-
-void SetBit(uint64* row, int32 at) { row[at / 64] |= uint64{1} << at % 64; }
-
 /// The lower `count` bits cleared; all for 64 and more.
 uint64 WithoutLowest(uint64 bits, int32 count) { return count < 64 ? bits >> count << count : 0; }
 
@@ -71,8 +31,8 @@ bool WindowCascade::Reserve(int32 stride) {
     constexpr int32 kTileWindows = kTileRows * kTileWords * 64;
     stride_ = stride;
     return norms_.Allocate(kTileRows * stride) && sums_.Allocate(kTileRows * stride) &&
-           starts_.Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) && decided_.Allocate(kTileWindows) &&
-           ResolveStages();
+           starts_.Allocate(kTileWindows) && living_.Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) &&
+           decided_.Allocate(kTileWindows) && ResolveStages();
 }
 
 bool WindowCascade::ResolveStages() {
@@ -102,89 +62,113 @@ bool WindowCascade::ResolveStages() {
 void WindowCascade::Decide(ScaleRows& rows, int32 height) {
     for (int32 word = 0; word < rows.Words(); word += kTileWords) {
         for (int32 y = 0; y < height; y += kTileRows) {
-            Tile tile{y, std::min(kTileRows, height - y), word, std::min(word + kTileWords, rows.Words()), {}, 0};
-            DecideTile(rows, tile);
+            DecideTile(rows, {y, std::min(kTileRows, height - y), word, std::min(word + kTileWords, rows.Words())});
         }
     }
 }
 
-void WindowCascade::DecideTile(ScaleRows& rows, Tile& tile) {
-    // Windows whose sums are not to be trusted are decided to the end at once and stand aside meanwhile.
-    int32 decided = 0;
-    for (int32 stage = 0; stage < StageCount(); ++stage) {
-        CollectGroups(rows, tile);
-        if (tile.groups == 0) break;
-        if (stage == 0) FindNorms(rows, tile);
-        kernels_.stage(stages_[stage], rows.SumRow(tile.y), norms_.data(), sums_.data(), starts_.data(), tile.groups,
+void WindowCascade::DecideTile(ScaleRows& rows, const Tile& tile) {
+    decidedCount_ = 0;
+    int32 groups = TakeGroups(rows, tile);
+    if (groups > 0) FindNorms(rows, tile, groups);
+    for (int32 stage = 0; stage < StageCount() && groups > 0; ++stage) {
+        kernels_.stage(stages_[stage], rows.SumRow(tile.y), norms_.data(), sums_.data(), starts_.data(), groups,
                        verdicts_.data());
-        decided = ClearFailed(rows, tile, stage, decided);
+        groups = DropFailed(rows, tile, stage, groups);
     }
-    for (int32 i = 0; i < decided; ++i) SetBit(rows.EdgeRow(decided_[i].y), decided_[i].x);
+    const auto setBit = [&](int32 window) {
+        const int32 x = window % stride_;
+        rows.EdgeRow(tile.y + window / stride_)[x / 64] |= uint64{1} << x % 64;
+    };
+    for (int32 i = 0; i < groups; ++i) {
+        for (uint32 rest = living_[i]; rest != 0; rest &= rest - 1) setBit(starts_[i] + std::countr_zero(rest));
+    }
+    for (int32 i = 0; i < decidedCount_; ++i) setBit(decided_[i]);
 }
 
-/// Groups of neighbouring windows of a row that hold all living ones; each begins at a living one.
-void WindowCascade::CollectGroups(ScaleRows& rows, Tile& tile) {
-    int32* start = starts_.data();
+/// Moves the tile's windows from the edge map to groups, each of which begins at a living one.
+int32 WindowCascade::TakeGroups(ScaleRows& rows, const Tile& tile) {
+    const int32 lanes = kernels_.lanes;
+    int32 count = 0;
     for (int32 row = 0; row < tile.height; ++row) {
-        const uint64* alive = rows.EdgeRow(tile.y + row);
+        uint64* edges = rows.EdgeRow(tile.y + row);
         int32 next = 0; // the first window that no group holds
         for (int32 word = tile.firstWord; word < tile.endWord; ++word) {
+            uint64 rest = edges[word];
+            edges[word] = 0;
             const int32 base = 64 * word;
-            uint64 rest = WithoutLowest(alive[word], std::max(next - base, 0));
+            if (next > base) { // the last group of the word before reaches into this one
+                const int32 reach = next - base;
+                living_[count - 1] |= static_cast<uint32>(rest << (lanes - reach)) & ((1U << lanes) - 1);
+                rest = WithoutLowest(rest, reach);
+            }
             while (rest != 0) {
                 const int32 bit = std::countr_zero(rest);
-                *start++ = row * stride_ + base + bit;
-                next = base + bit + kernels_.lanes;
-                rest = WithoutLowest(rest, bit + kernels_.lanes);
+                starts_[count] = row * stride_ + base + bit;
+                living_[count] = static_cast<uint32>(rest >> bit) & ((1U << lanes) - 1);
+                ++count;
+                next = base + bit + lanes;
+                rest = WithoutLowest(rest, bit + lanes);
             }
         }
-        tile.groupsEnd[row] = static_cast<int32>(start - starts_.data());
     }
-    tile.groups = tile.groupsEnd[tile.height - 1];
+    return count;
 }
 
-void WindowCascade::FindNorms(const ScaleRows& rows, const Tile& tile) {
+void WindowCascade::FindNorms(const ScaleRows& rows, const Tile& tile, int32 groups) {
     const int32 width = classifier_.windowWidth - 2, height = classifier_.windowHeight - 2;
     const int32 top = tile.y + 1, bottom = top + height;
     kernels_.norms({rows.SumRow(top) + 1, rows.SumRow(bottom) + 1, rows.SquaresRow(top) + 1,
                     rows.SquaresRow(bottom) + 1, width, static_cast<float>(width * height)},
-                   starts_.data(), tile.groups, norms_.data());
+                   starts_.data(), groups, norms_.data());
 }
 
-/// Goes by the verdicts of a stage. The number of windows decided to the end, of which `decided` were so before.
-int32 WindowCascade::ClearFailed(ScaleRows& rows, const Tile& tile, int32 stage, int32 decided) {
-    for (int32 row = 0; row < tile.height; ++row) decided = ClearFailedOfRow(rows, tile, row, stage, decided);
-    return decided;
-}
-
-int32 WindowCascade::ClearFailedOfRow(ScaleRows& rows, const Tile& tile, int32 row, int32 stage, int32 decided) {
-    const int32 y = tile.y + row;
-    const int32 firstGroup = row > 0 ? tile.groupsEnd[row - 1] : 0;
-    if (firstGroup == tile.groupsEnd[row]) return decided;
-    const int32 end = 64 * tile.endWord; // what a group has beyond is not the tile's
-    RowBits bits(rows.EdgeRow(y), tile.firstWord, tile.endWord);
-    for (int32 i = firstGroup; i < tile.groupsEnd[row]; ++i) {
-        const int32 first = starts_[i] - row * stride_;
-        const uint32 group = (1U << std::min(kernels_.lanes, end - first)) - 1;
+/// Goes by the verdicts of a stage and gathers what is left into new groups. Their number.
+int32 WindowCascade::DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups) {
+    const int32 lanes = kernels_.lanes;
+    int32 count = 0;
+    int32 next = -1; // the first window that no new group holds; rows are further apart than a group reaches
+    for (int32 i = 0; i < groups; ++i) {
+        const int32 first = starts_[i];
         const GroupVerdict& verdict = verdicts_[i];
-        const uint32 living = bits.At(first) & group;
-        const uint32 doubtful = living & (verdict.closeSums | verdict.closeStumps);
-        uint32 kept = living & verdict.passes & ~doubtful;
-        for (uint32 rest = doubtful; rest != 0; rest &= rest - 1) {
-            const int32 lane = std::countr_zero(rest);
-            const int32 x = first + lane;
-            ++doubts_;
-            // Where the stumps are certain the sum that goes on is good, and this stage alone is in doubt.
-            const bool toTheEnd = (verdict.closeStumps >> lane & 1) != 0;
-            const bool passes =
-                Passes(stage, toTheEnd ? StageCount() - 1 : stage, rows.SumRow(y) + x, TrainedNorm(rows, x, y));
-            if (passes && toTheEnd) decided_[decided++] = {x, y};
-            if (passes && !toTheEnd) kept |= 1U << lane;
+        const uint32 doubtful = living_[i] & (verdict.closeSums | verdict.closeStumps);
+        uint32 kept = living_[i] & verdict.passes & ~doubtful;
+        if (doubtful != 0) kept |= ResolveDoubts(rows, tile, stage, first, doubtful, verdict.closeStumps);
+        if (first < next) {
+            const uint32 shared = kept & ((1U << (next - first)) - 1);
+            living_[count - 1] |= shared << (first - starts_[count - 1]);
+            kept ^= shared;
         }
-        bits.Keep(first, kept);
+        if (kept == 0) continue;
+        const int32 bit = std::countr_zero(kept);
+        starts_[count] = first + bit;
+        living_[count] = kept >> bit;
+        ++count;
+        next = first + bit + lanes;
     }
-    bits.Finish();
-    return decided;
+    return count;
+}
+
+/// Those of a group's doubtful windows that go on. Where the stumps are certain the sum that goes on is good, and this
+/// stage alone is in doubt; the others are decided to the end at once and stand aside.
+uint32 WindowCascade::ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first, uint32 doubtful,
+                                    uint32 closeStumps) {
+    const int32 y = tile.y + first / stride_;
+    uint32 kept = 0;
+    for (uint32 rest = doubtful; rest != 0; rest &= rest - 1) {
+        const int32 lane = std::countr_zero(rest);
+        const int32 x = first % stride_ + lane;
+        ++doubts_;
+        const bool toTheEnd = (closeStumps >> lane & 1) != 0;
+        const int32 last = toTheEnd ? StageCount() - 1 : stage;
+        if (!Passes(stage, last, rows.SumRow(y) + x, TrainedNorm(rows, x, y))) continue;
+        if (toTheEnd) {
+            decided_[decidedCount_++] = first + lane;
+        } else {
+            kept |= 1U << lane;
+        }
+    }
+    return kept;
 }
 
 /// Whether a window passes some stages, in the trained arithmetic. The sums of a plan are exact in double, so that the

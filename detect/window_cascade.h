@@ -32,22 +32,21 @@ private:
     static constexpr int32 kTileRows = 4;
     static constexpr int32 kTileWords = 3;
 
-    /// Some rows of windows between two words, and the groups of its living windows at one stage.
+    /// Some rows of windows between two words.
     struct Tile {
         int32 y;
         int32 height;
         int32 firstWord;
         int32 endWord;
-        int32 groupsEnd[kTileRows]; // by row
-        int32 groups;
     };
 
     bool ResolveStages();
-    void DecideTile(ScaleRows& rows, Tile& tile);
-    void CollectGroups(ScaleRows& rows, Tile& tile);
-    void FindNorms(const ScaleRows& rows, const Tile& tile);
-    int32 ClearFailed(ScaleRows& rows, const Tile& tile, int32 stage, int32 decided);
-    int32 ClearFailedOfRow(ScaleRows& rows, const Tile& tile, int32 row, int32 stage, int32 decided);
+    void DecideTile(ScaleRows& rows, const Tile& tile);
+    int32 TakeGroups(ScaleRows& rows, const Tile& tile);
+    void FindNorms(const ScaleRows& rows, const Tile& tile, int32 groups);
+    int32 DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
+    uint32 ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first, uint32 doubtful,
+                         uint32 closeStumps);
     bool Passes(int32 from, int32 to, const float* window, double norm) const;
     double TrainedSum(int32 stage, const float* window, double norm) const;
     float TrainedNorm(const ScaleRows& rows, int32 x, int32 y) const;
@@ -58,14 +57,16 @@ private:
     HeapArray<ResolvedStage> stages_;
     HeapArray<int32> corners_;
 
-    // Of a tile: norms and sums by window, with the stride of the sums; starts, which are offsets from its first row,
-    // and verdicts by group.
+    // Of a tile. Norms and sums by window, with the stride of the sums. Groups of neighbouring windows of a row that
+    // hold all living ones: where they begin, by the same stride, and which of their windows live.
     int32 stride_ = 0;
     HeapArray<float> norms_;
     HeapArray<float> sums_;
     HeapArray<int32> starts_;
+    HeapArray<uint32> living_;
     HeapArray<GroupVerdict> verdicts_;
-    HeapArray<ImagePoint> decided_; // windows that passed all stages in the trained arithmetic
+    HeapArray<int32> decided_; // windows that passed all stages in the trained arithmetic
+    int32 decidedCount_ = 0;
     int64 doubts_ = 0;
 };
 

@@ -18,6 +18,9 @@ declare -A guarded=(
     ['.text$_ZNSt12_GLOBAL__N_119__x86_rdseed_rdrandEPv']=rdseed
 )
 
+# And the wider forms of inner loops, all of a namespace: they are reached through tables of which CPUID chooses one.
+wide='10kernels256'
+
 # Lines of a function and one of its instructions. Where a jump leads and what a number is does not matter. "rep bsf",
 # which compilers write where bsf and the newer tzcnt give the same, is shown as tzcnt, but older processors take it for
 # bsf; a tzcnt that is meant has the same bytes and goes unnoticed here.
@@ -57,7 +60,7 @@ check() {
     fi
     while read -r number; do
         IFS=$'\t' read -r name line < <(sed -n "${number}p" "$folder/all")
-        if [ "${guarded[$name]:-}" = "${line%% *}" ]; then continue; fi
+        if [ "${guarded[$name]:-}" = "${line%% *}" ] || [[ $name == *"$wide"* ]]; then continue; fi
         echo "$file: $name has '$line'"
         count=$((count + 1))
     done <"$folder/numbers"
