@@ -88,7 +88,7 @@ uint64 TicksOf(Step first, Step last) {
 
 /// One pass, scale by scale as ScanScales has them. Adds the bytes that it moves at the least.
 void Pass(const ScanKernels& kernels, const ImageBuffer& picture, float scaleFactor, CandidateList& hits,
-          Moved& moved) {
+          int64& moved) {
     const int32 width = picture.width, height = picture.height;
     ImageBuffer grey;
     Timed(kGrey, [&] {
