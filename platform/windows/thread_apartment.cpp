@@ -5,10 +5,11 @@
 namespace orvane {
 
 // A thread that the host made part of a multi-threaded apartment stays so: the call fails and is not undone.
-ThreadApartment::ThreadApartment() : joined_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
+ThreadApartment::ThreadApartment()
+    : thread_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) ? GetCurrentThreadId() : 0) {}
 
 ThreadApartment::~ThreadApartment() {
-    if (joined_) CoUninitialize();
+    if (thread_ == GetCurrentThreadId()) CoUninitialize();
 }
 
 } // namespace orvane
