@@ -14,7 +14,7 @@ public:
     ThreadApartment& operator=(const ThreadApartment&) = delete;
 
 private:
-    unsigned long thread_ = 0; // whose apartment was joined; 0: nobody's
+    void* thread_ = nullptr; // a handle of the one whose apartment was joined; null: nobody's
 };
 
 } // namespace orvane
