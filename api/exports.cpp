@@ -73,7 +73,7 @@ int32_t Running(Body body) {
 /// Takes the place of a detect call, so that none begins any more. False while this thread is in one, or another
 /// thread's doesn't end: a detection ends by itself, a window does not.
 bool KeepOthersOut() {
-    constexpr int32 kRounds = 3000;
+    constexpr int32 kRounds = 30'000;
     for (int32 round = 0; round < kRounds; ++round) {
         if (!g_running.exchange(true)) return true;
         if (g_runner.load() == std::this_thread::get_id()) return false;

@@ -18,11 +18,12 @@ protected:
         OpenHidden();
         EXPECT_EQ(Detect(test::SmallFaceScene()), ORV_OK);
     }
-    /// Detections without an end, on a thread that nobody waits for.
+    /// Detections until they are refused, on a thread that nobody waits for.
     void KeepDetecting() {
         std::thread([this] {
             const test::HostBlock photo(test::FaceScene(640, 480, 200, 150, 160));
-            for (;;) lib.orv_DetectFacePicture(photo.Handle());
+            while (lib.orv_DetectFacePicture(photo.Handle()) != ORV_NO_SESSION) {
+            }
         }).detach();
         std::this_thread::sleep_for(std::chrono::milliseconds(50)); // right into one
     }
