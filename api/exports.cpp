@@ -56,11 +56,12 @@ int32_t InSession(Body body) {
 // A thread of the host is inside a detect call, perhaps in its window's loop.
 std::atomic<bool> g_running = false;
 std::atomic<std::thread::id> g_runner; // that thread
+std::atomic<bool> g_leaving = false;   // the library goes: no call begins any more
 
 /// The same for the detect calls, which may not begin inside one another.
 template <typename Body>
 int32_t Running(Body body) {
-    if (g_running.exchange(true)) return kNoSession;
+    if (g_leaving || g_running.exchange(true)) return kNoSession;
     struct Mark {
         Mark() { g_runner = std::this_thread::get_id(); }
         ~Mark() { g_running = false; }
@@ -74,6 +75,7 @@ int32_t Running(Body body) {
 /// thread's doesn't end: a detection ends by itself, a window does not.
 bool KeepOthersOut() {
     constexpr int32 kRounds = 30'000;
+    g_leaving = true; // a host that begins the next detection at once would never leave room
     for (int32 round = 0; round < kRounds; ++round) {
         if (!g_running.exchange(true)) return true;
         if (g_runner.load() == std::this_thread::get_id()) return false;

@@ -1,5 +1,6 @@
 // A process that ends with its session open ends with the code that the host gave it, wherever the library is.
 #include "tests/exports/exports_fixture.h"
+#include "tests/support/temp_root.h"
 
 #include <cstdlib>
 #include <thread>
@@ -10,7 +11,7 @@ namespace {
 constexpr int kCode = 7;
 
 /// Each test's statement runs in a process of its own.
-class ProcessEnd : public test::ExportsTest {
+class ProcessEnd : test::TempRoot, public test::ExportsTest {
 protected:
     ProcessEnd() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 

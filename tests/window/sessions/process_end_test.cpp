@@ -1,4 +1,5 @@
 // A process that ends while the operator's window is open ends soon, and with the code that the host gave it.
+#include "tests/support/temp_root.h"
 #include "tests/window/sessions/cameras.h"
 #include "tests/window/sessions/window_host.h"
 
@@ -13,7 +14,7 @@ using namespace std::chrono_literals;
 constexpr int kCode = 7;
 
 /// Each test's statement runs in a process of its own.
-class ProcessEnd : public ::testing::Test {
+class ProcessEnd : TempRoot, public ::testing::Test {
 protected:
     ProcessEnd() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
     ~ProcessEnd() override { EXPECT_LT(std::chrono::steady_clock::now() - begin_, 60s); }
