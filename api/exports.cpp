@@ -15,12 +15,18 @@
 #include "image/packed_dib.h"
 #include "platform/memory_block.h"
 #include "platform/module_folder.h"
+#include "platform/process_end.h"
+#include "platform/thread_apartment.h"
 #include "primitives/dispatch.h"
 #include "session/session_state.h"
 
+#include <atomic>
+#include <chrono>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <thread>
 #include <utility>
 
 using namespace orvane;
@@ -47,18 +53,61 @@ int32_t InSession(Body body) {
     return Guarded([&] { return body(*g_dialog); });
 }
 
-bool g_running = false; // the host's thread is inside a detect call, perhaps in its window's loop
+// A thread of the host is inside a detect call, perhaps in its window's loop.
+std::atomic<bool> g_running = false;
+std::atomic<std::thread::id> g_runner; // that thread
+std::atomic<bool> g_leaving = false;   // the library goes: no call begins any more
 
 /// The same for the detect calls, which may not begin inside one another.
 template <typename Body>
 int32_t Running(Body body) {
-    if (g_running) return kNoSession;
+    if (g_leaving || g_running.exchange(true)) return kNoSession;
     struct Mark {
-        Mark() { g_running = true; }
+        Mark() { g_runner = std::this_thread::get_id(); }
         ~Mark() { g_running = false; }
     };
     const Mark mark;
+    const ThreadApartment apartment; // the session's own belongs to the thread that opened it
     return InSession(body);
+}
+
+/// Takes the place of a detect call, so that none begins any more. False while this thread is in one, or another
+/// thread's doesn't end: a detection ends by itself, a window does not.
+bool KeepOthersOut() {
+    constexpr int32 kRounds = 30'000;
+    g_leaving = true; // a host that begins the next detection at once would never leave room
+    for (int32 round = 0; round < kRounds; ++round) {
+        if (!g_running.exchange(true)) return true;
+        if (g_runner.load() == std::this_thread::get_id()) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return false;
+}
+
+int32 CloseSession() {
+    const int32 result = g_detectorParams == nullptr ? kNoSession : kSuccess;
+    if (g_detectorParams != nullptr) {
+        FreeClassifier(g_classifier);
+        g_detectorParams.reset();
+    }
+    g_dialog.reset();
+    return result;
+}
+
+/// The library goes, perhaps with its session open: the host unloads it, or the process ends. Registered when the
+/// first session opens, so that it runs before anything that a session uses is destroyed.
+void LeaveSession() {
+    if (!IsProcessEnding()) {
+        if (KeepOthersOut()) {
+            CloseSession();
+            return;
+        }
+        // The process ends inside the call, which may stand further out on this very stack.
+        g_dialog->m_stage = COrvQuickViewDlg::kAdjusting;
+        g_dialog->StopLiveThreads();
+    }
+    [[maybe_unused]] static COrvQuickViewDlg* left;
+    left = g_dialog.release(); // as it is, window and camera with it: the process gives them back
 }
 
 int32 OpenSession() {
@@ -74,6 +123,7 @@ int32 OpenSession() {
     }
     if (selection != 0) return kNoSession;
     if (g_dialog == nullptr) g_dialog = std::make_unique<COrvQuickViewDlg>(ThisWindowSystem(), ThisVideoSystem());
+    [[maybe_unused]] static const int registered = std::atexit(LeaveSession);
     constexpr int32 kPreviewBound = 400;
     g_dialog->m_previewWidth = g_dialog->m_previewHeight = kPreviewBound;
     g_dialog->m_previewMaxWidth = g_dialog->m_previewMaxHeight = kPreviewBound;
@@ -84,17 +134,14 @@ int32 OpenSession() {
 
 extern "C" {
 
-ORV_API int32_t orv_InitDLL(void) { return Guarded(OpenSession); }
+ORV_API int32_t orv_InitDLL(void) {
+    if (g_running) return kNoSession; // what it would set anew is in use further out
+    return Guarded(OpenSession);
+}
 
 ORV_API int32_t orv_ReleaseDLL(void) {
     if (g_running) return kNoSession; // the window and the session are in use further out
-    const int32 result = g_detectorParams == nullptr ? kNoSession : kSuccess;
-    if (g_detectorParams != nullptr) {
-        FreeClassifier(g_classifier);
-        g_detectorParams.reset();
-    }
-    g_dialog.reset();
-    return result;
+    return CloseSession();
 }
 
 ORV_API int32_t orv_SetLanguageFile(const char* path) {

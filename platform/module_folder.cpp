@@ -28,7 +28,6 @@ bool FindModuleFolder() {
     case ModuleLookup::found:
         break;
     }
-    if (name.size() > kModulePathLimit) name.resize(kModulePathLimit);
     const std::size_t last = name.rfind(kSeparator);
     g_moduleFolder = last == PathString::npos ? PathString() : name.substr(0, last);
     return true;

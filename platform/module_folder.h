@@ -10,9 +10,6 @@ namespace orvane {
 /// A path in the system's own characters.
 using PathString = std::filesystem::path::string_type;
 
-/// What the library's folder holds at the most, as the system counts characters.
-inline constexpr std::size_t kModulePathLimit = 1024;
-
 /// Folder of the library's file, without a trailing separator.
 extern PathString g_moduleFolder;
 
@@ -25,6 +22,9 @@ enum class ModuleLookup {
 /// The full file name of the library: on Windows that of the loaded module "Orvane.dll"; elsewhere
 /// that of the file this code was loaded from, which may be a program that it is linked into.
 ModuleLookup FindModuleFile(PathString& fileName);
+
+/// A path as a host or a user writes it: its bytes; on Windows UTF-8, and what is none in the system's code page.
+PathString PathFromBytes(const char* bytes);
 
 /// Sets g_moduleFolder from FindModuleFile. False when that fails; the folder then is "\" for a module
 /// that is not loaded and "./" for one without a name.

@@ -4,7 +4,8 @@
 namespace orvane {
 
 /// On Windows makes the calling thread a single-threaded apartment, or joins the one that it has, as long
-/// as the object lives; it must go on the same thread. Elsewhere nothing.
+/// as the object lives. One that goes on another thread leaves both threads as they are: an apartment can be undone
+/// by its own thread alone, and ends with it. Elsewhere nothing.
 class ThreadApartment {
 public:
     ThreadApartment();
@@ -13,7 +14,7 @@ public:
     ThreadApartment& operator=(const ThreadApartment&) = delete;
 
 private:
-    bool joined_ = false;
+    void* thread_ = nullptr; // a handle of the one whose apartment was joined; null: nobody's
 };
 
 } // namespace orvane

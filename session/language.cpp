@@ -62,14 +62,6 @@ private:
     const char* at_;
 };
 
-PathString AsPath(const char* name) {
-    PathString path;
-    for (; *name != 0; ++name) {
-        path.push_back(static_cast<PathString::value_type>(static_cast<unsigned char>(*name)));
-    }
-    return path;
-}
-
 } // namespace
 
 LanguageTable::LanguageTable() {
@@ -81,7 +73,7 @@ LanguageTable::LanguageTable() {
 
 int32 LanguageTable::SetLanguageFile(const char* name) {
     if (name == nullptr) return kBadCall;
-    const std::unique_ptr<std::FILE, FileCloser> file(OpenInModuleFolder(AsPath(name)));
+    const std::unique_ptr<std::FILE, FileCloser> file(OpenInModuleFolder(PathFromBytes(name)));
     std::string text;
     if (file == nullptr || !ReadText(file.get(), text)) return kBadCall;
     RowReader reader(text);

@@ -7,6 +7,9 @@
 #include <QPainter>
 #include <QtEndian>
 
+#include <cstdio>
+#include <memory>
+
 namespace orvane {
 namespace {
 
@@ -35,12 +38,16 @@ bool IsComplete(const QByteArray& format, const QByteArray& bytes, const QSize& 
 
 } // namespace
 
-bool CLoadedPicture::Load(const QString& path) {
+bool CLoadedPicture::Load(const char* path) {
     m_picture = {};
     m_pixelWidth = m_pixelHeight = 0;
     m_fileSize = 0;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > kLargestFile) return false;
+    // By the system's function: its names are bytes, and need not be text.
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> opened(std::fopen(path, "rb"), &std::fclose);
+    QFile file;
+    if (opened == nullptr || !file.open(opened.get(), QIODevice::ReadOnly) || file.isSequential() ||
+        file.size() > kLargestFile)
+        return false;
     const QByteArray bytes = file.read(kLargestFile);
     if (bytes.isEmpty() || !LoadFromMemory(bytes)) return false;
     m_fileSize = bytes.size();

@@ -20,7 +20,7 @@ public:
     static constexpr std::int64_t kMostPixels = std::int64_t{1} << 24;
 
     /// Reads a file whole. False, and no picture, where it can't be read, has no picture or too large a one.
-    bool Load(const QString& path);
+    bool Load(const char* path);
     bool LoadFromMemory(const QByteArray& bytes);
     /// Draws the whole picture, scaled into a rectangle. False without a picture.
     bool Render(QPainter& painter, const QRect& rectangle) const;

@@ -174,7 +174,7 @@ void QuickViewQt::SetPreview(PictureView picture) {
 
 bool QuickViewQt::LoadSkin(int32 id, const std::filesystem::path::value_type* file, ColourRef transparent) {
     auto* button = dynamic_cast<CHoverBitmapButton*>(Control(id));
-    return button != nullptr && file != nullptr && button->LoadSkin(QString::fromLocal8Bit(file), transparent);
+    return button != nullptr && file != nullptr && button->LoadSkin(file, transparent);
 }
 
 void QuickViewQt::ResetSkin(int32 id) {

@@ -7,7 +7,7 @@
 
 namespace orvane {
 
-bool CHoverBitmapButton::LoadSkin(const QString& path, ColourRef transparent) {
+bool CHoverBitmapButton::LoadSkin(const char* path, ColourRef transparent) {
     CKbcBmp strip;
     if (!strip.Load(path) || strip.m_faceWidth < 1 || strip.m_height <= 1) return false;
     m_strip = std::move(strip);

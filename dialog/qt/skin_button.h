@@ -14,7 +14,7 @@ public:
 
     /// Loads a skin and takes the size of its faces; the upper left corner stays. False, and nothing changed,
     /// for a file without a picture, with one of a single row, or with faces of no width.
-    bool LoadSkin(const QString& path, ColourRef transparent);
+    bool LoadSkin(const char* path, ColourRef transparent);
     /// The four states below go back to their start.
     void ResetState();
     /// The face that stands for the present state. A button that only the window disabled keeps face 0.

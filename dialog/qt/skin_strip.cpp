@@ -4,7 +4,7 @@
 
 namespace orvane {
 
-bool CKbcBmp::Load(const QString& path) {
+bool CKbcBmp::Load(const char* path) {
     const bool loaded = m_image.Load(path);
     m_width = m_image.m_pixelWidth;
     m_height = m_image.m_pixelHeight;

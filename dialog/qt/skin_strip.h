@@ -9,7 +9,7 @@ namespace orvane {
 class CKbcBmp {
 public:
     /// Reads a file; the sizes are then the picture's, or 0.
-    bool Load(const QString& path);
+    bool Load(const char* path);
     /// Draws a face (0 normal, 1 hover, 2 pressed, 3 disabled) with its upper left corner at a place; pixels
     /// of the transparent colour are left out.
     void DrawFace(QPainter& painter, int face, int x, int y, ColourRef transparent) const;

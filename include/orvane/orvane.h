@@ -4,7 +4,8 @@
  * host calls orv_InitDLL, sets what it wants, calls one of the two detect functions, collects the
  * result with orv_GetOutputImage as often as it likes, and calls orv_ReleaseDLL.
  *
- * Threads: all functions belong to one host thread.
+ * Threads: one call at a time, from whatever thread; a window opens on the thread of its detect call. docs/hosts.md
+ * tells more, on COM and on what comes of wrong calls too.
  *
  * On Linux the operator's window is a module, orvane-window.so beside the library, and needs Qt 6. A host with
  * a QApplication calls from that one's thread; for a host without one the module makes one, keeps it until the
@@ -88,7 +89,8 @@ enum {
 /* Opens the session. Finds the library's folder, chooses the primitives for the processor and loads
  * the classifier "Orvane.dat" beside the library file. Clears all action flags. On an open session it
  * keeps classifier and settings. A missing classifier fails not here but at the first detection.
- * 0; -50 out of memory; -80 the library's own file was not found or no primitives fit the processor. */
+ * 0; -50 out of memory; -80 the library's own file was not found or no primitives fit the processor, or from
+ * inside a detect call, which changes nothing. */
 ORV_API int32_t orv_InitDLL(void);
 
 /* Closes the session and frees the classifier. Settings keep their values. 0; -80 without a session, or from
@@ -96,7 +98,8 @@ ORV_API int32_t orv_InitDLL(void);
 ORV_API int32_t orv_ReleaseDLL(void);
 
 /* Overlays the operator's texts with rows "index text" of a file in the library's folder (always taken
- * relative to it). 0; -10 the file could not be opened, or path is null; -80 without a session. */
+ * relative to it; on Windows in UTF-8, and what is none in the system's code page). 0; -10 the file could not be
+ * opened, or path is null; -80 without a session. */
 ORV_API int32_t orv_SetLanguageFile(const char* path);
 
 /* Names the owner of the operator's window, which stays above it. One that has gone by the time the operator's

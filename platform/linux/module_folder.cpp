@@ -24,6 +24,8 @@ ModuleLookup FindModuleFile(PathString& fileName) {
     return ModuleLookup::found;
 }
 
+PathString PathFromBytes(const char* bytes) { return bytes; }
+
 std::FILE* OpenInModuleFolder(const PathString& name) { return std::fopen(InModuleFolder(name).c_str(), "rb"); }
 
 } // namespace orvane

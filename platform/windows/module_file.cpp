@@ -8,8 +8,9 @@ namespace orvane {
 ModuleLookup FindModuleFile(PathString& fileName) {
     const HMODULE module = GetModuleHandleW(L"Orvane.dll");
     if (module == nullptr) return ModuleLookup::notLoaded;
-    wchar_t name[kModulePathLimit + 1];
-    const DWORD length = GetModuleFileNameW(module, name, kModulePathLimit);
+    constexpr DWORD kLongest = 1024; // as long as the library's folder may be
+    wchar_t name[kLongest + 1];
+    const DWORD length = GetModuleFileNameW(module, name, kLongest);
     if (length == 0) return ModuleLookup::noName;
     fileName.assign(name, length);
     return ModuleLookup::found;

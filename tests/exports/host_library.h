@@ -15,9 +15,8 @@
 
 namespace orvane::test {
 
-/// Loads a copy of the library from a folder of its own, so that nothing has happened in it yet, and
-/// unloads it at the end.
-class HostLibrary {
+/// A library file, loaded; unloaded at the end without a word to it.
+class LoadedLibrary {
 public:
 #ifdef _WIN32
     static constexpr const char* kFileName = "Orvane.dll"; // by this name the library finds itself
@@ -25,9 +24,7 @@ public:
     static constexpr const char* kFileName = "liborvane.so";
 #endif
 
-    explicit HostLibrary(const char* fileName = kFileName) {
-        const std::filesystem::path file = folder_.Path() / fileName;
-        std::filesystem::copy_file(ORVANE_LIBRARY_FILE, file);
+    explicit LoadedLibrary(const std::filesystem::path& file) {
         Load(file);
         Find("orv_InitDLL", orv_InitDLL);
         Find("orv_ReleaseDLL", orv_ReleaseDLL);
@@ -42,19 +39,15 @@ public:
         Find("orv_DetectFaceLive", orv_DetectFaceLive);
         Find("orv_GetOutputImage", orv_GetOutputImage);
     }
-    ~HostLibrary() {
-        orv_ReleaseDLL();
+    ~LoadedLibrary() {
 #ifdef _WIN32
         FreeLibrary(module_);
 #else
         dlclose(module_);
 #endif
     }
-    HostLibrary(const HostLibrary&) = delete;
-    HostLibrary& operator=(const HostLibrary&) = delete;
-
-    /// Where the library looks for its files.
-    const std::filesystem::path& Folder() const { return folder_.Path(); }
+    LoadedLibrary(const LoadedLibrary&) = delete;
+    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
     decltype(&::orv_InitDLL) orv_InitDLL;
     decltype(&::orv_ReleaseDLL) orv_ReleaseDLL;
@@ -100,8 +93,34 @@ private:
         if (address == nullptr) Fail(name);
         function = reinterpret_cast<Function>(address);
     }
+};
 
+/// A folder of its own with a copy of the library file, perhaps in folders inside it.
+class LibraryFolder {
+public:
+    explicit LibraryFolder(const char* fileName = LoadedLibrary::kFileName, const std::filesystem::path& inside = {})
+        : place_(inside.empty() ? folder_.Path() : folder_.Path() / inside), file_(place_ / fileName) {
+        std::filesystem::create_directories(place_);
+        std::filesystem::copy_file(ORVANE_LIBRARY_FILE, file_);
+    }
+
+    /// Where the library looks for its files.
+    const std::filesystem::path& Folder() const { return place_; }
+    const std::filesystem::path& File() const { return file_; }
+
+private:
     TempFolder folder_;
+    std::filesystem::path place_;
+    std::filesystem::path file_;
+};
+
+/// Loads a copy of the library from a folder of its own, so that nothing has happened in it yet; releases and
+/// unloads it at the end.
+class HostLibrary : public LibraryFolder, public LoadedLibrary {
+public:
+    explicit HostLibrary(const char* fileName = kFileName, const std::filesystem::path& inside = {})
+        : LibraryFolder(fileName, inside), LoadedLibrary(File()) {}
+    ~HostLibrary() { orv_ReleaseDLL(); }
 };
 
 } // namespace orvane::test

@@ -38,22 +38,6 @@ TEST_P(OperatorSession, EndsAsOnThePlayedWindow) {
     EXPECT_EQ(bytes.empty() ? "" : Sha256(bytes), scenario.sum);
 }
 
-TEST(NestedCalls, AreRefusedWhileTheWindowIsOpen) {
-    WindowHost host;
-    const HostBlock photo(PictureOf(ScenePicture::face));
-    const int32_t result = host.Detect(photo, [&](Hand& hand) {
-        hand.OnWindowsThread([&] {
-            EXPECT_EQ(host.lib.orv_DetectFacePicture(photo.Handle()), ORV_NO_SESSION);
-            EXPECT_EQ(host.lib.orv_DetectFaceLive(0), ORV_NO_SESSION);
-            EXPECT_EQ(host.lib.orv_ReleaseDLL(), ORV_NO_SESSION);
-        });
-        EXPECT_TRUE(hand.IsOpen());
-        hand.Click(kPlainOk);
-    });
-    EXPECT_EQ(result, ORV_OK) << "the session goes on as if nothing had been asked";
-    EXPECT_EQ(host.lib.orv_ReleaseDLL(), ORV_OK);
-}
-
 INSTANTIATE_TEST_SUITE_P(Scenarios, OperatorSession, ::testing::ValuesIn(WindowScenarios()),
                          [](const auto& scenario) { return scenario.param.name; });
 

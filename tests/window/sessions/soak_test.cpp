@@ -98,5 +98,28 @@ TEST(Soak, LiveSessionsKeepNothing) {
     });
 }
 
+/// Loads of the library, with a session or two and every other time without a release.
+TEST(Soak, LibrariesThatComeAndGoKeepNothing) {
+    const Cameras cameras;
+    const int32 camera = cameras.IndexOf(Camera::portrait);
+    const HostBlock photo(PictureOf(ScenePicture::face));
+    const LibraryFolder folder;
+    WindowHost::PutFiles(folder.Folder());
+    const auto cancel = [](Hand& hand) { hand.Click(kCancelButton); };
+    ExpectFlat(SessionsToRun(), [&](int number) {
+        const LoadedLibrary lib(folder.File());
+        EXPECT_EQ(lib.orv_InitDLL(), ORV_OK);
+        const auto picture = [&] { return lib.orv_DetectFacePicture(photo.Handle()); };
+        const auto live = [&] { return lib.orv_DetectFaceLive(camera); };
+        EXPECT_EQ(WindowHost::During(picture, cancel), ORV_CANCELLED);
+        if (number % 4 == 0) {
+            EXPECT_EQ(WindowHost::During(live, cancel), ORV_CANCELLED);
+        }
+        if (number % 2 == 0) {
+            EXPECT_EQ(lib.orv_ReleaseDLL(), ORV_OK);
+        }
+    });
+}
+
 } // namespace
 } // namespace orvane::test

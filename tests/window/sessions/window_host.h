@@ -16,17 +16,22 @@ namespace orvane::test {
 
 class WindowHost {
 public:
-    WindowHost() {
-        EXPECT_TRUE(WriteClassifier(lib.Folder(), FaceCascade().Bytes()));
+    explicit WindowHost(const std::filesystem::path& folder = {}) : lib(HostLibrary::kFileName, folder) {
+        PutFiles(lib.Folder());
+        EXPECT_EQ(lib.orv_InitDLL(), ORV_OK);
+    }
+
+    /// What lies beside the library: a classifier, and where they are files of their own, window and cameras.
+    static void PutFiles(const std::filesystem::path& folder) {
+        EXPECT_TRUE(WriteClassifier(folder, FaceCascade().Bytes()));
 #ifdef ORVANE_WINDOW_MODULE
         const std::filesystem::path module(ORVANE_WINDOW_MODULE);
-        std::filesystem::copy_file(module, lib.Folder() / module.filename());
+        std::filesystem::copy_file(module, folder / module.filename());
 #endif
 #ifdef ORVANE_CAMERA_MODULE
         const std::filesystem::path camera(ORVANE_CAMERA_MODULE);
-        std::filesystem::copy_file(camera, lib.Folder() / camera.filename());
+        std::filesystem::copy_file(camera, folder / camera.filename());
 #endif
-        EXPECT_EQ(lib.orv_InitDLL(), ORV_OK);
     }
 
     void PutClassifier(const std::string& bytes) {
@@ -50,9 +55,7 @@ public:
         return During([&] { return lib.orv_DetectFaceLive(device); }, play);
     }
 
-    HostLibrary lib;
-
-private:
+    /// What a call returns during which `play` is the operator.
     static int32_t During(const std::function<int32_t()>& call, const std::function<void(Hand&)>& play) {
         const std::unique_ptr<Hand> hand = MakeHand();
         std::thread person([&] {
@@ -70,6 +73,8 @@ private:
         person.join();
         return result;
     }
+
+    HostLibrary lib;
 };
 
 } // namespace orvane::test

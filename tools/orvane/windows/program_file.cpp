@@ -7,8 +7,9 @@
 namespace orvane {
 
 ModuleLookup FindModuleFile(PathString& fileName) {
-    wchar_t name[kModulePathLimit + 1];
-    const DWORD length = GetModuleFileNameW(nullptr, name, kModulePathLimit);
+    constexpr DWORD kLongest = 1024; // as long as the library's folder may be
+    wchar_t name[kLongest + 1];
+    const DWORD length = GetModuleFileNameW(nullptr, name, kLongest);
     if (length == 0) return ModuleLookup::noName;
     fileName.assign(name, length);
     return ModuleLookup::found;
