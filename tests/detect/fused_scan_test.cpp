@@ -3,8 +3,9 @@
 
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
-#include "detect/scan_observer.h"
 #include "image/session_images.h"
+#include "tests/compare/hit_watcher.h"
+#include "tests/compare/random_scene.h"
 #include "tests/detect/kernel_sets.h"
 #include "tests/support/detector_settings.h"
 #include "tests/support/module_files.h"
@@ -15,30 +16,6 @@
 
 namespace orvane::test {
 namespace {
-
-/// Keeps the hits of the last pass, of a scan in one go or step by step.
-class HitWatcher : public ScanObserver {
-public:
-    explicit HitWatcher(bool needsSteps) : needsSteps_(needsSteps) { g_scanObserver = this; }
-    ~HitWatcher() override { g_scanObserver = nullptr; }
-
-    bool NeedsSteps() const override { return needsSteps_; }
-    void OnScale(float) override { ++steps; }
-    void OnHits(const CandidateList& hits) override {
-        text.clear();
-        for (const CandidateGroup& group : hits.groups) {
-            for (const Candidate& hit : group.members)
-                text += std::to_string(hit.x) + "," + std::to_string(hit.y) + "," + std::to_string(hit.size) + " ";
-            text += "| ";
-        }
-    }
-
-    int steps = 0;
-    std::string text;
-
-private:
-    bool needsSteps_;
-};
 
 class FusedScanTest : public ::testing::TestWithParam<KernelSet> {
 protected:
@@ -75,25 +52,6 @@ protected:
     DetectorSettings settings_;
     InstructionSetGuard set_{GetParam().set};
 };
-
-/// A picture with some faces of the drawn kind, on noise, cells or a slope.
-Scene RandomScene(Random& random) {
-    const int32 width = random.Int(40, 150), height = random.Int(40, 130);
-    Scene scene = BlankScene(width, height, static_cast<uint8>(random.Int(30, 230)));
-    const int32 cell = random.Int(3, 30), jump = random.Int(-100, 100);
-    for (int32 y = 0; y < height; ++y) {
-        for (int32 x = 0; x < width; ++x) {
-            for (int32 c = 0; c < 3; ++c) {
-                uint8& level = scene.Pixel(x, y)[c];
-                level = static_cast<uint8>(std::clamp(level + (x / cell + y / cell) % 2 * jump, 0, 255));
-            }
-        }
-    }
-    for (int32 n = random.Int(0, 3); n > 0; --n)
-        DrawFace(scene, random.Int(-10, width), random.Int(-10, height), random.Int(20, 60));
-    AddTexture(scene, random.Int(0, 40), random);
-    return scene;
-}
 
 /// A cascade of random stumps; its stages go on from each other or begin anew.
 CascadeFile RandomCascade(Random& random, bool chained) {
