@@ -129,6 +129,27 @@ TEST(Win32Preview, ShowsNothingElseBetweenTwoPictures) {
     });
 }
 
+TEST(Win32Preview, TheNextPictureOfTheSameSizeLeavesTheFrameAsItIs) {
+    OpenWindow open;
+    open.Run([&] {
+        const TestPicture picture(400, 300);
+        int left = 0;
+        open.Do([&](QuickViewWindow& window) {
+            window.SetPreview(picture.View());
+            const HWND preview = open.Item(kPreview);
+            const HDC dc = GetWindowDC(preview);
+            PatBlt(dc, 0, 0, 404, 2, BLACKNESS); // a frame drawn again would not be black
+            PatBlt(dc, 402, 0, 2, 304, BLACKNESS);
+            window.SetPreview(picture.View());
+            const Pixels shown = PixelsOf(dc, 404, 304);
+            ReleaseDC(preview, dc);
+            for (int x = 0; x < 404; ++x) left += shown.At(x, 0) == 0 && shown.At(x, 1) == 0 ? 1 : 0;
+            for (int y = 2; y < 304; ++y) left += shown.At(402, y) == 0 && shown.At(403, y) == 0 ? 1 : 0;
+        });
+        EXPECT_EQ(left, 404 + 302);
+    });
+}
+
 TEST(Win32Preview, ASmallerPictureLeavesNothingOfTheLargerOne) {
     OpenWindow open;
     open.Run([&] {
