@@ -12,9 +12,8 @@
 namespace orvane::test {
 namespace {
 
-/// How many pixels of a window differ from a picture that it should show; -1 where the sizes do.
-int Differences(HWND window, const TestPicture& picture) {
-    const Pixels shown = PixelsOf(window);
+/// How many pixels differ from a picture that they should show; -1 where the sizes do.
+int Differences(const Pixels& shown, const TestPicture& picture) {
     if (shown.width != picture.width || shown.height != picture.height) return -1;
     int count = 0;
     for (int y = 0; y < shown.height; ++y) {
@@ -22,6 +21,8 @@ int Differences(HWND window, const TestPicture& picture) {
     }
     return count;
 }
+
+int Differences(HWND window, const TestPicture& picture) { return Differences(PixelsOf(window), picture); }
 
 TEST(Win32Preview, ShowsThePicturesUnscaledAtItsUpperLeftCorner) {
     OpenWindow open;
@@ -106,6 +107,18 @@ Pixels OnScreen(const RECT& place) {
     return pixels;
 }
 
+/// Waits until the screen shows a window's picture: what was drawn may reach it after a while only.
+bool ReachesTheScreen(HWND window, const TestPicture& picture) {
+    RECT client;
+    GetClientRect(window, &client);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    for (int tries = 0; tries < 3000; ++tries) {
+        if (Differences(OnScreen(client), picture) == 0) return true;
+        Sleep(10);
+    }
+    return false;
+}
+
 TEST(Win32Preview, ShowsNothingElseBetweenTwoPictures) {
     OpenWindow open;
     open.Run([&] {
@@ -113,6 +126,7 @@ TEST(Win32Preview, ShowsNothingElseBetweenTwoPictures) {
         open.Do([&](QuickViewWindow& window) { window.SetPreview(picture.View()); });
         RECT place; // with its frame
         GetWindowRect(open.Item(kPreview), &place);
+        ASSERT_TRUE(ReachesTheScreen(open.Item(kPreview), picture));
         const Pixels shown = OnScreen(place);
         std::atomic<bool> ended = false;
         int looks = 0, others = 0;
