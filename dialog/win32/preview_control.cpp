@@ -48,7 +48,12 @@ LRESULT CALLBACK ControlProc(HWND control, UINT message, WPARAM w, LPARAM l, UIN
 
 } // namespace
 
-void DrawWithoutFlicker(HWND control) { SetWindowSubclass(control, ControlProc, kSubclass, 0); }
+void DrawWithoutFlicker(HWND control) {
+    // One that does not centre makes itself as large as its picture, each time; the size around the picture that
+    // follows would draw the frame again.
+    SetWindowLongPtrW(control, GWL_STYLE, GetWindowLongPtrW(control, GWL_STYLE) | SS_CENTERIMAGE);
+    SetWindowSubclass(control, ControlProc, kSubclass, 0);
+}
 
 HBITMAP ChangePicture(HWND control, HBITMAP picture) {
     SendMessageW(control, WM_SETREDRAW, FALSE, 0);

@@ -6,7 +6,8 @@
 
 namespace orvane {
 
-/// From now on the control draws its picture at its upper left corner and nothing beneath it.
+/// From now on the control draws its picture at its upper left corner and nothing beneath it, and keeps its size
+/// whatever picture it is given.
 void DrawWithoutFlicker(HWND control);
 
 /// Gives the control a picture, which it does not draw by itself yet; the one before comes back.

@@ -148,7 +148,8 @@ TEST(Win32Ending, TheEndAlsoEndsTheAboutBox) {
         }
         ASSERT_NE(about, nullptr);
         EXPECT_FALSE(IsWindowEnabled(open.dialog));
-        wchar_t text[80];
+        for (int tries = 0; tries < 500 && !IsWindowVisible(about); ++tries) Sleep(10); // found before it is complete
+        wchar_t text[80] = L"";
         GetWindowTextW(GetWindow(GetWindow(about, GW_CHILD), GW_HWNDNEXT), text, 80);
         EXPECT_STREQ(text, L"Kelmont Version 1.0  for Dravik");
     });

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <atomic>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace orvane::test {
 namespace {
@@ -97,15 +99,6 @@ TEST(Win32Preview, RepaintsWhatAnotherWindowCovered) {
     });
 }
 
-/// What stands on the screen there.
-Pixels OnScreen(const RECT& place) {
-    const HDC screen = GetDC(nullptr);
-    SetViewportOrgEx(screen, place.left, place.top, nullptr);
-    Pixels pixels = PixelsOf(screen, place.right - place.left, place.bottom - place.top);
-    ReleaseDC(nullptr, screen);
-    return pixels;
-}
-
 TEST(Win32Preview, ShowsNothingElseBetweenTwoPictures) {
     OpenWindow open;
     open.Run([&] {
@@ -113,11 +106,25 @@ TEST(Win32Preview, ShowsNothingElseBetweenTwoPictures) {
         open.Do([&](QuickViewWindow& window) { window.SetPreview(picture.View()); });
         RECT place; // with its frame
         GetWindowRect(open.Item(kPreview), &place);
-        const Pixels shown = OnScreen(place);
+        MapWindowPoints(nullptr, open.dialog, reinterpret_cast<POINT*>(&place), 2);
+        // A look at all pixels would take too long for what stands only shortly: these lie on the frame, at the
+        // picture's edges and in its middle.
+        std::vector<std::pair<POINT, COLORREF>> points;
+        const Pixels shown = PixelsOf(open.dialog);
+        for (const int x : {place.left, place.left + 2, place.left + 200, place.right - 3, place.right - 1}) {
+            for (const int y : {place.top, place.top + 2, place.top + 150, place.bottom - 3, place.bottom - 1}) {
+                points.push_back({{x, y}, shown.At(x, y)});
+            }
+        }
         std::atomic<bool> ended = false;
         int looks = 0, others = 0;
         std::thread eye([&] {
-            for (; !ended; ++looks) others += OnScreen(place).values != shown.values ? 1 : 0;
+            // In the dialog a drawing stands at once; on the screen later, and not each of them.
+            const HDC dc = GetDC(open.dialog);
+            for (; !ended; ++looks) {
+                for (const auto& [point, colour] : points) others += GetPixel(dc, point.x, point.y) != colour ? 1 : 0;
+            }
+            ReleaseDC(open.dialog, dc);
         });
         open.Do([&](QuickViewWindow& window) {
             for (int i = 0; i < 200; ++i) window.SetPreview(picture.View());
@@ -125,7 +132,28 @@ TEST(Win32Preview, ShowsNothingElseBetweenTwoPictures) {
         ended = true;
         eye.join();
         EXPECT_GT(looks, 10);
-        EXPECT_EQ(others, 0) << "of " << looks << " looks";
+        EXPECT_EQ(others, 0) << "in " << looks << " looks";
+    });
+}
+
+TEST(Win32Preview, TheNextPictureOfTheSameSizeLeavesTheFrameAsItIs) {
+    OpenWindow open;
+    open.Run([&] {
+        const TestPicture picture(400, 300);
+        int left = 0;
+        open.Do([&](QuickViewWindow& window) {
+            window.SetPreview(picture.View());
+            const HWND preview = open.Item(kPreview);
+            const HDC dc = GetWindowDC(preview);
+            PatBlt(dc, 0, 0, 404, 2, BLACKNESS); // a frame drawn again would not be black
+            PatBlt(dc, 402, 0, 2, 304, BLACKNESS);
+            window.SetPreview(picture.View());
+            const Pixels shown = PixelsOf(dc, 404, 304);
+            ReleaseDC(preview, dc);
+            for (int x = 0; x < 404; ++x) left += shown.At(x, 0) == 0 && shown.At(x, 1) == 0 ? 1 : 0;
+            for (int y = 2; y < 304; ++y) left += shown.At(402, y) == 0 && shown.At(403, y) == 0 ? 1 : 0;
+        });
+        EXPECT_EQ(left, 404 + 302);
     });
 }
 
