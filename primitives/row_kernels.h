@@ -1,0 +1,67 @@
+// The inner loops of the primitives over the pixels of a row, each in a form for every instruction set that it pays
+// for. All forms have the same results to the bit. Rows may lie at any address; nothing beside them is touched.
+#pragma once
+
+#include "primitives/types.h"
+
+namespace orvane {
+
+/// What is above `most` becomes `aboveMost`, else what is below `least` becomes `belowLeast`.
+struct ByteLimits {
+    uint8 least;
+    uint8 belowLeast;
+    uint8 most;
+    uint8 aboveMost;
+};
+
+struct RowKernels {
+    /// Hue, saturation and value of three interleaved channels; `dst` may be `src`.
+    void (*hsv)(const uint8* src, uint8* dst, int32 width);
+
+    /// Value and saturation alone.
+    void (*valueAndSaturation)(const uint8* src, uint8* values, uint8* saturations, int32 width);
+
+    void (*grey)(const uint8* src, uint8* dst, int32 width);
+
+    void (*split)(const uint8* src, uint8* const (&planes)[3], int32 width);
+
+    /// `order` holds numbers from 0 to 2.
+    void (*swap)(const uint8* src, uint8* dst, const int32* order, int32 width);
+
+    void (*copyMasked)(const uint8* from, uint8* to, const uint8* mask, int32 width);
+
+    /// The value where the mask is not 0.
+    void (*setMasked)(uint8 value, uint8* to, const uint8* mask, int32 width);
+
+    void (*bitAnd)(const uint8* from, uint8* to, int32 width);
+
+    /// `to` may be `from`.
+    void (*limit)(const uint8* from, uint8* to, const ByteLimits& limits, int32 width);
+
+    /// Three channels less their values, 0 at least.
+    void (*subtract)(const uint8 (&value)[3], uint8* row, int32 width);
+
+    /// Adds how many pixels lie within the bounds, a channel at a time.
+    void (*countInRange)(const uint8* row, int32 width, const uint8* lower, const uint8* upper, uint32 (&found)[3]);
+
+    /// Floats to the nearest byte, a tie to the even one; 0 for what is not a number.
+    void (*roundToBytes)(const uint8* floats, uint8* to, int64 count);
+
+    /// The smallest of `count` rows, element by element; `result` may be one of them.
+    void (*lowest)(const uint8* const* rows, int32 count, uint8* result, int64 width);
+
+    /// Sums of three rows, element by element.
+    void (*sumOfThree)(const uint8* const (&rows)[3], uint16* sums, int64 width);
+
+    /// Means of nine: of three sums of three each.
+    void (*meanOfNine)(const uint16* sums, uint8* result, int64 width);
+};
+
+/// For every processor, and for those with AVX2 and FMA.
+extern const RowKernels kRowKernels128;
+extern const RowKernels kRowKernels256;
+
+/// Those for the instruction set in use.
+const RowKernels& CurrentRowKernels();
+
+} // namespace orvane
