@@ -14,6 +14,37 @@ struct ByteLimits {
     uint8 aboveMost;
 };
 
+/// Rows around one of a picture's edges. Those of magnitudes have a 0 at both ends and no component above 16383.
+struct EdgeRows16 {
+    const int16* dx;
+    const int16* dy;
+    const int16* above;
+    const int16* here;
+    const int16* below;
+};
+
+/// Rows of integral images, after their first columns.
+struct IntegralRows {
+    const float* sumAbove;
+    float* sum;
+    const double* squaresAbove;
+    double* squares;
+};
+
+/// The four corner rows of a rectangle that slides along one row of positions.
+struct RectRows {
+    const float* sumTop;
+    const float* sumBottom;
+    const double* squareTop;
+    const double* squareBottom;
+    int32 width;
+    double area;
+};
+
+/// Kernels of the gradient filters; entry k meets the element at offset k - radius.
+enum GradientKernel : int32 { kDifference3, kSobelSmooth3, kScharrSmooth3, kDifference5, kSobelSmooth5 };
+inline constexpr int32 kGradientKernels = 5;
+
 struct RowKernels {
     /// Hue, saturation and value of three interleaved channels; `dst` may be `src`.
     void (*hsv)(const uint8* src, uint8* dst, int32 width);
@@ -55,6 +86,25 @@ struct RowKernels {
 
     /// Means of nine: of three sums of three each.
     void (*meanOfNine)(const uint16* sums, uint8* result, int64 width);
+
+    /// Weighted sums of rows, and of neighbours in a line of them, by each of the gradient kernels.
+    void (*columnSums[kGradientKernels])(const uint8* const* rows, int16* to, int32 count);
+    void (*rowSums[kGradientKernels])(const int16* line, int16* to, int32 count);
+
+    /// No less than the largest magnitude; at most 16383 where that is.
+    int32 (*largestComponent)(const int16* gradient, int32 width);
+
+    /// |dx| + |dy| of components up to 16383; 0 where at or below `low`.
+    void (*magnitudes)(const int16* dx, const int16* dy, int32 width, int32 low, int16* to);
+
+    /// Marks the pixels that are the largest along their gradients: 255 those above `high`, 128 the others.
+    void (*markRidges)(const EdgeRows16& rows, int32 width, int32 high, uint8* mark);
+
+    /// 255 where the mark is that, else 0.
+    void (*keepEdges)(const uint8* mark, uint8* to, int32 width);
+
+    void (*integral)(const uint8* pixels, int32 width, const IntegralRows& rows);
+    void (*stdDevs)(const RectRows& rows, int32 width, float* to);
 };
 
 /// For every processor, and for those with AVX2 and FMA.
