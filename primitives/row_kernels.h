@@ -45,6 +45,46 @@ struct RectRows {
 enum GradientKernel : int32 { kDifference3, kSobelSmooth3, kScharrSmooth3, kDifference5, kSobelSmooth5 };
 inline constexpr int32 kGradientKernels = 5;
 
+/// Some neighbouring elements of a scaled row whose source lies within kColumnReach bytes from `base` on.
+inline constexpr int32 kColumnBlock = 8;
+inline constexpr int32 kColumnReach = 16;
+inline constexpr std::ptrdiff_t kNoColumnBlock = PTRDIFF_MIN; // as base: their source lies too far apart
+struct ColumnBlock {
+    std::ptrdiff_t base;
+    uint8 places[kColumnBlock]; // from the base
+};
+
+/// Where each element of a scaled row comes from, alone and in blocks.
+struct ColumnPlan {
+    const std::ptrdiff_t* offsets;
+    const ColumnBlock* blocks;
+};
+
+/// Of each element of a row.
+struct CubicWeights {
+    const double* a;
+    const double* b;
+    const double* c;
+};
+
+struct WeightedRow {
+    const uint8* row;
+    double weight;
+};
+
+/// The part of an axis that one result pixel covers: `head` of pixel `first` (unless 0), then `whole`
+/// pixels, then `tail` (unless 0) of the pixel after them.
+struct BoxSpan {
+    int64 first;
+    int64 whole;
+    double head;
+    double tail;
+
+    int64 FirstWhole() const { return first + (head > 0.0 ? 1 : 0); }
+    int64 Tail() const { return FirstWhole() + whole; }
+    int64 End() const { return Tail() + (tail > 0.0 ? 1 : 0); }
+};
+
 struct RowKernels {
     /// Hue, saturation and value of three interleaved channels; `dst` may be `src`.
     void (*hsv)(const uint8* src, uint8* dst, int32 width);
@@ -105,6 +145,23 @@ struct RowKernels {
 
     void (*integral)(const uint8* pixels, int32 width, const IntegralRows& rows);
     void (*stdDevs)(const RectRows& rows, int32 width, float* to);
+
+    /// Linear interpolation along a row, two weights an element, and between two such rows.
+    void (*linearColumns)(const uint8* row, const ColumnPlan& plan, int32 channels, const int16* weights, int64 count,
+                          int16* to);
+    void (*linearRows)(const int16* row0, const int16* row1, int32 weight, int64 count, uint8* to);
+
+    /// Cubic interpolation likewise.
+    void (*cubicColumns)(const uint8* row, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
+                         int64 count, float* to);
+    void (*cubicRows)(const float* const (&rows)[4], double a, double b, double c, int64 count, uint8* to);
+
+    /// Weighted sums of rows, rounded to float after each row; when `goesOn`, added to the sums that are there.
+    void (*boxRows)(const WeightedRow* rows, int32 rowCount, bool goesOn, float* sums, int64 count);
+
+    /// Means along rows of such sums, behind which one more can be read.
+    void (*boxColumns1)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
+    void (*boxColumns3)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
 };
 
 /// For every processor, and for those with AVX2 and FMA.

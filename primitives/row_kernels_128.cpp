@@ -3,6 +3,7 @@
 #include "primitives/gradient_rows_body.h"
 #include "primitives/integral_rows_body.h"
 #include "primitives/pixel_rows_body.h"
+#include "primitives/resize_rows_body.h"
 #include "primitives/window_rows_body.h"
 
 namespace orvane {
@@ -33,6 +34,13 @@ const RowKernels kRowKernels128 = {
     RunKeepEdges,
     RunIntegral,
     RunStdDevs,
+    RunLinearColumns,
+    RunLinearRows,
+    RunCubicColumns,
+    RunCubicRows,
+    RunBoxRows,
+    RunBoxColumns<1>,
+    RunBoxColumns<3>,
 };
 
 } // namespace orvane
