@@ -383,5 +383,28 @@ void RunRoundToBytes(const uint8* floats, uint8* to, int64 count) {
     for (; i < count; ++i, floats += 4) to[i] = NearestByte(floats);
 }
 
+inline Vector StretchedNumbers(Vector above, Floats factor) {
+    const Floats wide = SmallestFloat(Product(FloatsOf(above), factor), SplatFloat(255.0F));
+    return Truncated(Sum(wide, SplatFloat(0.5F)));
+}
+
+inline Vector StretchedWords(Vector above, Floats factor) {
+    return PackNumbers(StretchedNumbers(LowNumbers(above), factor), StretchedNumbers(HighNumbers(above), factor));
+}
+
+void RunStretch(const uint8* from, uint8* to, int64 count, uint8 low, float factor) {
+    int64 i = 0;
+    for (; count - i >= kBytes; i += kBytes) {
+        const Vector above = LessAtLeastZero(LoadBytes(from + i), Splat(low));
+        const Floats factors = SplatFloat(factor);
+        StoreBytes(to + i,
+                   PackWords(StretchedWords(LowWords(above), factors), StretchedWords(HighWords(above), factors)));
+    }
+    for (; i < count; ++i) {
+        const float wide = static_cast<float>(Larger(from[i] - low, 0)) * factor;
+        to[i] = static_cast<uint8>(static_cast<int32>((wide < 255.0F ? wide : 255.0F) + 0.5F));
+    }
+}
+
 } // namespace
 } // namespace orvane

@@ -254,8 +254,7 @@ inline void BoxElement(const float* p, const BoxSpan& span, double scale, uint8*
 #if ORVANE_WIDE
 
 /// All channels of a pixel at once; the fourth lane, whose sum lies behind them, counts for nothing.
-template <>
-inline void BoxElement<3>(const float* p, const BoxSpan& span, double scale, uint8* out) {
+inline int32 BoxPixel(const float* p, const BoxSpan& span, double scale) {
     const auto weighted = [](__m128 total, double weight, const float* at) {
         return _mm256_cvtpd_ps(_mm256_add_pd(_mm256_cvtps_pd(total),
                                              _mm256_mul_pd(_mm256_set1_pd(weight), _mm256_cvtps_pd(_mm_loadu_ps(at)))));
@@ -271,7 +270,12 @@ inline void BoxElement<3>(const float* p, const BoxSpan& span, double scale, uin
         _mm256_add_pd(_mm256_mul_pd(_mm256_cvtps_pd(total), _mm256_set1_pd(scale)), _mm256_set1_pd(0.5));
     const __m128i numbers = _mm256_cvttpd_epi32(mean);
     const __m128i words = _mm_packs_epi32(numbers, numbers);
-    const int32 pixel = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+    return _mm_cvtsi128_si32(_mm_packus_epi16(words, words));
+}
+
+template <>
+inline void BoxElement<3>(const float* p, const BoxSpan& span, double scale, uint8* out) {
+    const int32 pixel = BoxPixel(p, span, scale);
     __builtin_memcpy(out, &pixel, 3);
 }
 
@@ -279,7 +283,16 @@ inline void BoxElement<3>(const float* p, const BoxSpan& span, double scale, uin
 
 template <int32 Channels>
 void RunBoxColumns(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out) {
-    for (int32 j = 0; j < count; ++j, out += Channels) {
+    int32 j = 0;
+#if ORVANE_WIDE
+    if constexpr (Channels == 3) { // the byte behind a pixel is the next one's
+        for (; j < count - 1; ++j, out += 3) {
+            const int32 pixel = BoxPixel(sums + static_cast<std::ptrdiff_t>(spans[j].first) * 3, spans[j], scale);
+            __builtin_memcpy(out, &pixel, 4);
+        }
+    }
+#endif
+    for (; j < count; ++j, out += Channels) {
         BoxElement<Channels>(sums + static_cast<std::ptrdiff_t>(spans[j].first) * Channels, spans[j], scale, out);
     }
 }

@@ -118,6 +118,9 @@ struct RowKernels {
     /// Floats to the nearest byte, a tie to the even one; 0 for what is not a number.
     void (*roundToBytes)(const uint8* floats, uint8* to, int64 count);
 
+    /// (level - low) * factor, rounded half up, from 0 to 255; the factor is above 0. `to` may be `from`.
+    void (*stretch)(const uint8* from, uint8* to, int64 count, uint8 low, float factor);
+
     /// The smallest of `count` rows, element by element; `result` may be one of them.
     void (*lowest)(const uint8* const* rows, int32 count, uint8* result, int64 width);
 

@@ -21,6 +21,7 @@ const RowKernels kRowKernels128 = {
     RunSubtract,
     RunCountInRange,
     RunRoundToBytes,
+    RunStretch,
     RunLowest,
     RunSumOfThree,
     RunMeanOfNine,
