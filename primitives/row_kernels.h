@@ -85,6 +85,18 @@ struct BoxSpan {
     int64 End() const { return Tail() + (tail > 0.0 ? 1 : 0); }
 };
 
+/// The way through a picture from one sample of a turned row to the next; offsets in the picture fit 32 bits.
+struct TurnedPath {
+    const uint8* src;
+    ImageSize srcSize;
+    int32 srcStep;
+    double uStep;
+    double vStep;
+    std::ptrdiff_t ahead; // from a sample to one that a later row will read
+    /// Takes a sample in doubles.
+    void (*exactly)(const TurnedPath& path, double u, double v, uint8* to);
+};
+
 struct RowKernels {
     /// Hue, saturation and value of three interleaved channels; `dst` may be `src`.
     void (*hsv)(const uint8* src, uint8* dst, int32 width);
@@ -165,6 +177,11 @@ struct RowKernels {
     /// Means along rows of such sums, behind which one more can be read.
     void (*boxColumns1)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
     void (*boxColumns3)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
+
+    /// Samples most of a piece that lies so far inside that eight bytes from each pixel on can be read; how many are
+    /// left, the first of them at `u`, `v`. Null where the plain form is as fast.
+    int64 (*turnedRow1)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
+    int64 (*turnedRow3)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
 };
 
 /// For every processor, and for those with AVX2 and FMA.

@@ -42,6 +42,8 @@ const RowKernels kRowKernels128 = {
     RunBoxRows,
     RunBoxColumns<1>,
     RunBoxColumns<3>,
+    nullptr,
+    nullptr,
 };
 
 } // namespace orvane

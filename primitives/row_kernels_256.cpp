@@ -4,6 +4,7 @@
 #include "primitives/integral_rows_body.h"
 #include "primitives/pixel_rows_body.h"
 #include "primitives/resize_rows_body.h"
+#include "primitives/rotate_rows_body.h"
 #include "primitives/window_rows_body.h"
 
 namespace orvane {
@@ -42,6 +43,8 @@ const RowKernels kRowKernels256 = {
     RunBoxRows,
     RunBoxColumns<1>,
     RunBoxColumns<3>,
+    RunTurnedRow<1>,
+    RunTurnedRow<3>,
 };
 
 } // namespace orvane
