@@ -116,13 +116,16 @@ public:
     void Follow() {
         while (top_ != stack_) {
             uint8* cell = map_ + *--top_;
-            uint8* const rows[3] = {cell - stride_ - 1, cell - 1, cell + stride_ - 1};
-            const uint32 candidates[3] = {Candidates(rows[0]), Candidates(rows[1]), Candidates(rows[2])};
-            if ((candidates[0] | candidates[1] | candidates[2]) == 0) continue;
-            for (int32 k = 0; k < 3; ++k) {
-                for (uint32 left = candidates[k]; left != 0; left &= left - 1)
-                    Push(rows[k] + std::countr_zero(left) / 8);
+            uint8* const above = cell - stride_ - 1;
+            uint8* const below = cell + stride_ - 1;
+            uint64 outer = Candidates(MarksAt(above) | MarksAt(below) << 32);
+            uint64 beside = Candidates(MarksAt(cell - 1));
+            if ((outer | beside) == 0) continue;
+            for (; outer != 0; outer &= outer - 1) {
+                const int32 byte = std::countr_zero(outer) / 8;
+                Push(byte < 4 ? above + byte : below + (byte - 4));
             }
+            for (; beside != 0; beside &= beside - 1) Push(cell - 1 + std::countr_zero(beside) / 8);
         }
     }
 
@@ -201,13 +204,15 @@ private:
 
     uint8* MapRow(int32 y) const { return map_ + stride_ * (std::ptrdiff_t{y} + 1) + 1; }
 
-    /// The top bit of each of three neighbouring cells that are candidates, whose marks have it alone. Reads four
-    /// cells: behind the map is always room for one.
-    static uint32 Candidates(const uint8* cells) {
+    /// Four neighbouring cells, of which three are looked at: behind the map is always room for one more.
+    static uint64 MarksAt(const uint8* cells) {
         uint32 marks = 0;
         std::memcpy(&marks, cells, sizeof marks);
-        return marks & ~(marks << 7) & 0x808080;
+        return marks;
     }
+
+    /// The top bit of each candidate, whose mark has it alone.
+    static uint64 Candidates(uint64 marks) { return marks & ~(marks << 7) & 0x0080808000808080; }
 
     /// The slot above the top is always there to be written: the map has more cells than pixels.
     void PushEdges(const uint8* mark, int32 width) {
@@ -220,8 +225,8 @@ private:
         for (; width - x >= 8; x += 8) {
             uint64 marks;
             std::memcpy(&marks, mark + x, sizeof marks);
-            if ((marks & 0x0101010101010101) == 0) continue; // only an edge's mark is odd
-            for (int32 i = 0; i < 8; ++i) push(x + i);
+            marks &= 0x0101010101010101; // only an edge's mark is odd
+            for (; marks != 0; marks &= marks - 1) push(x + std::countr_zero(marks) / 8);
         }
         for (; x < width; ++x) push(x);
     }
