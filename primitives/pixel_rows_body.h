@@ -208,6 +208,23 @@ void RunSplit(const uint8* src, uint8* const (&planes)[3], int32 width) {
     }
 }
 
+void RunReverse(const uint8* from, uint8* to, int64 count) {
+    int64 x = 0;
+#if ORVANE_WIDE
+    const Vector last = TwiceTheSame(_mm_setr_epi8(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0));
+    const auto reversed = [&](Vector v) { return _mm256_permute4x64_epi64(_mm256_shuffle_epi8(v, last), 0x4E); };
+    for (; count - x >= kBytes; x += kBytes, from -= 3 * kBytes, to += 3 * kBytes) {
+        const ThreeVectors pixels = Channels(from - 3 * (kBytes - 1));
+        StorePixels({reversed(pixels.a), reversed(pixels.b), reversed(pixels.c)}, to);
+    }
+#endif
+    for (; x < count; ++x, from -= 3, to += 3) {
+        to[0] = from[0];
+        to[1] = from[1];
+        to[2] = from[2];
+    }
+}
+
 void RunSwap(const uint8* src, uint8* dst, const int32* order, int32 width) {
     const int32 first = order[0], second = order[1], third = order[2];
     int32 x = 0;

@@ -108,6 +108,9 @@ struct RowKernels {
 
     void (*split)(const uint8* src, uint8* const (&planes)[3], int32 width);
 
+    /// Pixels of three channels, the first of them at `from`, the next ones before it.
+    void (*reverse)(const uint8* from, uint8* to, int64 count);
+
     /// `order` holds numbers from 0 to 2.
     void (*swap)(const uint8* src, uint8* dst, const int32* order, int32 width);
 

@@ -13,6 +13,7 @@ const RowKernels kRowKernels128 = {
     RunValueAndSaturation,
     RunGrey,
     RunSplit,
+    RunReverse,
     RunSwap,
     RunCopyMasked,
     RunSetMasked,

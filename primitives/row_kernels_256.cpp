@@ -14,6 +14,7 @@ const RowKernels kRowKernels256 = {
     RunValueAndSaturation,
     RunGrey,
     RunSplit,
+    RunReverse,
     RunSwap,
     RunCopyMasked,
     RunSetMasked,
