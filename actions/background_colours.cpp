@@ -86,12 +86,17 @@ bool MarkAllSamples(BackgroundAnalyzer& analyzer, ImageBuffer& mask, int32 toler
     ImageBuffer& answers = pairs.classPlane;
     answers.Fill(kMaskUnclassified);
     MarkSamples(analyzer, radius, pairs, answers);
+    // What of a mask's byte stays: all of its bits or none.
+    uint8 kept[kPairs];
+    for (int32 i = 0; i < kPairs; ++i) kept[i] = answers.data[i] == kMaskBackground ? 0 : 255;
     for (int32 y = 0; y < mask.height; ++y) {
         const uint8* value = RowAt(values.data, values.Step(), y);
         const uint8* saturation = RowAt(saturations.data, saturations.Step(), y);
         uint8* to = RowAt(mask.data, mask.Step(), y);
+        // No branch: none could follow a picture's noise.
         for (int32 x = 0; x < mask.width; ++x) {
-            if (answers.data[kLevels * value[x] + saturation[x]] == kMaskBackground) to[x] = kMaskBackground;
+            const uint8 keep = kept[kLevels * value[x] + saturation[x]];
+            to[x] = static_cast<uint8>((to[x] & keep) | (kMaskBackground & ~keep));
         }
     }
     return true;

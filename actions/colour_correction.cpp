@@ -5,9 +5,9 @@
 #include "actions/assertion.h"
 #include "image/result_codes.h"
 #include "primitives/primitives.h"
+#include "primitives/row_kernels.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace orvane {
 namespace {
@@ -76,41 +76,31 @@ public:
 
     /// Writes the stretched pixels of `from` to `to`, which may be the same picture.
     void Apply(const ImageBuffer& from, ImageBuffer& to) const {
+        const auto stretch = CurrentRowKernels().stretch;
         for (int32 y = 0; y < from.height; ++y) {
             const uint8* in = RowAt(from.data, from.Step(), y);
             uint8* out = RowAt(to.data, to.Step(), y);
             const std::ptrdiff_t bytes = std::ptrdiff_t{3} * from.width;
-            std::ptrdiff_t i = 0;
-            for (; computed_ && bytes - i >= kBlock; i += kBlock) ComputeBlock(in + i, out + i);
-            for (; i < bytes; ++i) out[i] = results_[in[i]];
+            if (computed_) {
+                stretch(in, out, bytes, low_, factor_);
+            } else {
+                for (std::ptrdiff_t i = 0; i < bytes; ++i) out[i] = results_[in[i]];
+            }
         }
     }
 
 private:
-    static constexpr std::ptrdiff_t kBlock = 64;
-
     /// The stretch as a formula, which processors apply to many bytes at once. It rounds a tie up, not to the even
     /// number, and a sum of floats is not that of doubles; so it stands for the table only where it agrees with
     /// it in every level.
-    void ComputeBlock(const uint8* in, uint8* out) const {
-        uint8 block[kBlock];
-        std::memcpy(block, in, sizeof block);
-        for (uint8& level : block) {
-            const int32 above = level - low_;
-            const float wide = static_cast<float>(above > 0 ? above : 0) * factor_;
-            level = static_cast<uint8>(static_cast<int32>((wide < 255.0F ? wide : 255.0F) + 0.5F));
-        }
-        std::memcpy(out, block, sizeof block);
-    }
-
-    void FindOutWhetherComputed(int32 low, float factor) {
+    void FindOutWhetherComputed(uint8 low, float factor) {
         constexpr float kLargestFactor = 255.0F; // what would be below 0, or no number, is no byte
         if (!(factor > 0.0F && factor <= kLargestFactor)) return;
         low_ = low;
         factor_ = factor;
         uint8 levels[kLevels];
         for (int32 v = 0; v < kLevels; ++v) levels[v] = static_cast<uint8>(v);
-        for (std::ptrdiff_t i = 0; i < kLevels; i += kBlock) ComputeBlock(levels + i, levels + i);
+        CurrentRowKernels().stretch(levels, levels, kLevels, low, factor);
         computed_ = std::equal(levels, levels + kLevels, results_);
     }
 
@@ -118,7 +108,7 @@ private:
 
     uint8 results_[3 * kPixels] = {};
     bool computed_ = false;
-    int32 low_ = 0;
+    uint8 low_ = 0;
     float factor_ = 0.0F;
 };
 

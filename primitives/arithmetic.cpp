@@ -2,6 +2,8 @@
 // four, so a row may lie at any address.
 #include "primitives/arithmetic.h"
 
+#include "primitives/row_kernels.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -29,14 +31,6 @@ std::ptrdiff_t RowElements(ImageSize roi) { return std::ptrdiff_t{3} * roi.width
 float Limited(float v) {
     const float positive = v > 0.0f ? v : 0.0f;
     return positive < 255.0f ? positive : 255.0f;
-}
-
-/// The nearest whole number, a tie to the even one.
-uint8 NearestEven(float v) {
-    const double raised = static_cast<double>(Limited(v)) + 0.5;
-    const auto whole = static_cast<int32>(raised);
-    const int32 oddTie = static_cast<int32>(raised == whole) & whole & 1;
-    return static_cast<uint8>(whole - oddTie);
 }
 
 uint8 Truncated(float v) { return static_cast<uint8>(static_cast<int32>(Limited(v))); }
@@ -69,12 +63,13 @@ int32 primConvert_32f8u_C3(const float* src, int32 srcStep, uint8* dst, int32 ds
     if (src == nullptr || dst == nullptr) return kNullPointer;
     if (!HasPixels(roi)) return kBadSize;
     if (srcStep < 1 || dstStep < 1) return kStepTooSmall;
+    const RowKernels& kernels = CurrentRowKernels();
     for (int32 y = 0; y < roi.height; ++y) {
         const uint8* from = FloatRow(src, srcStep, y);
         uint8* to = RowAt(dst, dstStep, y);
         const std::ptrdiff_t elements = RowElements(roi);
         if (roundMode == kRoundToNearest) {
-            for (std::ptrdiff_t i = 0; i < elements; ++i) to[i] = NearestEven(LoadFloat(from + 4 * i));
+            kernels.roundToBytes(from, to, elements);
         } else {
             for (std::ptrdiff_t i = 0; i < elements; ++i) to[i] = Truncated(LoadFloat(from + 4 * i));
         }
@@ -98,6 +93,11 @@ int32 primMulC_32f_C3I(const float value[3], float* srcDst, int32 step, ImageSiz
 int32 primSubC_8u_C3ISfs(const uint8 value[3], uint8* srcDst, int32 step, ImageSize roi, int32 scaleFactor) {
     if (value == nullptr || srcDst == nullptr) return kNullPointer;
     if (!HasPixels(roi)) return kBadSize;
+    if (scaleFactor == 0) {
+        const uint8 values[3] = {value[0], value[1], value[2]};
+        for (int32 y = 0; y < roi.height; ++y) CurrentRowKernels().subtract(values, RowAt(srcDst, step, y), roi.width);
+        return kOk;
+    }
     uint8 results[3][256]; // a channel's result depends on its byte alone
     for (int32 c = 0; c < 3; ++c) {
         for (int32 v = 0; v < 256; ++v) results[c][v] = Scaled(std::max(v - value[c], 0), scaleFactor);

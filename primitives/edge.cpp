@@ -3,8 +3,10 @@
 #include "primitives/edge.h"
 
 #include "primitives/heap_array.h"
+#include "primitives/row_kernels.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -109,7 +111,70 @@ public:
         std::memset(map_, 0, cells);
     }
 
-    void Mark(const Gradients& g) {
+    void Mark(const Gradients& g) { FitsWords(g) ? MarkInWords(g) : MarkInNumbers(g); }
+
+    void Follow() {
+        while (top_ != stack_) {
+            uint8* cell = map_ + *--top_;
+            uint8* const above = cell - stride_ - 1;
+            uint8* const below = cell + stride_ - 1;
+            uint64 outer = Candidates(MarksAt(above) | MarksAt(below) << 32);
+            uint64 beside = Candidates(MarksAt(cell - 1));
+            if ((outer | beside) == 0) continue;
+            for (; outer != 0; outer &= outer - 1) {
+                const int32 byte = std::countr_zero(outer) / 8;
+                Push(byte < 4 ? above + byte : below + (byte - 4));
+            }
+            for (; beside != 0; beside &= beside - 1) Push(cell - 1 + std::countr_zero(beside) / 8);
+        }
+    }
+
+    void Write(uint8* dst, int32 dstStep, ImageSize roi) const {
+        for (int32 y = 0; y < roi.height; ++y) {
+            CurrentRowKernels().keepEdges(MapRow(y), RowAt(dst, dstStep, y), roi.width);
+        }
+    }
+
+private:
+    /// Rows of 16 bits are enough for all but the steepest gradients.
+    static bool FitsWords(const Gradients& g) {
+        const RowKernels& kernels = CurrentRowKernels();
+        int32 largest = 0;
+        for (int32 y = 0; y < g.roi.height; ++y) {
+            largest |= kernels.largestComponent(RowAt(g.dx, g.dxStep, y), g.roi.width);
+            largest |= kernels.largestComponent(RowAt(g.dy, g.dyStep, y), g.roi.width);
+        }
+        constexpr int32 kMost = 16383;
+        return largest <= kMost;
+    }
+
+    void MarkInWords(const Gradients& g) {
+        const RowKernels& kernels = CurrentRowKernels();
+        constexpr int32 kMost = std::numeric_limits<int16>::max();
+        const int32 low = std::min(g.low, kMost), high = std::min(g.high, kMost);
+        int16* above = reinterpret_cast<int16*>(rows_) + 1;
+        int16* here = above + stride_;
+        int16* below = here + stride_;
+        const int32 width = g.roi.width;
+        kernels.magnitudes(g.dx, g.dy, width, low, here);
+        for (int32 y = 0; y < g.roi.height; ++y) {
+            const int16* dx = RowAt(g.dx, g.dxStep, y);
+            const int16* dy = RowAt(g.dy, g.dyStep, y);
+            if (y + 1 < g.roi.height) {
+                kernels.magnitudes(RowAt(g.dx, g.dxStep, y + 1), RowAt(g.dy, g.dyStep, y + 1), width, low, below);
+            } else {
+                std::fill_n(below, width, int16{0});
+            }
+            kernels.markRidges({dx, dy, above, here, below}, width, high, MapRow(y));
+            PushEdges(MapRow(y), width);
+            int16* const oldest = above;
+            above = here;
+            here = below;
+            below = oldest;
+        }
+    }
+
+    void MarkInNumbers(const Gradients& g) {
         int32* above = rows_ + 1;
         int32* here = above + stride_;
         int32* below = here + stride_;
@@ -131,26 +196,6 @@ public:
         }
     }
 
-    void Follow() {
-        const std::ptrdiff_t around[8] = {-stride_ - 1, -stride_, -stride_ + 1, -1, 1,
-                                          stride_ - 1,  stride_,  stride_ + 1};
-        while (top_ != stack_) {
-            uint8* cell = map_ + *--top_;
-            for (const std::ptrdiff_t offset : around) {
-                if (cell[offset] == kCandidate) Push(cell + offset);
-            }
-        }
-    }
-
-    void Write(uint8* dst, int32 dstStep, ImageSize roi) const {
-        for (int32 y = 0; y < roi.height; ++y) {
-            const uint8* mark = MapRow(y);
-            uint8* out = RowAt(dst, dstStep, y);
-            for (int32 x = 0; x < roi.width; ++x) out[x] = mark[x] == kEdge ? kEdge : 0;
-        }
-    }
-
-private:
     static constexpr int32 kRows = 4;           // three of magnitudes, one of directions
     static constexpr std::uintptr_t kSlack = 8; // to the boundary of a cell number
 
@@ -159,13 +204,31 @@ private:
 
     uint8* MapRow(int32 y) const { return map_ + stride_ * (std::ptrdiff_t{y} + 1) + 1; }
 
+    /// Four neighbouring cells, of which three are looked at: behind the map is always room for one more.
+    static uint64 MarksAt(const uint8* cells) {
+        uint32 marks = 0;
+        std::memcpy(&marks, cells, sizeof marks);
+        return marks;
+    }
+
+    /// The top bit of each candidate, whose mark has it alone.
+    static uint64 Candidates(uint64 marks) { return marks & ~(marks << 7) & 0x0080808000808080; }
+
     /// The slot above the top is always there to be written: the map has more cells than pixels.
     void PushEdges(const uint8* mark, int32 width) {
         const auto cell = static_cast<Cell>(mark - map_);
-        for (int32 x = 0; x < width; ++x) {
+        const auto push = [&](int32 x) {
             *top_ = cell + static_cast<Cell>(x);
             top_ += mark[x] == kEdge ? 1 : 0;
+        };
+        int32 x = 0;
+        for (; width - x >= 8; x += 8) {
+            uint64 marks;
+            std::memcpy(&marks, mark + x, sizeof marks);
+            marks &= 0x0101010101010101; // only an edge's mark is odd
+            for (; marks != 0; marks &= marks - 1) push(x + std::countr_zero(marks) / 8);
         }
+        for (; x < width; ++x) push(x);
     }
 
     void Push(uint8* cell) {

@@ -1,6 +1,7 @@
 // Plain fills and copies: one row at a time, nothing between the rows is touched.
 #include "primitives/fill_copy.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace orvane::generic {
@@ -32,6 +33,16 @@ int32 CopyRows(const T* src, int32 srcStep, T* dst, int32 dstStep, ImageSize roi
     return kOk;
 }
 
+/// Fills the first `length` bytes with what their first `period` hold.
+void RepeatBeginning(uint8* bytes, std::size_t period, std::size_t length) {
+    constexpr std::size_t kLongest = 1536; // stays in the fastest cache
+    for (std::size_t done = period; done < length;) {
+        const std::size_t more = std::min({done, kLongest, length - done});
+        std::memcpy(bytes + done, bytes, more);
+        done += more;
+    }
+}
+
 } // namespace
 
 int32 primSet_8u_C1(uint8 value, uint8* dst, int32 dstStep, ImageSize roi) {
@@ -57,11 +68,8 @@ int32 primSet_8u_C3(const uint8 value[3], uint8* dst, int32 dstStep, ImageSize r
             std::memset(row, value[0], static_cast<std::size_t>(roi.width) * 3);
             continue;
         }
-        for (int32 x = 0; x < roi.width; ++x, row += 3) {
-            row[0] = value[0];
-            row[1] = value[1];
-            row[2] = value[2];
-        }
+        std::memcpy(row, value, 3);
+        RepeatBeginning(row, 3, static_cast<std::size_t>(roi.width) * 3);
     }
     return kOk;
 }

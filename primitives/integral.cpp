@@ -1,29 +1,13 @@
 // Integral images. Sums run in 64 bits and are rounded once, on their way into the float plane.
 #include "primitives/integral.h"
 
+#include "primitives/row_kernels.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace orvane {
 namespace {
-
-/// The four corner rows of a rectangle that slides along one row of positions.
-struct RectRows {
-    const float* sumTop;
-    const float* sumBottom;
-    const double* squareTop;
-    const double* squareBottom;
-    int32 width;
-    double area;
-
-    float StdDevAt(int32 x) const {
-        const double mean =
-            (static_cast<double>(sumTop[x]) - sumTop[x + width] - sumBottom[x] + sumBottom[x + width]) / area;
-        const double meanSquare =
-            (squareTop[x] - squareTop[x + width] - squareBottom[x] + squareBottom[x + width]) / area;
-        return static_cast<float>(std::sqrt(std::max(meanSquare - mean * mean, 0.0)));
-    }
-};
 
 RectRows RowsOf(const float* sum, int32 sumStep, const double* sqsum, int32 sqsumStep, ImageRect rect, int32 y) {
     const int32 top = rect.y + y;
@@ -34,6 +18,14 @@ RectRows RowsOf(const float* sum, int32 sumStep, const double* sqsum, int32 sqsu
             RowAt(sqsum, sqsumStep, bottom) + rect.x,
             rect.width,
             static_cast<double>(rect.width) * rect.height};
+}
+
+float StdDevAt(const RectRows& r, int32 x) {
+    const double mean =
+        (static_cast<double>(r.sumTop[x]) - r.sumTop[x + r.width] - r.sumBottom[x] + r.sumBottom[x + r.width]) / r.area;
+    const double meanSquare =
+        (r.squareTop[x] - r.squareTop[x + r.width] - r.squareBottom[x] + r.squareBottom[x + r.width]) / r.area;
+    return static_cast<float>(std::sqrt(std::max(meanSquare - mean * mean, 0.0)));
 }
 
 int32 CheckRectStdDev(const float* sum, int32 sumStep, const double* sqsum, int32 sqsumStep, const float* dst,
@@ -61,6 +53,7 @@ int32 primSqrIntegral_8u32f64f_C1(const uint8* src, int32 srcStep, float* sum, i
 
     std::fill_n(sum, width + 1, sumInit);
     std::fill_n(sqsum, width + 1, sqsumInit);
+    const RowKernels& kernels = CurrentRowKernels();
     for (int32 i = 0; i < roi.height; ++i) {
         const uint8* pixel = RowAt(src, srcStep, i);
         const float* sumAbove = RowAt(sum, sumStep, i);
@@ -69,16 +62,7 @@ int32 primSqrIntegral_8u32f64f_C1(const uint8* src, int32 srcStep, float* sum, i
         double* squaresRow = RowAt(sqsum, sqsumStep, i + 1);
         sumRow[0] = sumInit;
         squaresRow[0] = sqsumInit;
-        int64 rowSum = 0;
-        int64 rowSquares = 0;
-        for (int32 j = 0; j < roi.width; ++j) {
-            const int32 p = pixel[j];
-            const int32 square = p * p; // at most 255 * 255
-            rowSum += p;
-            rowSquares += square;
-            sumRow[j + 1] = static_cast<float>(static_cast<double>(rowSum) + sumAbove[j + 1]);
-            squaresRow[j + 1] = squaresAbove[j + 1] + static_cast<double>(rowSquares);
-        }
+        kernels.integral(pixel, roi.width, {sumAbove + 1, sumRow + 1, squaresAbove + 1, squaresRow + 1});
     }
     return kOk;
 }
@@ -86,10 +70,11 @@ int32 primSqrIntegral_8u32f64f_C1(const uint8* src, int32 srcStep, float* sum, i
 int32 primRectStdDev_32f_C1(const float* sum, int32 sumStep, const double* sqsum, int32 sqsumStep, float* dst,
                             int32 dstStep, ImageSize roi, ImageRect rect) {
     if (const int32 status = CheckRectStdDev(sum, sumStep, sqsum, sqsumStep, dst, dstStep, roi, rect)) return status;
+    const RowKernels& kernels = CurrentRowKernels();
     for (int32 y = 0; y < roi.height; ++y) {
         const RectRows rows = RowsOf(sum, sumStep, sqsum, sqsumStep, rect, y);
         float* out = RowAt(dst, dstStep, y);
-        for (int32 x = 0; x < roi.width; ++x) out[x] = rows.StdDevAt(x);
+        kernels.stdDevs(rows, roi.width, out);
     }
     return kOk;
 }
@@ -105,7 +90,7 @@ int32 RectStdDevUnderMask(const float* sum, int32 sumStep, const double* sqsum, 
         const uint8* alive = RowAt(mask, maskStep, y);
         float* out = RowAt(dst, dstStep, y);
         for (int32 x = 0; x < roi.width; ++x) {
-            if (alive[x] != 0) out[x] = rows.StdDevAt(x);
+            if (alive[x] != 0) out[x] = StdDevAt(rows, x);
         }
     }
     return kOk;

@@ -3,12 +3,10 @@
 #include "primitives/morphology.h"
 
 #include "primitives/heap_array.h"
+#include "primitives/row_kernels.h"
 
 #include <algorithm>
 #include <cstring>
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 namespace orvane::generic {
 namespace {
@@ -58,28 +56,65 @@ bool IsAllZero(const uint8* mask, ImageSize size) {
     return true;
 }
 
-void LowerRow(uint8* row, const uint8* candidates, int32 width) {
-    for (int32 x = 0; x < width; ++x) row[x] = std::min(row[x], candidates[x]);
-}
+/// The smallest of the cells of some rows: `Add` collects where each begins.
+class LowestOfRows {
+public:
+    LowestOfRows(const RowKernels& kernels, uint8* result, int64 width)
+        : kernels_(kernels), result_(result), width_(width) {}
+
+    void Add(const uint8* row) {
+        if (count_ == kMost) Write();
+        rows_[count_++] = row;
+    }
+
+    /// What was written before counts too.
+    void Write() {
+        kernels_.lowest(rows_, count_, result_, width_);
+        rows_[0] = result_;
+        count_ = 1;
+    }
+
+private:
+    static constexpr int32 kMost = 64;
+
+    const RowKernels& kernels_;
+    uint8* result_;
+    int64 width_;
+    const uint8* rows_[kMost];
+    int32 count_ = 0;
+};
 
 int32 Erode(const WindowedPlane& plane, const uint8* mask) {
     RowRing ring(plane);
-    if (!ring.Allocate()) return kNoMemory;
-    const auto reach = static_cast<std::size_t>(plane.Reach());
-    const int32 rows = plane.window.height;
-    for (int64 i = 0; i < rows - 1; ++i) std::memcpy(ring.Row(i), plane.SourceRow(i), reach);
+    HeapArray<uint8> columns;
+    const int64 reach = plane.Reach();
+    if (!ring.Allocate() || !columns.Allocate(reach)) return kNoMemory;
+    const RowKernels& kernels = CurrentRowKernels();
+    const ImageSize window = plane.window;
+    // Of a full mask the smallest of each column is found first, for all windows that share it.
+    const int64 cells = int64{window.width} * window.height;
+    const bool full = std::find(mask, mask + cells, uint8{0}) == mask + cells;
+    const auto enter = [&](int64 row) {
+        std::memcpy(ring.Row(row), plane.SourceRow(row), static_cast<std::size_t>(reach));
+    };
+    for (int64 i = 0; i < window.height - 1; ++i) enter(i);
     for (int32 y = 0; y < plane.roi.height; ++y) {
-        const int64 entering = int64{y} + rows - 1;
-        std::memcpy(ring.Row(entering), plane.SourceRow(entering), reach);
-        uint8* result = RowAt(plane.first, plane.step, y);
-        std::fill_n(result, plane.roi.width, uint8{255});
-        for (int32 j = 0; j < rows; ++j) {
-            const uint8* cells = RowAt(mask, plane.window.width, j);
-            const uint8* source = ring.Row(int64{y} + j);
-            for (int32 i = 0; i < plane.window.width; ++i) {
-                if (cells[i] != 0) LowerRow(result, source + i, plane.roi.width);
+        enter(int64{y} + window.height - 1);
+        LowestOfRows lowest(kernels, RowAt(plane.first, plane.step, y), plane.roi.width);
+        if (full) {
+            LowestOfRows lowestOfColumns(kernels, columns.data(), reach);
+            for (int32 j = 0; j < window.height; ++j) lowestOfColumns.Add(ring.Row(int64{y} + j));
+            lowestOfColumns.Write();
+            for (int32 i = 0; i < window.width; ++i) lowest.Add(columns.data() + i);
+        } else {
+            for (int32 j = 0; j < window.height; ++j) {
+                const uint8* wanted = RowAt(mask, window.width, j);
+                for (int32 i = 0; i < window.width; ++i) {
+                    if (wanted[i] != 0) lowest.Add(ring.Row(int64{y} + j) + i);
+                }
             }
         }
+        lowest.Write();
     }
     return kOk;
 }
@@ -139,62 +174,13 @@ int32 FilterBox(const WindowedPlane& plane, Mean mean) {
     return kOk;
 }
 
-// --- the box of three by three pixels, whose sums fit words ---
-
-/// FixedPointMean of nine is a multiplication by 3641 and a shift by 15; with twice that factor the result is
-/// the product's high word.
-constexpr int32 kNinth = 7282;
-
-#ifdef __SSE2__
-
-__m128i LoadWords(const uint16* from) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)); }
-
-__m128i SumOfThree(__m128i a, __m128i b, __m128i c) { return _mm_add_epi16(_mm_add_epi16(a, b), c); }
-
-/// How many columns were summed.
-int64 SumColumnBlocks(const uint8* const (&rows)[3], uint16* sums, int64 count) {
-    const __m128i zero = _mm_setzero_si128();
-    int64 i = 0;
-    for (; count - i >= 16; i += 16) {
-        __m128i bytes[3];
-        for (int32 k = 0; k < 3; ++k) bytes[k] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows[k] + i));
-        const __m128i low = SumOfThree(_mm_unpacklo_epi8(bytes[0], zero), _mm_unpacklo_epi8(bytes[1], zero),
-                                       _mm_unpacklo_epi8(bytes[2], zero));
-        const __m128i high = SumOfThree(_mm_unpackhi_epi8(bytes[0], zero), _mm_unpackhi_epi8(bytes[1], zero),
-                                        _mm_unpackhi_epi8(bytes[2], zero));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + i), low);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + i + 8), high);
-    }
-    return i;
-}
-
-__m128i MeanOfEight(const uint16* sums) {
-    return _mm_mulhi_epu16(SumOfThree(LoadWords(sums), LoadWords(sums + 1), LoadWords(sums + 2)),
-                           _mm_set1_epi16(kNinth));
-}
-
-/// How many means were written.
-int64 MeanBlocks(const uint16* sums, uint8* result, int64 count) {
-    int64 i = 0;
-    for (; count - i >= 16; i += 16) {
-        const __m128i means = _mm_packus_epi16(MeanOfEight(sums + i), MeanOfEight(sums + i + 8));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(result + i), means);
-    }
-    return i;
-}
-
-#else
-
-int64 SumColumnBlocks(const uint8* const (&)[3], uint16*, int64) { return 0; }
-int64 MeanBlocks(const uint16*, uint8*, int64) { return 0; }
-
-#endif
-
+/// The box of three by three pixels, whose sums fit words.
 int32 FilterBox3x3(const WindowedPlane& plane) {
     RowRing ring(plane);
     HeapArray<uint16> sums;
     const int64 reach = plane.Reach();
     if (!ring.Allocate() || !sums.Allocate(reach)) return kNoMemory;
+    const RowKernels& kernels = CurrentRowKernels();
     const auto enter = [&](int64 row) {
         std::memcpy(ring.Row(row), plane.SourceRow(row), static_cast<std::size_t>(reach));
     };
@@ -203,13 +189,8 @@ int32 FilterBox3x3(const WindowedPlane& plane) {
     for (int64 y = 0; y < plane.roi.height; ++y) {
         enter(y + 2);
         const uint8* const rows[3] = {ring.Row(y), ring.Row(y + 1), ring.Row(y + 2)};
-        for (int64 i = SumColumnBlocks(rows, sums.data(), reach); i < reach; ++i) {
-            sums[i] = static_cast<uint16>(rows[0][i] + rows[1][i] + rows[2][i]);
-        }
-        uint8* result = RowAt(plane.first, plane.step, static_cast<int32>(y));
-        for (int64 x = MeanBlocks(sums.data(), result, plane.roi.width); x < plane.roi.width; ++x) {
-            result[x] = static_cast<uint8>((sums[x] + sums[x + 1] + sums[x + 2]) * kNinth >> 16);
-        }
+        kernels.sumOfThree(rows, sums.data(), reach);
+        kernels.meanOfNine(sums.data(), RowAt(plane.first, plane.step, static_cast<int32>(y)), plane.roi.width);
     }
     return kOk;
 }

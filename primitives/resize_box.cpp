@@ -2,24 +2,12 @@
 // sums are floats, rounded at every addition, rows first, then columns.
 #include "primitives/heap_array.h"
 #include "primitives/resize_frame.h"
+#include "primitives/row_kernels.h"
 
 #include <cmath>
 
 namespace orvane {
 namespace {
-
-/// The part of an axis that one result pixel covers: `head` of pixel `first` (unless 0), then `whole`
-/// pixels, then `tail` (unless 0) of the pixel after them.
-struct BoxSpan {
-    int64 first;
-    int64 whole;
-    double head;
-    double tail;
-
-    int64 FirstWhole() const { return first + (head > 0.0 ? 1 : 0); }
-    int64 Tail() const { return FirstWhole() + whole; }
-    int64 End() const { return Tail() + (tail > 0.0 ? 1 : 0); }
-};
 
 double Worth(double weight) { return weight > kPositionNudge ? weight : 0.0; }
 
@@ -40,36 +28,32 @@ bool FillTable(const ResizeAxis& axis, HeapArray<BoxSpan>& table) {
     return true;
 }
 
-void AddRow(const uint8* row, int64 count, float* sums) {
-    for (int64 x = 0; x < count; ++x) sums[x] += static_cast<float>(row[x]);
-}
+/// The sums of some rows: `Add` collects them, `Write` adds them up.
+class RowSums {
+public:
+    RowSums(const RowKernels& kernels, float* sums, int64 count) : kernels_(kernels), sums_(sums), width_(count) {}
 
-void AddWeightedRow(const uint8* row, int64 count, double weight, float* sums) {
-    for (int64 x = 0; x < count; ++x) sums[x] = static_cast<float>(sums[x] + weight * row[x]);
-}
-
-template <int32 Channels>
-void AverageColumns(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out) {
-    for (int32 j = 0; j < count; ++j, out += Channels) {
-        const BoxSpan& span = spans[j];
-        const float* p = sums + static_cast<std::ptrdiff_t>(span.first) * Channels;
-        float total[Channels] = {};
-        if (span.head > 0.0) {
-            for (int32 c = 0; c < Channels; ++c) total[c] = static_cast<float>(total[c] + span.head * p[c]);
-            p += Channels;
-        }
-        for (int64 n = span.whole; n > 0; --n, p += Channels) {
-            for (int32 c = 0; c < Channels; ++c) total[c] += p[c];
-        }
-        if (span.tail > 0.0) {
-            for (int32 c = 0; c < Channels; ++c) total[c] = static_cast<float>(total[c] + span.tail * p[c]);
-        }
-        for (int32 c = 0; c < Channels; ++c) {
-            // Rounded additions of a huge box may pass white.
-            out[c] = static_cast<uint8>(std::min(static_cast<int32>(total[c] * scale + 0.5), 255));
-        }
+    void Add(const uint8* row, double weight) {
+        if (count_ == kMost) Write();
+        rows_[count_++] = {row, weight};
     }
-}
+
+    void Write() {
+        kernels_.boxRows(rows_, count_, goesOn_, sums_, width_);
+        goesOn_ = true;
+        count_ = 0;
+    }
+
+private:
+    static constexpr int32 kMost = 16;
+
+    const RowKernels& kernels_;
+    float* sums_;
+    int64 width_;
+    WeightedRow rows_[kMost];
+    int32 count_ = 0;
+    bool goesOn_ = false;
+};
 
 } // namespace
 
@@ -84,20 +68,22 @@ int32 ResizeBoxAverage(const ResizeFrame& frame) {
     const int64 covered = columns[frame.columns.written - 1].End();
     const int64 read = std::min<int64>(covered, frame.columns.length) * Channels;
     HeapArray<float> sums;
-    if (!sums.Allocate(covered * Channels)) return kNoMemory;
+    if (!sums.Allocate(covered * Channels + 1)) return kNoMemory;
+    const RowKernels& kernels = CurrentRowKernels();
     const auto row = [&](int64 y) {
         return RegionRow(frame, Channels, static_cast<int32>(std::min<int64>(y, frame.rows.length - 1)));
     };
     const double scale = frame.columns.factor * frame.rows.factor;
     for (int32 i = 0; i < frame.rows.written; ++i) {
         const BoxSpan& span = rows[i];
-        std::fill_n(sums.data(), read, 0.0f);
-        if (span.head > 0.0) AddWeightedRow(row(span.first), read, span.head, sums.data());
-        for (int64 y = span.FirstWhole(); y < span.Tail(); ++y) AddRow(row(y), read, sums.data());
-        if (span.tail > 0.0) AddWeightedRow(row(span.Tail()), read, span.tail, sums.data());
+        RowSums rowSums(kernels, sums.data(), read);
+        if (span.head > 0.0) rowSums.Add(row(span.first), span.head);
+        for (int64 y = span.FirstWhole(); y < span.Tail(); ++y) rowSums.Add(row(y), 1.0);
+        if (span.tail > 0.0) rowSums.Add(row(span.Tail()), span.tail);
+        rowSums.Write();
         for (int64 x = read; x < covered * Channels; ++x) sums[x] = sums[x - Channels];
-        AverageColumns<Channels>(sums.data(), columns.data(), frame.columns.written, scale,
-                                 RowAt(frame.dst, frame.dstStep, i));
+        const auto average = Channels == 3 ? kernels.boxColumns3 : kernels.boxColumns1;
+        average(sums.data(), columns.data(), frame.columns.written, scale, RowAt(frame.dst, frame.dstStep, i));
     }
     return kOk;
 }

@@ -1,5 +1,6 @@
 // Cubic interpolation: the polynomial through four neighbours. A source row is interpolated once,
 // into the slot of a ring of four that its number modulo four names.
+#include "primitives/column_table.h"
 #include "primitives/heap_array.h"
 #include "primitives/resize_frame.h"
 
@@ -41,35 +42,26 @@ bool FillTable(const ResizeAxis& axis, HeapArray<CubicSample>& table) {
     return true;
 }
 
-inline double Polynomial(double s0, double s1, double s2, double s3, double a, double b, double c) {
-    const double d1 = s1 - s0;
-    const double d2 = (s2 - s1) - d1;
-    const double d3 = (s1 - 2.0 * s2 + s3) - d2;
-    return s0 + a * d1 + b * d2 + c * d3;
-}
-
-template <int32 Channels>
-void InterpolateRow(const uint8* row, const CubicSample* samples, int32 count, float* out) {
-    for (int32 j = 0; j < count; ++j, out += Channels) {
-        const CubicSample& s = samples[j];
-        const uint8* p = row + static_cast<std::ptrdiff_t>(s.first) * Channels;
-        for (int32 c = 0; c < Channels; ++c) {
-            out[c] = static_cast<float>(
-                Polynomial(p[c], p[c + Channels], p[c + 2 * Channels], p[c + 3 * Channels], s.a, s.b, s.c));
+/// The weights of each element, channel by channel.
+class WeightTable {
+public:
+    bool Fill(const CubicSample* samples, int32 count, int32 channels) {
+        const int64 elements = int64{count} * channels;
+        if (!a_.Allocate(elements) || !b_.Allocate(elements) || !c_.Allocate(elements)) return false;
+        for (int64 i = 0; i < elements; ++i) {
+            const CubicSample& sample = samples[i / channels];
+            a_[i] = sample.a;
+            b_[i] = sample.b;
+            c_[i] = sample.c;
         }
+        return true;
     }
-}
 
-void CombineRows(const float* s0, const float* s1, const float* s2, const float* s3, const CubicSample& sample,
-                 uint8* out, int64 count) {
-    const double a = sample.a;
-    const double b = sample.b;
-    const double c = static_cast<float>(sample.c);
-    for (int64 x = 0; x < count; ++x) {
-        const double v = Polynomial(s0[x], s1[x], s2[x], s3[x], a, b, c) + 0.5000001;
-        out[x] = static_cast<uint8>(std::clamp(static_cast<int32>(v), 0, 255));
-    }
-}
+    CubicWeights Weights() const { return {a_.data(), b_.data(), c_.data()}; }
+
+private:
+    HeapArray<double> a_, b_, c_;
+};
 
 } // namespace
 
@@ -85,6 +77,14 @@ int32 ResizeCubic(const ResizeFrame& frame) {
     for (HeapArray<float>& line : ring) {
         if (!line.Allocate(elements)) return kNoMemory;
     }
+    WeightTable weights;
+    ColumnTable table;
+    const auto firstOf = [&columns](int32 j) { return columns[j].first; };
+    if (!weights.Fill(columns.data(), frame.columns.written, Channels) ||
+        !table.Fill(frame.columns, Channels, kRing, firstOf)) {
+        return kNoMemory;
+    }
+    const RowKernels& kernels = CurrentRowKernels();
     int32 held[kRing] = {kNone, kNone, kNone, kNone}; // source rows, counted from the source's first
     for (int32 i = 0; i < frame.rows.written; ++i) {
         const float* lines[kRing];
@@ -94,10 +94,11 @@ int32 ResizeCubic(const ResizeFrame& frame) {
             lines[k] = ring[slot].data();
             if (held[slot] == y) continue;
             held[slot] = y;
-            InterpolateRow<Channels>(RegionRow(frame, Channels, rows[i].first + k), columns.data(),
-                                     frame.columns.written, ring[slot].data());
+            kernels.cubicColumns(RegionRow(frame, Channels, rows[i].first + k), table.Plan(), Channels,
+                                 weights.Weights(), elements, ring[slot].data());
         }
-        CombineRows(lines[0], lines[1], lines[2], lines[3], rows[i], RowAt(frame.dst, frame.dstStep, i), elements);
+        kernels.cubicRows(lines, rows[i].a, rows[i].b, static_cast<float>(rows[i].c), elements,
+                          RowAt(frame.dst, frame.dstStep, i));
     }
     return kOk;
 }

@@ -1,11 +1,9 @@
 // Linear interpolation in 14-bit fixed point; rows between the two passes hold 6 fractional bits.
+#include "primitives/column_table.h"
 #include "primitives/heap_array.h"
 #include "primitives/resize_frame.h"
 
 #include <utility>
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 namespace orvane {
 namespace {
@@ -36,47 +34,6 @@ bool FillTable(const ResizeAxis& axis, HeapArray<LinearSample>& table) {
     return true;
 }
 
-template <int32 Channels>
-void InterpolateRow(const uint8* row, const LinearSample* samples, int32 count, int16* out) {
-    for (int32 j = 0; j < count; ++j, out += Channels) {
-        const uint8* pixel = row + static_cast<std::ptrdiff_t>(samples[j].first) * Channels;
-        const int32 f = samples[j].weight;
-        for (int32 c = 0; c < Channels; ++c) {
-            out[c] = static_cast<int16>(((kOne - f) * pixel[c] + f * pixel[c + Channels] + 128) >> 8);
-        }
-    }
-}
-
-constexpr int32 kHalf = 1 << 19; // of the 20 fractional bits between two rows
-
-#ifdef __SSE2__
-
-/// Four elements between those of two rows, which stand in turn; `weights` likewise.
-__m128i BetweenFour(__m128i inTurn, __m128i weights) {
-    return _mm_srai_epi32(_mm_add_epi32(_mm_madd_epi16(inTurn, weights), _mm_set1_epi32(kHalf)), 20);
-}
-
-/// How many elements were written.
-int64 InterpolateColumnBlocks(const int16* r0, const int16* r1, int32 f, int64 elements, uint8* out) {
-    const __m128i weights =
-        _mm_unpacklo_epi16(_mm_set1_epi16(static_cast<int16>(kOne - f)), _mm_set1_epi16(static_cast<int16>(f)));
-    int64 x = 0;
-    for (; elements - x >= 8; x += 8) {
-        const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(r0 + x));
-        const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(r1 + x));
-        const __m128i words = _mm_packs_epi32(BetweenFour(_mm_unpacklo_epi16(a, b), weights),
-                                              BetweenFour(_mm_unpackhi_epi16(a, b), weights));
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + x), _mm_packus_epi16(words, words));
-    }
-    return x;
-}
-
-#else
-
-int64 InterpolateColumnBlocks(const int16*, const int16*, int32, int64, uint8*) { return 0; }
-
-#endif
-
 } // namespace
 
 template <int32 Channels>
@@ -86,10 +43,20 @@ int32 ResizeLinear(const ResizeFrame& frame) {
     const int64 elements = int64{frame.columns.written} * Channels;
     HeapArray<int16> line0;
     HeapArray<int16> line1;
+    HeapArray<int16> weights;
+    ColumnTable table;
+    const auto firstOf = [&columns](int32 j) { return columns[j].first; };
     if (!FillTable(frame.columns, columns) || !FillTable(frame.rows, rows) || !line0.Allocate(elements) ||
-        !line1.Allocate(elements)) {
+        !line1.Allocate(elements) || !weights.Allocate(2 * elements) ||
+        !table.Fill(frame.columns, Channels, 2, firstOf)) {
         return kNoMemory;
     }
+    for (int64 i = 0; i < elements; ++i) {
+        const int32 weight = columns[i / Channels].weight;
+        weights[2 * i] = static_cast<int16>(kOne - weight);
+        weights[2 * i + 1] = static_cast<int16>(weight);
+    }
+    const RowKernels& kernels = CurrentRowKernels();
     // Source rows that the two lines hold; the first is never needed before the region's row -1.
     constexpr int32 kNone = -2;
     int16* lines[2] = {line0.data(), line1.data()};
@@ -103,16 +70,10 @@ int32 ResizeLinear(const ResizeFrame& frame) {
         for (int32 k = 0; k < 2; ++k) {
             if (held[k] == sample.first + k) continue;
             held[k] = sample.first + k;
-            InterpolateRow<Channels>(RegionRow(frame, Channels, held[k]), columns.data(), frame.columns.written,
-                                     lines[k]);
+            kernels.linearColumns(RegionRow(frame, Channels, held[k]), table.Plan(), Channels, weights.data(), elements,
+                                  lines[k]);
         }
-        const int16* r0 = lines[0];
-        const int16* r1 = lines[1];
-        const int32 f = sample.weight;
-        uint8* out = RowAt(frame.dst, frame.dstStep, i);
-        for (int64 x = InterpolateColumnBlocks(r0, r1, f, elements, out); x < elements; ++x) {
-            out[x] = static_cast<uint8>((r1[x] * f + r0[x] * (kOne - f) + kHalf) >> 20);
-        }
+        kernels.linearRows(lines[0], lines[1], sample.weight, elements, RowAt(frame.dst, frame.dstStep, i));
     }
     return kOk;
 }

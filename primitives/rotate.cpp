@@ -5,6 +5,7 @@
 
 #include "primitives/rotate_linear.h"
 #include "primitives/rotation_map.h"
+#include "primitives/row_kernels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -71,6 +72,7 @@ int32 RotateExactly(RotateFrame f) {
     const Range columns = CutRange(seenColumns, f.part.x, f.part.width);
     const Range rows = CutRange(seenRows, f.part.y, f.part.height);
 
+    const RowKernels& kernels = CurrentRowKernels();
     constexpr int64 kBlock = 64;
     const std::ptrdiff_t along = std::ptrdiff_t{cosine} * Channels + std::ptrdiff_t{sine} * f.srcStep;
     for (int64 left = columns.first; left <= columns.last; left += kBlock) {
@@ -80,6 +82,10 @@ int32 RotateExactly(RotateFrame f) {
             const auto v = static_cast<int32>(sine * (left - xShift) + cosine * (y - yShift));
             const uint8* from = SourcePixel<Channels>(f, u, v);
             uint8* to = DestinationPixel<Channels>(f, static_cast<int32>(left), static_cast<int32>(y));
+            if (Channels == 3 && along == -3) {
+                kernels.reverse(from, to, right - left + 1);
+                continue;
+            }
             for (int64 i = 0; i <= right - left; ++i, to += Channels) {
                 for (int32 c = 0; c < Channels; ++c) to[c] = from[i * along + c];
             }

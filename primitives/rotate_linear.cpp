@@ -11,6 +11,10 @@
 // doubt. In all less than 2^-11.6. The doubles' own errors are far smaller.
 #include "primitives/rotate_linear.h"
 
+#include "primitives/row_kernels.h"
+
+#include <limits>
+
 #ifdef __SSE2__
 #include <algorithm>
 #include <cstring>
@@ -261,11 +265,34 @@ void SampleExactly(const LinearPath& path, SourcePosition& at, int64 count, uint
     }
 }
 
+/// What a wide kernel leaves to the doubles.
+template <int32 Channels>
+void SampleFrom(const TurnedPath& path, double u, double v, uint8* to) {
+    SampleOne<Channels>({path.src, path.srcSize, path.srcStep, {path.uStep, path.vStep}}, {u, v}, to);
+}
+
+bool Offsets32(const LinearPath& path) {
+    return path.srcSize.height <= std::numeric_limits<int32>::max() / path.srcStep;
+}
+
+template <int32 Channels>
+auto TurnedRow() {
+    return Channels == 3 ? CurrentRowKernels().turnedRow3 : CurrentRowKernels().turnedRow1;
+}
+
 } // namespace
 
 template <int32 Channels>
 void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uint8* to) {
     const LinearPath way = path; // which nothing that is written can change
+    const TurnedPath turned = {path.src,
+                               path.srcSize,
+                               path.srcStep,
+                               path.step.u,
+                               path.step.v,
+                               BytesAhead(path, Channels),
+                               SampleFrom<Channels>};
+    const auto turnedRow = Offsets32(path) ? TurnedRow<Channels>() : nullptr;
 #ifdef __SSE2__
     constexpr int64 kShortestPiece = 8;
     int64 piece = kLongestPiece;
@@ -276,7 +303,9 @@ void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uin
             piece /= 2;
             continue;
         }
-        const int64 rest = inside ? SamplePiece<Channels>(way, at, piece, to) : piece;
+        int64 rest = piece;
+        if (inside && turnedRow != nullptr) rest = turnedRow(turned, at.u, at.v, rest, to);
+        if (inside) rest = SamplePiece<Channels>(way, at, rest, to + (piece - rest) * Channels);
         SampleExactly<Channels>(way, at, rest, to + (piece - rest) * Channels);
         to += piece * Channels;
         count -= piece;

@@ -11,6 +11,9 @@
 namespace orvane {
 
 double ReducedAngle(double angle) {
+    // Whole turns taken away as a product are exact as long as that is: farther out a remainder is, at any distance.
+    constexpr double kFarthest = 9007199254740992.0; // 2^53
+    if (std::abs(angle) >= kFarthest) angle = std::fmod(angle, 360.0);
     const double reduced = angle - std::trunc(angle / 360.0) * 360.0;
     return reduced < 0.0 ? reduced + 360.0 : reduced;
 }

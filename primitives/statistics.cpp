@@ -1,6 +1,8 @@
 // Counting operations: one pass over the pixels, then arithmetic on what was counted.
 #include "primitives/statistics.h"
 
+#include "primitives/row_kernels.h"
+
 #include <algorithm>
 
 namespace orvane::generic {
@@ -14,11 +16,9 @@ int32 primCountInRange_8u_C3(const uint8* src, int32 srcStep, ImageSize roi, int
         if (lower[c] > upper[c]) return kBadRange;
     }
     uint32 found[3] = {0, 0, 0};
+    const RowKernels& kernels = CurrentRowKernels();
     for (int32 y = 0; y < roi.height; ++y) {
-        const uint8* pixel = RowAt(src, srcStep, y);
-        for (int32 x = 0; x < roi.width; ++x, pixel += 3) {
-            for (int32 c = 0; c < 3; ++c) found[c] += pixel[c] >= lower[c] && pixel[c] <= upper[c] ? 1u : 0u;
-        }
+        kernels.countInRange(RowAt(src, srcStep, y), roi.width, lower, upper, found);
     }
     for (int32 c = 0; c < 3; ++c) counts[c] = static_cast<int32>(found[c]);
     return kOk;

@@ -139,6 +139,23 @@ TEST(Haar, KeepsAndRemovesTheSameWindowsAsThePlainForm) {
     EXPECT_GT(removed, 1000);
 }
 
+TEST(Haar, AValueThatIsNoNumberLetsNoStageBeDecidedEarly) {
+    Random random;
+    int32 kept = 0;
+    int32 removed = 0;
+    const float odd[] = {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+                         -std::numeric_limits<float>::infinity()};
+    for (int32 round = 0; round < 120; ++round) {
+        auto classifiers = RandomClassifiers(12, 8, random);
+        Classifier& chosen = classifiers[static_cast<std::size_t>(random.Int(0, 11))];
+        (round % 2 == 0 ? chosen.val2 : chosen.val1) = odd[round / 2 % 3];
+        Judge(classifiers, 8, {20, 5}, random, &kept, &removed);
+        if (HasFatalFailure()) return;
+    }
+    EXPECT_GT(kept, 1000) << "the stages must decide both ways";
+    EXPECT_GT(removed, 1000);
+}
+
 TEST(Haar, AStageOfManyHundredRectanglesWorksTheSame) {
     Random random;
     int32 kept = 0;

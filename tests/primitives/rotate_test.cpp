@@ -400,6 +400,41 @@ TEST_F(RotateStatus, ThenAnAngleThatIsNoNumberThenASmallSourceThenNothingToWrite
     EXPECT_EQ(kEmptyResult, Call({2, 2}, 6, kAll, 6, {0, 0, 1, 1}, 0, 0.25, 0.25, kLinear));
 }
 
+TEST_F(RotateStatus, AnAngleThatIsNoNumberIsDegenerateInEveryEntry) {
+    uint8 to[2 * 6] = {};
+    for (const double angle : {kNan, -kNan, kInfinity, -kInfinity}) {
+        EXPECT_EQ(kDegenerateTransform, Call({2, 2}, 6, kAll, 6, kAll, angle, 0, 0, kNearest)) << angle;
+        EXPECT_EQ(kDegenerateTransform, primRotateCenter_8u_C1(to, {2, 2}, 6, kAll, to, 6, kAll, angle, 1, 1, kLinear));
+        EXPECT_EQ(kDegenerateTransform, primRotateCenter_8u_C3(to, {2, 2}, 6, kAll, to, 6, kAll, angle, 1, 1, kLinear));
+        double x = 0, y = 0, quad[4][2], bound[2][2];
+        EXPECT_EQ(kOk, primGetRotateShift(1, 1, angle, &x, &y));
+        EXPECT_TRUE(std::isnan(x) && std::isnan(y)) << angle;
+        EXPECT_EQ(kOk, primGetRotateQuad(kAll, quad, angle, 0, 0));
+        EXPECT_TRUE(std::isnan(quad[2][0])) << angle;
+        EXPECT_EQ(kOk, primGetRotateBound(kAll, bound, angle, 0, 0));
+    }
+}
+
+TEST(Rotate, ByAHugeAngleIsByWhatIsLeftOfItAfterWholeTurns) {
+    // Doubles, and their exact remainders of 360.
+    const struct {
+        double angle, remainder;
+    } table[] = {{0x1p53, 32}, {0x1p60, 136}, {1e22, 280}, {1e27, 352}, {1e300, 0}};
+    Random random;
+    const Bytes src = Bytes::Source(3 * 9, 7, random);
+    for (const auto& [angle, remainder] : table) {
+        for (const double sign : {1.0, -1.0}) {
+            Bytes turned = Bytes::Output(3 * 9, 9, random), expected = turned;
+            const auto turn = [&](double by, Bytes& to) {
+                return primRotateCenter_8u_C3(src.Data(), {9, 7}, src.Step(), {0, 0, 9, 7}, to.Data(), to.Step(),
+                                              {0, 0, 9, 9}, by, 4, 3, kLinear);
+            };
+            EXPECT_EQ(turn(sign * remainder, expected), turn(sign * angle, turned)) << angle;
+            ASSERT_SAME_PLANE(uint8, turned, expected) << angle;
+        }
+    }
+}
+
 TEST(Rotate, ReadsOnlyTheSourceHoweverFarTheShiftsAre) {
     // Positions near 2^31, where a double's steps are coarse: a few destination columns, far out.
     Random random;

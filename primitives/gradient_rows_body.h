@@ -1,0 +1,183 @@
+// The text of the kernels of gradients and of the edges that follow from them.
+#pragma once
+
+#include "primitives/byte_vectors.h"
+#include "primitives/row_kernels.h"
+
+namespace orvane {
+namespace {
+
+constexpr int32 kWords = kBytes / 2;
+using Words = int16 __attribute__((vector_size(kBytes)));
+
+inline Words WordsAt(const int16* from) { return reinterpret_cast<Words>(LoadBytes(from)); }
+#if ORVANE_WIDE
+inline Words WordsAt(const uint8* from) {
+    return reinterpret_cast<Words>(_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
+}
+#else
+inline Words WordsAt(const uint8* from) {
+    return reinterpret_cast<Words>(LowWords(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
+}
+#endif
+
+// --- sums of a separable filter, which stay inside 16 bits ---
+
+/// `at(k)` tells where entry k of the kernel finds its elements.
+template <int16... Entries, typename At>
+inline void SumBlock(At at, int16* to, int32 x) {
+    constexpr int16 kEntries[] = {Entries...};
+    Words sum{};
+#pragma GCC unroll 5
+    for (int32 k = 0; k < static_cast<int32>(sizeof...(Entries)); ++k) {
+        if (kEntries[k] != 0) sum += kEntries[k] * WordsAt(at(k) + x);
+    }
+    StoreBytes(to + x, reinterpret_cast<Vector>(sum));
+}
+
+template <int16... Entries, typename At>
+inline void WeightedSums(At at, int16* to, int32 count) {
+    constexpr int16 kEntries[] = {Entries...};
+    int32 x = 0;
+    for (; count - x >= kWords; x += kWords) SumBlock<Entries...>(at, to, x);
+    if (x < count && count >= kWords) {
+        SumBlock<Entries...>(at, to, count - kWords);
+        return;
+    }
+    for (; x < count; ++x) {
+        int32 sum = 0;
+        for (int32 k = 0; k < static_cast<int32>(sizeof...(Entries)); ++k) sum += kEntries[k] * at(k)[x];
+        to[x] = static_cast<int16>(sum);
+    }
+}
+
+template <int16... Entries>
+void RunColumnSums(const uint8* const* rows, int16* to, int32 count) {
+    WeightedSums<Entries...>([rows](int32 k) { return rows[k]; }, to, count);
+}
+
+template <int16... Entries>
+void RunRowSums(const int16* line, int16* to, int32 count) {
+    WeightedSums<Entries...>([line](int32 k) { return line + k; }, to, count);
+}
+
+// --- edges ---
+
+#if ORVANE_WIDE
+inline Vector LowPairs(Vector a, Vector b) { return _mm256_unpacklo_epi16(a, b); }
+inline Vector HighPairs(Vector a, Vector b) { return _mm256_unpackhi_epi16(a, b); }
+inline Vector SumsOfProducts(Vector a, Vector b) { return _mm256_madd_epi16(a, b); }
+inline Vector AreAbove(Vector a, Vector b) { return _mm256_cmpgt_epi16(a, b); }
+inline Vector SplatWord(int16 v) { return _mm256_set1_epi16(v); }
+inline Vector LargerWords(Vector a, Vector b) { return _mm256_max_epi16(a, b); }
+inline Vector PackMasks(Vector low, Vector high) {
+    return _mm256_permute4x64_epi64(_mm256_packs_epi16(low, high), 0xD8);
+}
+#else
+inline Vector LowPairs(Vector a, Vector b) { return _mm_unpacklo_epi16(a, b); }
+inline Vector HighPairs(Vector a, Vector b) { return _mm_unpackhi_epi16(a, b); }
+inline Vector SumsOfProducts(Vector a, Vector b) { return _mm_madd_epi16(a, b); }
+inline Vector AreAbove(Vector a, Vector b) { return _mm_cmpgt_epi16(a, b); }
+inline Vector SplatWord(int16 v) { return _mm_set1_epi16(v); }
+inline Vector LargerWords(Vector a, Vector b) { return _mm_max_epi16(a, b); }
+inline Vector PackMasks(Vector low, Vector high) { return _mm_packs_epi16(low, high); }
+#endif
+
+inline Vector Magnitudes(Vector v) { return LargerWords(v, SubtractWords(Zero(), v)); }
+inline int32 Magnitude(int32 v) { return v < 0 ? -v : v; }
+
+int32 RunLargestComponent(const int16* gradient, int32 width) {
+    const Vector none = Zero();
+    Vector largest = none;
+    int32 x = 0;
+    // Of -32768 the magnitude is itself: below 0, but not above it as an unsigned number.
+    for (; width - x >= kWords; x += kWords) largest = Either(largest, Magnitudes(LoadBytes(gradient + x)));
+    uint16 lanes[kWords];
+    StoreBytes(lanes, largest);
+    int32 bits = 0;
+    for (int32 i = 0; i < kWords; ++i) bits |= lanes[i];
+    for (; x < width; ++x) bits |= Magnitude(gradient[x]);
+    return bits;
+}
+
+void RunMagnitudes(const int16* dx, const int16* dy, int32 width, int32 low, int16* to) {
+    const Vector limit = SplatWord(static_cast<int16>(low));
+    int32 x = 0;
+    for (; width - x >= kWords; x += kWords) {
+        const Vector m = AddWords(Magnitudes(LoadBytes(dx + x)), Magnitudes(LoadBytes(dy + x)));
+        StoreBytes(to + x, Both(m, AreAbove(m, limit)));
+    }
+    for (; x < width; ++x) {
+        const int32 m = Magnitude(dx[x]) + Magnitude(dy[x]);
+        to[x] = static_cast<int16>(m > low ? m : 0);
+    }
+}
+
+/// Where (a + b)^2 < 2 a^2, that is b < (sqrt(2) - 1) a: b lies within an eighth of a turn around a's axis. No whole
+/// numbers but 0 are so near to the bound that a comparison in doubles could err.
+inline Vector IsAlong(Vector a, Vector sum) {
+    const Vector minusTwice = SubtractWords(Zero(), AddWords(a, a));
+    return NegativeWords(PackNumbers(SumsOfProducts(LowPairs(sum, a), LowPairs(sum, minusTwice)),
+                                     SumsOfProducts(HighPairs(sum, a), HighPairs(sum, minusTwice))));
+}
+
+struct RidgeMasks {
+    Vector ridge, strong;
+};
+
+inline RidgeMasks RidgesAt(const EdgeRows16& r, int32 x, Vector high) {
+    const auto at = [x](const int16* row, int32 beside) { return LoadBytes(row + x + beside); };
+    const Vector dx = at(r.dx, 0), dy = at(r.dy, 0), m = at(r.here, 0);
+    const Vector a = Magnitudes(dx), b = Magnitudes(dy), sum = AddWords(a, b);
+    const Vector alongX = IsAlong(a, sum), alongY = IsAlong(b, sum);
+    const Vector axial = Either(alongX, alongY);
+#if ORVANE_WIDE
+    const Vector rising = NegativeWords(_mm256_xor_si256(dx, dy));
+#else
+    const Vector rising = NegativeWords(_mm_xor_si128(dx, dy));
+#endif
+    const Vector first =
+        Choose(axial, Choose(alongX, at(r.here, -1), at(r.above, 0)), Choose(rising, at(r.above, 1), at(r.above, -1)));
+    const Vector second =
+        Choose(axial, Choose(alongX, at(r.here, 1), at(r.below, 0)), Choose(rising, at(r.below, -1), at(r.below, 1)));
+    // An axial plateau's first pixel stays; of a diagonal one none.
+    const Vector ridge = Both(AreAbove(m, first), AreAbove(m, AddWords(second, axial)));
+    return {ridge, AreAbove(m, high)};
+}
+
+inline void MarkBlock(const EdgeRows16& r, int32 x, Vector high, uint8* mark) {
+    const RidgeMasks low = RidgesAt(r, x, high), upper = RidgesAt(r, x + kWords, high);
+    const Vector ridge = PackMasks(low.ridge, upper.ridge), strong = PackMasks(low.strong, upper.strong);
+    StoreBytes(mark + x, Both(ridge, Either(strong, Splat(128))));
+}
+
+inline uint8 MarkOf(const EdgeRows16& r, int32 x, int32 high) {
+    const int32 m = r.here[x], a = Magnitude(r.dx[x]), b = Magnitude(r.dy[x]);
+    const int32 square = (a + b) * (a + b);
+    const bool alongX = square < 2 * a * a, alongY = square < 2 * b * b, rising = (r.dx[x] ^ r.dy[x]) < 0;
+    const int32 first = alongX ? r.here[x - 1] : alongY ? r.above[x] : rising ? r.above[x + 1] : r.above[x - 1];
+    const int32 second = alongX ? r.here[x + 1] : alongY ? r.below[x] : rising ? r.below[x - 1] : r.below[x + 1];
+    if (m <= first || m <= second - (alongX || alongY ? 1 : 0)) return 0;
+    return m > high ? 255 : 128;
+}
+
+void RunMarkRidges(const EdgeRows16& rows, int32 width, int32 high, uint8* mark) {
+    const EdgeRows16 r = rows; // which no mark can change
+    const Vector limit = SplatWord(static_cast<int16>(high));
+    int32 x = 0;
+    for (; width - x >= kBytes; x += kBytes) MarkBlock(r, x, limit, mark);
+    if (x < width && width >= kBytes) {
+        MarkBlock(r, width - kBytes, limit, mark);
+        return;
+    }
+    for (; x < width; ++x) mark[x] = MarkOf(r, x, high);
+}
+
+void RunKeepEdges(const uint8* mark, uint8* to, int32 width) {
+    int32 x = 0;
+    for (; width - x >= kBytes; x += kBytes) StoreBytes(to + x, Equal(LoadBytes(mark + x), Splat(255)));
+    for (; x < width; ++x) to[x] = mark[x] == 255 ? 255 : 0;
+}
+
+} // namespace
+} // namespace orvane

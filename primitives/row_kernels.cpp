@@ -1,0 +1,11 @@
+#include "primitives/row_kernels.h"
+
+#include "primitives/instruction_set.h"
+
+namespace orvane {
+
+const RowKernels& CurrentRowKernels() {
+    return CurrentInstructionSet() == InstructionSet::avx2 ? kRowKernels256 : kRowKernels128;
+}
+
+} // namespace orvane

@@ -1,0 +1,197 @@
+// The inner loops of the primitives over the pixels of a row, each in a form for every instruction set that it pays
+// for. All forms have the same results to the bit. Rows may lie at any address; nothing beside them is touched.
+#pragma once
+
+#include "primitives/types.h"
+
+namespace orvane {
+
+/// What is above `most` becomes `aboveMost`, else what is below `least` becomes `belowLeast`.
+struct ByteLimits {
+    uint8 least;
+    uint8 belowLeast;
+    uint8 most;
+    uint8 aboveMost;
+};
+
+/// Rows around one of a picture's edges. Those of magnitudes have a 0 at both ends and no component above 16383.
+struct EdgeRows16 {
+    const int16* dx;
+    const int16* dy;
+    const int16* above;
+    const int16* here;
+    const int16* below;
+};
+
+/// Rows of integral images, after their first columns.
+struct IntegralRows {
+    const float* sumAbove;
+    float* sum;
+    const double* squaresAbove;
+    double* squares;
+};
+
+/// The four corner rows of a rectangle that slides along one row of positions.
+struct RectRows {
+    const float* sumTop;
+    const float* sumBottom;
+    const double* squareTop;
+    const double* squareBottom;
+    int32 width;
+    double area;
+};
+
+/// Kernels of the gradient filters; entry k meets the element at offset k - radius.
+enum GradientKernel : int32 { kDifference3, kSobelSmooth3, kScharrSmooth3, kDifference5, kSobelSmooth5 };
+inline constexpr int32 kGradientKernels = 5;
+
+/// Some neighbouring elements of a scaled row whose source lies within kColumnReach bytes from `base` on.
+inline constexpr int32 kColumnBlock = 8;
+inline constexpr int32 kColumnReach = 16;
+inline constexpr std::ptrdiff_t kNoColumnBlock = PTRDIFF_MIN; // as base: their source lies too far apart
+struct ColumnBlock {
+    std::ptrdiff_t base;
+    uint8 places[kColumnBlock]; // from the base
+};
+
+/// Where each element of a scaled row comes from, alone and in blocks.
+struct ColumnPlan {
+    const std::ptrdiff_t* offsets;
+    const ColumnBlock* blocks;
+};
+
+/// Of each element of a row.
+struct CubicWeights {
+    const double* a;
+    const double* b;
+    const double* c;
+};
+
+struct WeightedRow {
+    const uint8* row;
+    double weight;
+};
+
+/// The part of an axis that one result pixel covers: `head` of pixel `first` (unless 0), then `whole`
+/// pixels, then `tail` (unless 0) of the pixel after them.
+struct BoxSpan {
+    int64 first;
+    int64 whole;
+    double head;
+    double tail;
+
+    int64 FirstWhole() const { return first + (head > 0.0 ? 1 : 0); }
+    int64 Tail() const { return FirstWhole() + whole; }
+    int64 End() const { return Tail() + (tail > 0.0 ? 1 : 0); }
+};
+
+/// The way through a picture from one sample of a turned row to the next; offsets in the picture fit 32 bits.
+struct TurnedPath {
+    const uint8* src;
+    ImageSize srcSize;
+    int32 srcStep;
+    double uStep;
+    double vStep;
+    std::ptrdiff_t ahead; // from a sample to one that a later row will read
+    /// Takes a sample in doubles.
+    void (*exactly)(const TurnedPath& path, double u, double v, uint8* to);
+};
+
+struct RowKernels {
+    /// Hue, saturation and value of three interleaved channels; `dst` may be `src`.
+    void (*hsv)(const uint8* src, uint8* dst, int32 width);
+
+    /// Value and saturation alone.
+    void (*valueAndSaturation)(const uint8* src, uint8* values, uint8* saturations, int32 width);
+
+    void (*grey)(const uint8* src, uint8* dst, int32 width);
+
+    void (*split)(const uint8* src, uint8* const (&planes)[3], int32 width);
+
+    /// Pixels of three channels, the first of them at `from`, the next ones before it.
+    void (*reverse)(const uint8* from, uint8* to, int64 count);
+
+    /// `order` holds numbers from 0 to 2.
+    void (*swap)(const uint8* src, uint8* dst, const int32* order, int32 width);
+
+    void (*copyMasked)(const uint8* from, uint8* to, const uint8* mask, int32 width);
+
+    /// The value where the mask is not 0.
+    void (*setMasked)(uint8 value, uint8* to, const uint8* mask, int32 width);
+
+    void (*bitAnd)(const uint8* from, uint8* to, int32 width);
+
+    /// `to` may be `from`.
+    void (*limit)(const uint8* from, uint8* to, const ByteLimits& limits, int32 width);
+
+    /// Three channels less their values, 0 at least.
+    void (*subtract)(const uint8 (&value)[3], uint8* row, int32 width);
+
+    /// Adds how many pixels lie within the bounds, a channel at a time.
+    void (*countInRange)(const uint8* row, int32 width, const uint8* lower, const uint8* upper, uint32 (&found)[3]);
+
+    /// Floats to the nearest byte, a tie to the even one; 0 for what is not a number.
+    void (*roundToBytes)(const uint8* floats, uint8* to, int64 count);
+
+    /// (level - low) * factor, rounded half up, from 0 to 255; the factor is above 0. `to` may be `from`.
+    void (*stretch)(const uint8* from, uint8* to, int64 count, uint8 low, float factor);
+
+    /// The smallest of `count` rows, element by element; `result` may be one of them.
+    void (*lowest)(const uint8* const* rows, int32 count, uint8* result, int64 width);
+
+    /// Sums of three rows, element by element.
+    void (*sumOfThree)(const uint8* const (&rows)[3], uint16* sums, int64 width);
+
+    /// Means of nine: of three sums of three each.
+    void (*meanOfNine)(const uint16* sums, uint8* result, int64 width);
+
+    /// Weighted sums of rows, and of neighbours in a line of them, by each of the gradient kernels.
+    void (*columnSums[kGradientKernels])(const uint8* const* rows, int16* to, int32 count);
+    void (*rowSums[kGradientKernels])(const int16* line, int16* to, int32 count);
+
+    /// No less than the largest magnitude; at most 16383 where that is.
+    int32 (*largestComponent)(const int16* gradient, int32 width);
+
+    /// |dx| + |dy| of components up to 16383; 0 where at or below `low`.
+    void (*magnitudes)(const int16* dx, const int16* dy, int32 width, int32 low, int16* to);
+
+    /// Marks the pixels that are the largest along their gradients: 255 those above `high`, 128 the others.
+    void (*markRidges)(const EdgeRows16& rows, int32 width, int32 high, uint8* mark);
+
+    /// 255 where the mark is that, else 0.
+    void (*keepEdges)(const uint8* mark, uint8* to, int32 width);
+
+    void (*integral)(const uint8* pixels, int32 width, const IntegralRows& rows);
+    void (*stdDevs)(const RectRows& rows, int32 width, float* to);
+
+    /// Linear interpolation along a row, two weights an element, and between two such rows.
+    void (*linearColumns)(const uint8* row, const ColumnPlan& plan, int32 channels, const int16* weights, int64 count,
+                          int16* to);
+    void (*linearRows)(const int16* row0, const int16* row1, int32 weight, int64 count, uint8* to);
+
+    /// Cubic interpolation likewise.
+    void (*cubicColumns)(const uint8* row, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
+                         int64 count, float* to);
+    void (*cubicRows)(const float* const (&rows)[4], double a, double b, double c, int64 count, uint8* to);
+
+    /// Weighted sums of rows, rounded to float after each row; when `goesOn`, added to the sums that are there.
+    void (*boxRows)(const WeightedRow* rows, int32 rowCount, bool goesOn, float* sums, int64 count);
+
+    /// Means along rows of such sums, behind which one more can be read.
+    void (*boxColumns1)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
+    void (*boxColumns3)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
+
+    /// Samples most of a piece that lies so far inside that eight bytes from each pixel on can be read; how many are
+    /// left, the first of them at `u`, `v`. Null where the plain form is as fast.
+    int64 (*turnedRow1)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
+    int64 (*turnedRow3)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
+};
+
+/// For every processor, and for those with AVX2 and FMA.
+extern const RowKernels kRowKernels128;
+extern const RowKernels kRowKernels256;
+
+/// Those for the instruction set in use.
+const RowKernels& CurrentRowKernels();
+
+} // namespace orvane

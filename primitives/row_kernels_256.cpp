@@ -1,0 +1,51 @@
+// The primitives' kernels with vectors of 256 bits.
+#define ORVANE_WIDE 1
+#include "primitives/gradient_rows_body.h"
+#include "primitives/integral_rows_body.h"
+#include "primitives/pixel_rows_body.h"
+#include "primitives/resize_rows_body.h"
+#include "primitives/rotate_rows_body.h"
+#include "primitives/window_rows_body.h"
+
+namespace orvane {
+
+const RowKernels kRowKernels256 = {
+    RunHsv,
+    RunValueAndSaturation,
+    RunGrey,
+    RunSplit,
+    RunReverse,
+    RunSwap,
+    RunCopyMasked,
+    RunSetMasked,
+    RunBitAnd,
+    RunLimit,
+    RunSubtract,
+    RunCountInRange,
+    RunRoundToBytes,
+    RunStretch,
+    RunLowest,
+    RunSumOfThree,
+    RunMeanOfNine,
+    {RunColumnSums<-1, 0, 1>, RunColumnSums<1, 2, 1>, RunColumnSums<3, 10, 3>, RunColumnSums<-1, -2, 0, 2, 1>,
+     RunColumnSums<1, 4, 6, 4, 1>},
+    {RunRowSums<-1, 0, 1>, RunRowSums<1, 2, 1>, RunRowSums<3, 10, 3>, RunRowSums<-1, -2, 0, 2, 1>,
+     RunRowSums<1, 4, 6, 4, 1>},
+    RunLargestComponent,
+    RunMagnitudes,
+    RunMarkRidges,
+    RunKeepEdges,
+    RunIntegral,
+    RunStdDevs,
+    RunLinearColumns,
+    RunLinearRows,
+    RunCubicColumns,
+    RunCubicRows,
+    RunBoxRows,
+    RunBoxColumns<1>,
+    RunBoxColumns<3>,
+    RunTurnedRow<1>,
+    RunTurnedRow<3>,
+};
+
+} // namespace orvane

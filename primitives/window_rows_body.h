@@ -1,0 +1,73 @@
+// The text of the kernels that look at a window of pixels.
+#pragma once
+
+#include "primitives/byte_vectors.h"
+#include "primitives/row_kernels.h"
+
+namespace orvane {
+namespace {
+
+/// Blocks of `Vectors` vectors, so that the look at a row's address serves several; what is left of the row.
+template <int32 Vectors>
+inline int64 LowestBlocks(const uint8* const* rows, int32 count, uint8* result, int64 x, int64 width) {
+    for (; width - x >= Vectors * kBytes; x += Vectors * kBytes) {
+        Vector lowest[Vectors];
+        for (int32 i = 0; i < Vectors; ++i) lowest[i] = LoadBytes(rows[0] + x + i * kBytes);
+        for (int32 k = 1; k < count; ++k) {
+            const uint8* row = rows[k] + x;
+            for (int32 i = 0; i < Vectors; ++i) lowest[i] = Smallest(lowest[i], LoadBytes(row + i * kBytes));
+        }
+        for (int32 i = 0; i < Vectors; ++i) StoreBytes(result + x + i * kBytes, lowest[i]);
+    }
+    return x;
+}
+
+void RunLowest(const uint8* const* rows, int32 count, uint8* result, int64 width) {
+    int64 x = LowestBlocks<4>(rows, count, result, 0, width);
+    for (x = LowestBlocks<1>(rows, count, result, x, width); x < width; ++x) {
+        uint8 lowest = rows[0][x];
+        for (int32 k = 1; k < count; ++k) lowest = rows[k][x] < lowest ? rows[k][x] : lowest;
+        result[x] = lowest;
+    }
+}
+
+void RunSumOfThree(const uint8* const (&rows)[3], uint16* sums, int64 width) {
+    const uint8* __restrict a = rows[0];
+    const uint8* __restrict b = rows[1];
+    const uint8* __restrict c = rows[2];
+    uint16* __restrict to = sums;
+    for (int64 x = 0; x < width; ++x) to[x] = static_cast<uint16>(a[x] + b[x] + c[x]);
+}
+
+/// FixedPointMean of nine is a multiplication by 3641 and a shift by 15; with twice that factor the result is
+/// the product's high word.
+constexpr uint32 kNinth = 7282;
+
+#if ORVANE_WIDE
+inline Vector HighProducts(Vector words, uint32 factor) {
+    return _mm256_mulhi_epu16(words, _mm256_set1_epi16(static_cast<int16>(factor)));
+}
+inline Vector PackInOrder(Vector low, Vector high) { return _mm256_permute4x64_epi64(PackWords(low, high), 0xD8); }
+#else
+inline Vector HighProducts(Vector words, uint32 factor) {
+    return _mm_mulhi_epu16(words, _mm_set1_epi16(static_cast<int16>(factor)));
+}
+inline Vector PackInOrder(Vector low, Vector high) { return PackWords(low, high); }
+#endif
+
+inline Vector MeanOfWords(const uint16* sums) {
+    return HighProducts(AddWords(AddWords(LoadBytes(sums), LoadBytes(sums + 1)), LoadBytes(sums + 2)), kNinth);
+}
+
+void RunMeanOfNine(const uint16* sums, uint8* result, int64 width) {
+    int64 x = 0;
+    for (; width - x >= kBytes; x += kBytes) {
+        StoreBytes(result + x, PackInOrder(MeanOfWords(sums + x), MeanOfWords(sums + x + kBytes / 2)));
+    }
+    for (; x < width; ++x) {
+        result[x] = static_cast<uint8>((uint32{sums[x]} + sums[x + 1] + sums[x + 2]) * kNinth >> 16);
+    }
+}
+
+} // namespace
+} // namespace orvane

@@ -1,0 +1,31 @@
+// Runs all tests of a program once for each instruction set that this machine has, the widest last.
+#pragma once
+
+#include "primitives/instruction_set.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace orvane::test {
+
+/// Sets the instruction set anew before each test: one that selects the primitives chooses it itself.
+class SetOfIteration : public ::testing::EmptyTestEventListener {
+    void OnTestIterationStart(const ::testing::UnitTest&, int iteration) override {
+        const bool last = iteration + 1 == ::testing::GTEST_FLAG(repeat);
+        set_ = last ? BestInstructionSet() : InstructionSet::baseline;
+        std::printf("instruction set: %s\n", set_ == InstructionSet::avx2 ? "AVX2" : "baseline");
+    }
+    void OnTestStart(const ::testing::TestInfo&) override { UseInstructionSet(set_); }
+
+    InstructionSet set_ = InstructionSet::baseline;
+};
+
+inline int RunOnEveryInstructionSet(int argc, char** argv) {
+    if (BestInstructionSet() != InstructionSet::baseline) ::testing::GTEST_FLAG(repeat) = 2;
+    ::testing::InitGoogleTest(&argc, argv);
+    ::testing::UnitTest::GetInstance()->listeners().Append(new SetOfIteration);
+    return RUN_ALL_TESTS();
+}
+
+} // namespace orvane::test
