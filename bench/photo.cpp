@@ -26,6 +26,13 @@ void MakePattern(ImageBuffer& picture) {
     }
 }
 
+void Scale(const ImageBuffer& photo, ImageSize size, ImageBuffer& picture) {
+    picture.Create(size.width, size.height, 3, kDepth8u, 0);
+    primResize_8u_C3(photo.data, photo.Size(), photo.Step(), {0, 0, photo.width, photo.height}, picture.data,
+                     picture.Step(), size, (size.width + 0.5) / photo.width, (size.height + 0.5) / photo.height,
+                     kLinear);
+}
+
 } // namespace
 
 bool LoadPhoto(const std::string& path) {
@@ -44,16 +51,22 @@ bool LoadPhoto(const std::string& path) {
     return true;
 }
 
-void MakePhoto(ImageSize size, ImageBuffer& picture) {
-    picture.Create(size.width, size.height, 3, kDepth8u, 0);
-    primResize_8u_C3(g_photo.data, g_photo.Size(), g_photo.Step(), {0, 0, g_photo.width, g_photo.height}, picture.data,
-                     picture.Step(), size, (size.width + 0.5) / g_photo.width, (size.height + 0.5) / g_photo.height,
-                     kLinear);
+void MakePhoto(ImageSize size, ImageBuffer& picture) { Scale(g_photo, size, picture); }
+
+void MakeFaceFree(ImageSize size, ImageBuffer& picture) {
+    ImageBuffer pattern;
+    MakePattern(pattern);
+    Scale(pattern, size, picture);
 }
 
 orv_Handle PackedPhoto(ImageSize size) {
     ImageBuffer photo;
     MakePhoto(size, photo);
+    return Packed(photo);
+}
+
+orv_Handle Packed(const ImageBuffer& photo) {
+    const ImageSize size = photo.Size();
     const BitmapHeader header = OutgoingHeader(size.width, size.height);
     orv_Handle dib = orv_BlockAlloc(sizeof header + header.biSizeImage);
     auto* bytes = static_cast<uint8*>(orv_BlockLock(dib));
