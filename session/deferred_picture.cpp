@@ -5,8 +5,6 @@
 
 namespace orvane {
 
-DeferredPicture g_deferredPicture;
-
 void DeferredPicture::Promise(const Bitmap& photo, const OutputScaling& scaling) {
     photo_.Borrow(photo.Bits(), photo.Width(), photo.Height(), 3);
     scaling_ = scaling;
