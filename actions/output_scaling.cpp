@@ -24,19 +24,34 @@ void FitOutputTo(ImageSize picture) {
 
 } // namespace
 
-int32 ActionOutputScaling(const ImageBuffer& source, ImageBuffer& destination) {
-    if (source.width < 1 || source.height < 1) return kOutOfMemory;
-    FitOutputTo(source.Size());
-    if (!destination.Create(g_outputWidth, g_outputHeight, source.channels, kDepth8u, 0)) return kOutOfMemory;
-    const double fx = static_cast<double>(source.width) / destination.width;
-    const double fy = static_cast<double>(source.height) / destination.height;
+OutputScaling PlanOutputScaling(ImageSize picture) {
+    FitOutputTo(picture);
+    const double fx = static_cast<double>(picture.width) / g_outputWidth;
+    const double fy = static_cast<double>(picture.height) / g_outputHeight;
     // The larger enlargement of the two serves both axes; what overhangs is cut by the resize.
     const double scale = 1.0 / std::min(fx, fy);
-    const int32 interpolation = scale < 1.0 ? kBoxAverage : kCubic;
-    destination.Fill(g_fillLevel);
+    return {{g_outputWidth, g_outputHeight}, scale, scale < 1.0 ? kBoxAverage : kCubic, g_fillLevel};
+}
+
+int32 ScalePart(const ImageBuffer& source, const OutputScaling& scaling, const ImageRect& part,
+                ImageBuffer& destination) {
+    destination.Fill(scaling.fillLevel);
+    const int32 status = ResizePart_8u_C3(source.data, source.Size(), source.Step(), destination.data,
+                                          destination.Step(), scaling.size, part, scaling.scale, scaling.interpolation);
+    if (status == kOk || status == kNothingToWrite) return kSuccess; // an overhang may be all of the part
+    PrintAssertion(status);
+    return kStepFailed;
+}
+
+int32 ActionOutputScaling(const ImageBuffer& source, ImageBuffer& destination) {
+    if (source.width < 1 || source.height < 1) return kOutOfMemory;
+    const OutputScaling scaling = PlanOutputScaling(source.Size());
+    if (!destination.Create(scaling.size.width, scaling.size.height, source.channels, kDepth8u, 0)) return kOutOfMemory;
+    destination.Fill(scaling.fillLevel);
     const auto resize = source.channels == 3 ? primResize_8u_C3 : primResize_8u_C1;
-    const int32 status = resize(source.data, source.Size(), source.Step(), {0, 0, source.width, source.height},
-                                destination.data, destination.Step(), destination.Size(), scale, scale, interpolation);
+    const int32 status =
+        resize(source.data, source.Size(), source.Step(), {0, 0, source.width, source.height}, destination.data,
+               destination.Step(), destination.Size(), scaling.scale, scaling.scale, scaling.interpolation);
     if (status == kOk) return kSuccess;
     PrintAssertion(status);
     destination.Release(); // a blank sheet must not pass for the picture

@@ -5,9 +5,25 @@
 
 namespace orvane {
 
-/// Scales `source` to g_outputWidth by g_outputHeight. Where the proportions differ one of these two is
-/// enlarged, and stays so until the next SetOutputGeometry. Box average when the picture shrinks, cubic
-/// otherwise. 0; -50 without storage; -40 when the resize fails, with `destination` without storage.
+/// How a picture is scaled to an output.
+struct OutputScaling {
+    ImageSize size;      // of the output
+    double scale;        // of both axes; what overhangs is cut
+    int32 interpolation; // box average when the picture shrinks, else cubic
+    int32 fillLevel;     // of what the scaled picture leaves open
+};
+
+/// The scaling of a picture with pixels to g_outputWidth by g_outputHeight. Where the proportions differ one of these
+/// two is enlarged, and stays so until the next SetOutputGeometry.
+OutputScaling PlanOutputScaling(ImageSize picture);
+
+/// Makes the rectangle `part` of the output of `source`, a picture of three channels, in `destination`, which has
+/// storage for 3 channels of the part's size. 0; -40 when the resize fails.
+int32 ScalePart(const ImageBuffer& source, const OutputScaling& scaling, const ImageRect& part,
+                ImageBuffer& destination);
+
+/// Scales `source` as PlanOutputScaling says. 0; -50 without storage; -40 when the resize fails, with `destination`
+/// without storage.
 int32 ActionOutputScaling(const ImageBuffer& source, ImageBuffer& destination);
 
 } // namespace orvane

@@ -26,10 +26,11 @@ void MakePattern(ImageBuffer& picture) {
     }
 }
 
-void ScaleTo(ImageSize size, const ImageBuffer& from, ImageBuffer& picture) {
+void Scale(const ImageBuffer& photo, ImageSize size, ImageBuffer& picture) {
     picture.Create(size.width, size.height, 3, kDepth8u, 0);
-    primResize_8u_C3(from.data, from.Size(), from.Step(), {0, 0, from.width, from.height}, picture.data, picture.Step(),
-                     size, (size.width + 0.5) / from.width, (size.height + 0.5) / from.height, kLinear);
+    primResize_8u_C3(photo.data, photo.Size(), photo.Step(), {0, 0, photo.width, photo.height}, picture.data,
+                     picture.Step(), size, (size.width + 0.5) / photo.width, (size.height + 0.5) / photo.height,
+                     kLinear);
 }
 
 } // namespace
@@ -50,17 +51,22 @@ bool LoadPhoto(const std::string& path) {
     return true;
 }
 
-void MakePhoto(ImageSize size, ImageBuffer& picture) { ScaleTo(size, g_photo, picture); }
+void MakePhoto(ImageSize size, ImageBuffer& picture) { Scale(g_photo, size, picture); }
 
 void MakeFaceFree(ImageSize size, ImageBuffer& picture) {
     ImageBuffer pattern;
     MakePattern(pattern);
-    ScaleTo(size, pattern, picture);
+    Scale(pattern, size, picture);
 }
 
 orv_Handle PackedPhoto(ImageSize size) {
     ImageBuffer photo;
     MakePhoto(size, photo);
+    return Packed(photo);
+}
+
+orv_Handle Packed(const ImageBuffer& photo) {
+    const ImageSize size = photo.Size();
     const BitmapHeader header = OutgoingHeader(size.width, size.height);
     orv_Handle dib = orv_BlockAlloc(sizeof header + header.biSizeImage);
     auto* bytes = static_cast<uint8*>(orv_BlockLock(dib));

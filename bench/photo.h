@@ -16,8 +16,11 @@ bool LoadPhoto(const std::string& path);
 /// The photograph scaled to `size` (its proportions give way), as a three-channel picture.
 void MakePhoto(ImageSize size, ImageBuffer& picture);
 
-/// A pattern in which no face is found, scaled likewise.
+/// The pattern that has no face, in any size.
 void MakeFaceFree(ImageSize size, ImageBuffer& picture);
+
+/// A picture as a packed bitmap, which the caller frees.
+orv_Handle Packed(const ImageBuffer& photo);
 
 /// The photograph as a packed bitmap, which the caller frees.
 orv_Handle PackedPhoto(ImageSize size);

@@ -55,30 +55,36 @@ void SetLimitsByWidth(int32 width) {
     g_minFaceRatio = narrow ? 0.05F : 0.07F;
 }
 
-/// Copies `source` into `work`, and sets `grey` to its grey plane: `own` after a conversion, else
-/// `source` itself.
-int32 MakeGrey(ImageBuffer& work, ImageBuffer& source, ImageBuffer& own, const ImageBuffer*& grey) {
-    if (source.data == nullptr) return kNoPicture;
-    const bool sameSize = work.data != nullptr && work.width == source.width && work.height == source.height &&
-                          work.channels == 3 && work.depth == kDepth8u;
-    if (!sameSize && !work.Create(source.width, source.height, 3, kDepth8u, 0)) return kOutOfMemory;
-    if (source.channels == 3) {
-        if (!own.Create(source.width, source.height, 1, kDepth8u, 0)) return kOutOfMemory;
-        if (primCopy_8u_C3(source.data, source.Step(), work.data, work.Step(), source.Size()) != kOk ||
-            primRGBToGray_8u_C3C1(source.data, source.Step(), own.data, own.Step(), source.Size()) != kOk) {
+/// The grey plane of a picture, made once for all passes: the picture itself where that has one channel.
+class GreyPlane {
+public:
+    explicit GreyPlane(const ImageBuffer& picture) : picture_(picture) {}
+
+    /// 0; -60 for a picture without pixels or a refused conversion; -50 without storage.
+    int32 Make() {
+        if (grey_ != nullptr) return kSuccess;
+        if (picture_.data == nullptr) return kNoPicture;
+        if (picture_.channels != 3) {
+            grey_ = &picture_;
+            return kSuccess;
+        }
+        const ImageSize size = picture_.Size();
+        if (!own_.Create(size.width, size.height, 1, kDepth8u, 0)) return kOutOfMemory;
+        if (primRGBToGray_8u_C3C1(picture_.data, picture_.Step(), own_.data, own_.Step(), size) != kOk) {
             return kNoPicture;
         }
-        grey = &own;
+        grey_ = &own_;
         return kSuccess;
     }
-    for (int32 y = 0; y < source.height; ++y) {
-        const uint8* from = RowAt(source.data, source.Step(), y);
-        uint8* to = RowAt(work.data, work.Step(), y);
-        for (int32 x = 0; x < source.width; ++x, to += 3) to[0] = to[1] = to[2] = from[x];
-    }
-    grey = &source;
-    return kSuccess;
-}
+
+    const ImageBuffer& Picture() const { return picture_; }
+    const ImageBuffer& Plane() const { return *grey_; }
+
+private:
+    const ImageBuffer& picture_;
+    ImageBuffer own_;
+    const ImageBuffer* grey_ = nullptr;
+};
 
 /// Whether the candidate store of a picture holds at least one group and one member.
 bool StoreIsPossible(ImageSize picture, int32 minFaceSize) {
@@ -208,31 +214,12 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
     return kSuccess;
 }
 
-int32 RunPass(float scaleFactor, int32 passTag) {
-    DetectorParams& params = *g_detectorParams;
-    params.minFaceSize = 0;
-    params.reservedSize = 0;
-    params.pruneMode = 4;
-    params.scaleFactor = scaleFactor;
-    params.passTag = passTag;
-    return ScanScales(g_workImage, params, g_sourceImage);
-}
-
-} // namespace
-
-float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
-    if (width < 352) return 1.0F;
-    if (width < 500) return 2.25F;
-    return static_cast<float>(static_cast<double>(minFaceSize) / windowWidth);
-}
-
-int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source) {
+int32 Scan(DetectorParams& params, GreyPlane& grey) {
+    const ImageBuffer& source = grey.Picture();
     if (params.loadStatus < 0) return params.loadStatus;
     if (source.width == 0 || source.height == 0) return kNoPicture;
     SetLimitsByWidth(source.width);
-    ImageBuffer own;
-    const ImageBuffer* grey = nullptr;
-    if (const int32 status = MakeGrey(work, source, own, grey)) return status;
+    if (const int32 status = grey.Make()) return status;
     g_maxFaceSize = TruncToInt32(static_cast<double>(source.width) * g_maxFaceRatio + 0.5);
     params.minFaceSize = TruncToInt32(static_cast<double>(source.width) * g_minFaceRatio);
     if (params.scaleFactor <= 1.0F) params.scaleFactor = 1.1F;
@@ -243,7 +230,7 @@ int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source)
     try {
         if (g_scanObserver != nullptr) g_scanObserver->OnPass();
         CandidateList candidates;
-        if (const int32 status = ScanAll(*grey, params, candidates)) return status;
+        if (const int32 status = ScanAll(grey.Plane(), params, candidates)) return status;
         if (g_scanObserver != nullptr) g_scanObserver->OnHits(candidates);
         GroupCandidates(candidates, &face, &found);
     } catch (const std::bad_alloc&) {
@@ -254,11 +241,35 @@ int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source)
     return hasFace ? kSuccess : kNoFace;
 }
 
+int32 RunPass(GreyPlane& grey, float scaleFactor, int32 passTag) {
+    DetectorParams& params = *g_detectorParams;
+    params.minFaceSize = 0;
+    params.reservedSize = 0;
+    params.pruneMode = 4;
+    params.scaleFactor = scaleFactor;
+    params.passTag = passTag;
+    return Scan(params, grey);
+}
+
+} // namespace
+
+float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
+    if (width < 352) return 1.0F;
+    if (width < 500) return 2.25F;
+    return static_cast<float>(static_cast<double>(minFaceSize) / windowWidth);
+}
+
+int32 ScanScales(DetectorParams& params, const ImageBuffer& source) {
+    GreyPlane grey(source);
+    return Scan(params, grey);
+}
+
 int32 RunDetection(bool quick) {
     if (g_detectorParams == nullptr) return kNoSession;
-    if (quick) return RunPass(1.09F, 2);
-    const int32 status = RunPass(1.05F, 0);
-    return status == kNoFace ? RunPass(1.02F, 1) : status;
+    GreyPlane grey(g_sourceImage);
+    if (quick) return RunPass(grey, 1.09F, 2);
+    const int32 status = RunPass(grey, 1.05F, 0);
+    return status == kNoFace ? RunPass(grey, 1.02F, 1) : status;
 }
 
 } // namespace orvane

@@ -2,6 +2,7 @@
 
 #include "primitives/memory.h"
 
+#include <cstring>
 #include <utility>
 
 namespace orvane {
@@ -22,13 +23,15 @@ BitmapHeader OutgoingHeader(int32 width, int32 height) {
 Bitmap::~Bitmap() { Delete(); }
 
 Bitmap::Bitmap(Bitmap&& other) noexcept
-    : header_(std::exchange(other.header_, {})), bits_(std::exchange(other.bits_, nullptr)) {}
+    : header_(std::exchange(other.header_, {})), bits_(std::exchange(other.bits_, nullptr)),
+      borrowed_(std::exchange(other.borrowed_, false)) {}
 
 Bitmap& Bitmap::operator=(Bitmap&& other) noexcept {
     if (this != &other) {
         Delete();
         header_ = std::exchange(other.header_, {});
         bits_ = std::exchange(other.bits_, nullptr);
+        borrowed_ = std::exchange(other.borrowed_, false);
     }
     return *this;
 }
@@ -43,9 +46,25 @@ bool Bitmap::Create(int32 width, int32 height) {
     return true;
 }
 
+void Bitmap::Borrow(const uint8* bits, int32 width, int32 height) {
+    Delete();
+    header_ = OutgoingHeader(width, height);
+    bits_ = const_cast<uint8*>(bits); // read, and no more
+    borrowed_ = true;
+}
+
+bool Bitmap::Own() {
+    if (!borrowed_) return true;
+    const uint8* rows = bits_;
+    if (!Create(Width(), Height())) return false;
+    std::memcpy(bits_, rows, header_.biSizeImage);
+    return true;
+}
+
 void Bitmap::Delete() {
-    HeapFree(bits_);
+    if (!borrowed_) HeapFree(bits_);
     bits_ = nullptr;
+    borrowed_ = false;
     header_ = {};
 }
 

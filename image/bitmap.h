@@ -1,4 +1,4 @@
-// A 24-bit bitmap that owns header and pixels: what the host hands in, what the preview shows and what
+// A 24-bit bitmap, header and pixels: what the host hands in, what the preview shows and what
 // goes out. Its rows have the form of a three-channel ImageBuffer, so pixels move in one block copy.
 #pragma once
 
@@ -43,7 +43,14 @@ public:
     /// out of range or when memory is exhausted.
     bool Create(int32 width, int32 height);
 
-    /// Frees header and pixels; the bitmap is empty then.
+    /// A bitmap over rows that belong to somebody else, for reading: they must stay as long as the bitmap shows them.
+    void Borrow(const uint8* bits, int32 width, int32 height);
+
+    /// Copies rows that belong to somebody else, so that they may go. False when memory is exhausted: the bitmap is
+    /// empty then.
+    bool Own();
+
+    /// Forgets header and pixels; the bitmap is empty then.
     void Delete();
 
     bool IsEmpty() const { return bits_ == nullptr; }
@@ -61,6 +68,7 @@ public:
 private:
     BitmapHeader header_{};
     uint8* bits_ = nullptr;
+    bool borrowed_ = false;
 };
 
 } // namespace orvane

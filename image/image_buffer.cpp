@@ -112,6 +112,7 @@ int64 ImageBuffer::StorageBytes() const {
 }
 
 bool ImageBuffer::Reshape(int32 newWidth, int32 newHeight) {
+    if (IsBorrowed()) Release();
     if (!IsImageSize(newWidth, newHeight)) return Create(newWidth, newHeight, channels, depth, planar);
     width = newWidth;
     height = newHeight;
@@ -144,14 +145,26 @@ bool ImageBuffer::Remake(int32 newWidth, int32 newHeight, int32 newChannels, Dep
     return true;
 }
 
+void ImageBuffer::Borrow(const uint8* rows, int32 newWidth, int32 newHeight, int32 newChannels) {
+    Release();
+    width = newWidth;
+    height = newHeight;
+    channels = newChannels;
+    depth = kDepth8u;
+    planar = 0;
+    data = const_cast<uint8*>(rows); // whoever borrows for reading hands the image on as const
+    storedDepth_ = 0;
+    capacity_ = 0;
+}
+
 void ImageBuffer::Retire() { width = height = depth = channels = planar = 0; }
 
 void ImageBuffer::CopyFrom(const ImageBuffer& other) {
     if (this == &other) return;
     // Storage of the same shape is kept: every pixel is about to be overwritten.
-    const bool reusable = data != nullptr && other.data != nullptr && width == other.width && height == other.height &&
-                          depth == other.depth && channels == other.channels && planar == 0 && other.planar == 0 &&
-                          CopiesPixels(channels, depth);
+    const bool reusable = data != nullptr && !IsBorrowed() && other.data != nullptr && width == other.width &&
+                          height == other.height && depth == other.depth && channels == other.channels && planar == 0 &&
+                          other.planar == 0 && CopiesPixels(channels, depth);
     if (!reusable) {
         Release();
         width = other.width;
@@ -180,7 +193,7 @@ void ImageBuffer::Release() {
     if (data == nullptr) return;
     if (storedDepth_ == kDepth64f) {
         HeapFree(data);
-    } else {
+    } else if (!IsBorrowed()) {
         primFreeImage(data);
     }
     data = nullptr;

@@ -1,5 +1,6 @@
 // The one class in which all pixels live: pictures, masks and numeric planes. It owns one block of
-// rows; whatever it describes with `data` not null has Step() * height addressable bytes.
+// rows, or shows one of somebody else's; whatever it describes with `data` not null has Step() * height addressable
+// bytes.
 #pragma once
 
 #include "primitives/types.h"
@@ -58,6 +59,10 @@ public:
     /// then whatever it held, only the padding of the rows is zero. For whoever writes every pixel anyway.
     bool Remake(int32 newWidth, int32 newHeight, int32 newChannels, DepthCode newDepth);
 
+    /// Shows 8-bit rows that belong to somebody else, Step() bytes apart, in place of what the image held. They must
+    /// stay until the image shows or holds something else; they are never freed and never taken for new storage.
+    void Borrow(const uint8* rows, int32 newWidth, int32 newHeight, int32 newChannels);
+
     /// Forgets the shape, but keeps the storage for Remake.
     void Retire();
 
@@ -90,9 +95,10 @@ public:
 private:
     int64 RowBytes() const; // without padding
     int64 StorageBytes() const;
+    bool IsBorrowed() const { return data != nullptr && storedDepth_ == 0; }
 
     int64 capacity_ = 0;        // bytes that `data` was allocated for
-    DepthCode storedDepth_ = 0; // the depth that `data` was allocated with, which tells how to free it
+    DepthCode storedDepth_ = 0; // the depth that `data` was allocated with, which tells how to free it; 0 borrowed
 };
 
 } // namespace orvane

@@ -2,7 +2,6 @@
 #include "image/packed_dib.h"
 
 #include "image/session_images.h"
-#include "platform/memory_block.h"
 
 #include <cstring>
 
@@ -36,8 +35,13 @@ bool IsSupported(const BitmapHeader& header) {
 } // namespace
 
 int32 BitmapFromPackedDib(void* dib, Bitmap& bitmap) {
-    bitmap.Delete();
     const LockedBlock block(dib);
+    const int32 status = BitmapOverBlock(block, bitmap);
+    return status != kSuccess || bitmap.Own() ? status : kOutOfMemory;
+}
+
+int32 BitmapOverBlock(const LockedBlock& block, Bitmap& bitmap) {
+    bitmap.Delete();
     if (block.Data() == nullptr) return kLockFailed;
     if (block.Size() < kBitmapHeaderBytes) return kNoPicture;
     BitmapHeader header;
@@ -45,8 +49,13 @@ int32 BitmapFromPackedDib(void* dib, Bitmap& bitmap) {
     if (!IsSupported(header)) return kNoPicture;
     const uint32 trueSize = OutgoingHeader(header.biWidth, header.biHeight).biSizeImage;
     if (header.biSizeImage > trueSize || header.biSizeImage > block.Size() - kBitmapHeaderBytes) return kNoPicture;
+    const uint8* rows = static_cast<const uint8*>(block.Data()) + kBitmapHeaderBytes;
+    if (header.biSizeImage == trueSize) {
+        bitmap.Borrow(rows, header.biWidth, header.biHeight);
+        return kSuccess;
+    }
     if (!bitmap.Create(header.biWidth, header.biHeight)) return kOutOfMemory;
-    std::memcpy(bitmap.Bits(), static_cast<const uint8*>(block.Data()) + kBitmapHeaderBytes, header.biSizeImage);
+    std::memcpy(bitmap.Bits(), rows, header.biSizeImage);
     return kSuccess;
 }
 
@@ -70,11 +79,15 @@ int32 PackedDibFromBitmap(const Bitmap& bitmap, void** out) {
     return kSuccess;
 }
 
-int32 InitPicture(int32 mode, int32 width, int32 height, int32 channels, int32 bits) {
+void NotePicture(int32 width, int32 height, int32 channels, int32 bits) {
     g_pictureWidth = width;
     g_pictureHeight = height;
     g_pictureChannels = channels;
     g_pictureBits = bits;
+}
+
+int32 InitPicture(int32 mode, int32 width, int32 height, int32 channels, int32 bits) {
+    NotePicture(width, height, channels, bits);
     if (mode != 1) return kStepFailed;
     return Shape(g_sourceImage, width, height, channels) && Shape(g_workImage, width, height, 3) ? kSuccess
                                                                                                  : kOutOfMemory;

@@ -3,6 +3,7 @@
 
 #include "image/bitmap.h"
 #include "image/result_codes.h"
+#include "platform/memory_block.h"
 
 namespace orvane {
 
@@ -16,9 +17,16 @@ inline constexpr int32 kMaxPictureSide = 32767;
 /// beyond the picture's true size; -50 when memory is exhausted. On failure `bitmap` is empty.
 int32 BitmapFromPackedDib(void* dib, Bitmap& bitmap);
 
+/// The same for a block that is held locked, whose pixels are not copied: they must stay as long as `bitmap` shows
+/// them. Only a picture whose pixels the block does not hold to the end becomes one of its own.
+int32 BitmapOverBlock(const LockedBlock& block, Bitmap& bitmap);
+
 /// A bitmap as a new block in `*out`, owned by the host; row padding is zero.
 /// 0; -80 for an empty bitmap; -50 when memory is exhausted. On failure `*out` stays.
 int32 PackedDibFromBitmap(const Bitmap& bitmap, void** out);
+
+/// Notes the form of a picture in g_pictureWidth and the three beside it.
+void NotePicture(int32 width, int32 height, int32 channels, int32 bits);
 
 /// Sets up g_sourceImage and g_workImage for a picture. `mode` must be 1; g_sourceImage takes
 /// `channels`, g_workImage always 3; their pixels are for the caller to fill.

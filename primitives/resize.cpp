@@ -15,7 +15,7 @@ namespace {
 /// region: then its last pixel stands.
 void FillPositions(const ResizeAxis& axis, int32* positions) {
     const double step = 1.0 / axis.factor;
-    double position = 0.5 * step;
+    double position = FirstOfSums(0.5 * step, step, axis.skipped);
     for (int32 i = 0; i < axis.written; ++i, position += step) positions[i] = WholePosition(position, axis.length);
 }
 
@@ -55,6 +55,13 @@ int32 SizeAxis(ResizeAxis& axis, int32 room) {
     return axis.written;
 }
 
+/// Leaves of what an axis writes only the pixels from `first` on, at most `count`. False when none is left.
+bool KeepPart(ResizeAxis& axis, int32 first, int32 count) {
+    axis.skipped = first;
+    axis.written = std::min(axis.written - first, count);
+    return axis.written > 0;
+}
+
 bool IsUsableFactor(double factor) { return factor > 0.0 && std::isfinite(factor); }
 
 bool IsValid(int32 interpolation, double xFactor, double yFactor) {
@@ -80,7 +87,8 @@ int32 Affordable(int32 interpolation, ImageSize src) {
 
 template <int32 Channels>
 int32 Resize(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst, int32 dstStep,
-             ImageSize dstRoiSize, double xFactor, double yFactor, int32 interpolation) {
+             ImageSize dstRoiSize, double xFactor, double yFactor, int32 interpolation,
+             const ImageRect* part = nullptr) {
     if (src == nullptr || dst == nullptr) return kNullPointer;
     if (!HasPixels(srcSize) || !HasPixels(dstRoiSize)) return kBadSize;
     if (srcRoi.x < 0 || srcRoi.y < 0 || srcRoi.width < 1 || srcRoi.height < 1) return kBadSize;
@@ -95,6 +103,10 @@ int32 Resize(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRo
                          {srcSize.width, srcRoi.x, srcRoi.width, 0, xFactor},
                          {srcSize.height, srcRoi.y, srcRoi.height, 0, yFactor}};
     if (SizeAxis(frame.columns, dstRoiSize.width) < 1 || SizeAxis(frame.rows, dstRoiSize.height) < 1) {
+        return kNothingToWrite;
+    }
+    if (part != nullptr &&
+        (!KeepPart(frame.columns, part->x, part->width) || !KeepPart(frame.rows, part->y, part->height))) {
         return kNothingToWrite;
     }
     switch (Affordable(interpolation, srcSize)) {
@@ -115,6 +127,13 @@ int32 NearestPositions(int32 extent, double factor, int32 room, int32* positions
     ResizeAxis axis{extent, 0, extent, 0, factor};
     if (SizeAxis(axis, room) > 0) FillPositions(axis, positions);
     return axis.written;
+}
+
+int32 ResizePart_8u_C3(const uint8* src, ImageSize srcSize, int32 srcStep, uint8* dst, int32 dstStep, ImageSize dstSize,
+                       ImageRect part, double factor, int32 interpolation) {
+    if (part.x < 0 || part.y < 0 || part.width < 1 || part.height < 1) return kBadSize;
+    return Resize<3>(src, srcSize, srcStep, {0, 0, srcSize.width, srcSize.height}, dst, dstStep, dstSize, factor,
+                     factor, interpolation, &part);
 }
 
 namespace generic {

@@ -4,6 +4,13 @@
 #include "primitives/types.h"
 
 namespace orvane {
+
+/// A part of what primResize_8u_C3 makes of a whole picture, to the bit: of its result in a room of `dstSize`
+/// pixels only the rectangle `part` is made, with its first pixel at `dst`. One factor serves both axes.
+/// Status as there; a negative origin or no size of `part` -6, a part of which nothing would be written -201.
+int32 ResizePart_8u_C3(const uint8* src, ImageSize srcSize, int32 srcStep, uint8* dst, int32 dstStep, ImageSize dstSize,
+                       ImageRect part, double factor, int32 interpolation);
+
 namespace generic {
 
 /// Scales the region `srcRoi` of a source picture.

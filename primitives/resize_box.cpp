@@ -16,14 +16,15 @@ bool FillTable(const ResizeAxis& axis, HeapArray<BoxSpan>& table) {
     const double box = 1.0 / axis.factor;
     double whole = std::floor(box);
     double fraction = box - whole;
-    table[0] = {0, static_cast<int64>(whole), 0.0, Worth(fraction)};
-    for (int32 i = 1; i < axis.written; ++i) {
-        const int64 shared = table[i - 1].Tail(); // of this pixel, `fraction` is used up
+    BoxSpan span = {0, static_cast<int64>(whole), 0.0, Worth(fraction)};
+    for (int32 i = -axis.skipped; i < axis.written; ++i) {
+        if (i >= 0) table[i] = span;
+        const int64 shared = span.Tail(); // of this pixel, `fraction` is used up
         const double rest = 1.0 - fraction;
         whole = std::floor(kPositionNudge + box - rest);
         fraction = box - rest - whole;
         const double head = Worth(rest);
-        table[i] = {head > 0.0 ? shared : shared + 1, static_cast<int64>(whole), head, Worth(fraction)};
+        span = {head > 0.0 ? shared : shared + 1, static_cast<int64>(whole), head, Worth(fraction)};
     }
     return true;
 }
@@ -57,11 +58,21 @@ private:
 
 } // namespace
 
+/// Of columns that no result pixel covers nothing is summed: the region begins where the first box does.
+void LeaveOutUncovered(ResizeAxis& axis, HeapArray<BoxSpan>& table) {
+    const auto uncovered = static_cast<int32>(std::min<int64>(table[0].first, axis.length - 1));
+    for (int32 i = 0; i < axis.written; ++i) table[i].first -= uncovered;
+    axis.origin += uncovered;
+    axis.length -= uncovered;
+}
+
 template <int32 Channels>
-int32 ResizeBoxAverage(const ResizeFrame& frame) {
+int32 ResizeBoxAverage(const ResizeFrame& whole) {
+    ResizeFrame frame = whole;
     HeapArray<BoxSpan> columns;
     HeapArray<BoxSpan> rows;
     if (!FillTable(frame.columns, columns) || !FillTable(frame.rows, rows)) return kNoMemory;
+    LeaveOutUncovered(frame.columns, columns);
 
     // A box may reach past the region (a product below 1, or just under a whole number): there the
     // region's last row and column go on.

@@ -37,7 +37,7 @@ CubicSample SampleAt(double position, const ResizeAxis& axis) {
 bool FillTable(const ResizeAxis& axis, HeapArray<CubicSample>& table) {
     if (!table.Allocate(axis.written)) return false;
     const double step = GridStep(axis);
-    double position = 0.0;
+    double position = FirstOfSums(0.0, step, axis.skipped);
     for (int32 i = 0; i < axis.written; ++i, position += step) table[i] = SampleAt(GridPosition(position, axis), axis);
     return true;
 }

@@ -7,16 +7,18 @@
 
 namespace orvane {
 
-/// One axis of a resize. The region's pixels are `origin` to `origin + length - 1` of `extent`.
+/// One axis of a resize. The region's pixels are `origin` to `origin + length - 1` of `extent`. Of the result
+/// `written` pixels are made, from number `skipped` on; positions are counted from number 0 all the same.
 struct ResizeAxis {
     int32 extent;  // pixels of the whole source
     int32 origin;  // of the region
     int32 length;  // of the region, clipped to the source
     int32 written; // result pixels
     double factor; // result over source
+    int32 skipped = 0;
 };
 
-/// One resize: `src` is the whole source's first pixel, `dst` the result's.
+/// One resize: `src` is the whole source's first pixel, `dst` the first one that is made.
 struct ResizeFrame {
     const uint8* src;
     int32 srcStep;
@@ -38,6 +40,12 @@ inline const uint8* RegionRow(const ResizeFrame& f, int32 channels, int32 y) {
 inline double GridStep(const ResizeAxis& axis) {
     const double scaled = axis.length * axis.factor;
     return scaled > 1.0 ? (axis.length - 1) / (scaled - 1.0) : 0.0;
+}
+
+/// Positions are sums of steps: this one is that of the first pixel that is made.
+inline double FirstOfSums(double first, double step, int32 skipped) {
+    for (int32 i = 0; i < skipped; ++i) first += step;
+    return first;
 }
 
 /// A position on that grid. On an axis of very many pixels the sum of the steps may end past the last one.

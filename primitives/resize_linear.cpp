@@ -19,7 +19,7 @@ struct LinearSample {
 bool FillTable(const ResizeAxis& axis, HeapArray<LinearSample>& table) {
     if (!table.Allocate(axis.written)) return false;
     const double step = GridStep(axis);
-    double sum = 0.0;
+    double sum = FirstOfSums(0.0, step, axis.skipped);
     for (int32 i = 0; i < axis.written; ++i, sum += step) {
         const double position = GridPosition(sum, axis);
         const int32 whole = WholePosition(position, axis.length);

@@ -3,7 +3,9 @@
 #include "detect/candidates.h"
 #include "detect/cascade_detector.h"
 #include "image/packed_dib.h"
+#include "image/session_images.h"
 #include "primitives/trunc.h"
+#include "session/deferred_picture.h"
 #include "session/quick_view_dlg.h"
 
 #include <algorithm>
@@ -16,6 +18,22 @@ namespace {
 double Fit(ImageSize a, ImageSize b) {
     return std::min(static_cast<double>(a.width) / b.width, static_cast<double>(a.height) / b.height);
 }
+
+/// While it lives, g_sourceImage shows a bitmap's own rows; what it held comes back afterwards.
+class ShownAsSource {
+public:
+    explicit ShownAsSource(const Bitmap& bitmap) {
+        NotePicture(bitmap.Width(), bitmap.Height(), 3, 24);
+        other_.Borrow(bitmap.Bits(), bitmap.Width(), bitmap.Height(), 3);
+        g_sourceImage.Swap(other_);
+    }
+    ~ShownAsSource() { g_sourceImage.Swap(other_); }
+    ShownAsSource(const ShownAsSource&) = delete;
+    ShownAsSource& operator=(const ShownAsSource&) = delete;
+
+private:
+    ImageBuffer other_;
+};
 
 int32 Converted(int32 coordinate, double factor) { return TruncToInt32(coordinate * factor + 0.5); }
 
@@ -58,15 +76,31 @@ int32 COrvQuickViewDlg::PlaceByMarks() {
     return SetFaceRect(std::min(left, right), std::min(top, bottom), std::abs(right - left), std::abs(bottom - top));
 }
 
-int32 COrvQuickViewDlg::PlaceByDetector() {
-    if (!LoadBitmapIntoSource(m_sourceBitmap)) return m_sourceBitmap.IsEmpty() ? kNoPicture : kOutOfMemory;
-    int32 corners[4] = {m_markLeft, m_markTop, m_markRight, m_markBottom};
-    const int32 status = DetectFaceRect(false, corners);
+int32 COrvQuickViewDlg::DetectInSource(int32 corners[4]) {
+    const ShownAsSource shown(m_sourceBitmap);
+    return DetectFaceRect(false, corners);
+}
 
-    const double toWork = 1.0 / Fit(m_sourceBitmap.Size(), m_resultBitmap.Size());
+ImageSize COrvQuickViewDlg::WorkSize() const {
+    return g_deferredPicture.IsPromised() ? g_deferredPicture.Size() : m_resultBitmap.Size();
+}
+
+bool COrvQuickViewDlg::PresentWorkPicture() const {
+    if (!g_deferredPicture.IsPromised()) return LoadBitmapIntoSource(m_resultBitmap);
+    g_deferredPicture.Present();
+    return true;
+}
+
+int32 COrvQuickViewDlg::PlaceByDetector() {
+    if (m_sourceBitmap.IsEmpty()) return kNoPicture;
+    int32 corners[4] = {m_markLeft, m_markTop, m_markRight, m_markBottom};
+    const int32 status = DetectInSource(corners);
+
+    const ImageSize work = WorkSize();
+    const double toWork = 1.0 / Fit(m_sourceBitmap.Size(), work);
     for (int32& corner : corners) corner = Converted(corner, toWork);
     auto& [left, top, right, bottom] = corners;
-    if (!LoadBitmapIntoSource(m_resultBitmap)) return kOutOfMemory;
+    if (!PresentWorkPicture()) return kOutOfMemory;
     const int32 width = std::abs(right - left);
     if (status >= 0 && width > 0) {
         SetFaceRect(std::min(left, right), top, width, std::abs(top - bottom));
@@ -75,7 +109,7 @@ int32 COrvQuickViewDlg::PlaceByDetector() {
         std::fill_n(corners, 4, -1);
     }
 
-    const double toPreview = Fit({m_previewWidth, m_previewHeight}, m_resultBitmap.Size());
+    const double toPreview = Fit({m_previewWidth, m_previewHeight}, work);
     m_markLeft = Converted(left, toPreview);
     m_markRight = Converted(right, toPreview);
     // The top mark holds the greater y from here on; the drawing does not care.

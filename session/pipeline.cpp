@@ -9,8 +9,10 @@
 #include "actions/face_crop.h"
 #include "actions/output_scaling.h"
 #include "actions/rotation.h"
+#include "detect/candidates.h"
 #include "image/result_codes.h"
 #include "image/session_images.h"
+#include "session/deferred_picture.h"
 #include "session/session_state.h"
 
 namespace orvane {
@@ -28,11 +30,22 @@ int32 TurnPictureAndMask(const ImageBuffer& picture, ImageBuffer& scratch) {
     return picture.data != nullptr ? kSuccess : kNoPicture;
 }
 
+bool HasFace() { return g_faceRecord.faceHeight != 0 && g_faceRecord.faceWidth != 0; }
+
+/// Of a picture whose pixels are still to be made the crop makes those that it cuts out; whatever else reads it reads
+/// the whole.
+bool NeedsPixels() { return g_deferredPicture.IsPending() && !(g_actionEnabled[kSlotCrop] != 0 && HasFace()); }
+
+int32 Crop(const ImageBuffer& picture, ImageBuffer& scratch) {
+    if (&picture != &g_sourceImage || !g_deferredPicture.IsPending()) return ActionFaceCrop(picture, scratch);
+    return g_deferredPicture.MakePart(FaceCropRect(picture.Size()), scratch);
+}
+
 /// The body of one slot. A slot that leaves `scratch` empty passes the picture on as it is.
 int32 RunSlot(int32 slot, int32 tolerance, const ImageBuffer& picture, ImageBuffer& scratch) {
     switch (slot) {
     case kSlotCrop:
-        return ActionFaceCrop(picture, scratch);
+        return Crop(picture, scratch);
     case kSlotBackground:
         return ActionRemoveBackground(picture, scratch, g_maskImage, tolerance, g_originalWidth, g_originalHeight);
     case kSlotColour:
@@ -54,6 +67,10 @@ int32 RunActionPipeline(int32 tolerance, int32 rotation, Snapshots snapshots, co
     if (tolerance == -1) tolerance = kDefaultTolerance;
     if (rotation != -1) g_rotationAngle = rotation;
     g_maskImage.Fill(100.0);
+    if (NeedsPixels() && g_deferredPicture.MakeWhole() != kSuccess) {
+        g_workImage.CopyFrom(g_sourceImage); // as little as there is: a size
+        return kOutOfMemory;
+    }
 
     const ImageBuffer* picture = &g_sourceImage;
     ImageBuffer scratch;

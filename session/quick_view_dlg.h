@@ -5,6 +5,7 @@
 #include "capture/video_capture.h"
 #include "image/bitmap.h"
 #include "image/result_codes.h"
+#include "platform/memory_block.h"
 #include "platform/thread_apartment.h"
 #include "session/controls.h"
 #include "session/language.h"
@@ -16,6 +17,7 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -66,14 +68,19 @@ public:
     /// Makes m_resultBitmap and g_workImage out of m_sourceBitmap by a pipeline run with slot 5 alone, at
     /// the work size. Flags come out as they went in; g_rotationAngle is 0 then.
     void MakeWorkingPicture();
+    /// The same of which nobody reads a pixel for now: g_deferredPicture promises it, m_resultBitmap is empty and
+    /// g_workImage stays.
+    void PromiseWorkingPicture();
     /// Sets the face by the operator's marks, or by the detector when there are none or it is forced;
     /// g_faceRecord then belongs to the work picture. The detection's status or that of SetFaceRect.
     int32 DetectAndPlaceFace(bool forceDetection);
     /// ScanForFace that stores the corners in the anchors as well.
     int32 DetectFaceRect(bool quick, int32 corners[4]);
     /// Runs the crop alone into m_resultBitmap and, where windows can be opened, shows it for half a
-    /// second.
+    /// second. A session without a window leaves it out where none can be opened.
     void ShowConfirmation();
+    /// DetectFaceRect, once and thoroughly, on m_sourceBitmap, of which g_sourceImage is no copy meanwhile.
+    int32 DetectInSource(int32 corners[4]);
 
     /// m_bitmapHeader from a bitmap's size. 1; -1 for an empty bitmap, which changes nothing. In live
     /// mode always 1, and the header stays.
@@ -157,6 +164,7 @@ public:
     std::unique_ptr<CVideoCapture> m_capture; // in a live session, until its picture is taken
     BitmapHeader m_bitmapHeader{};            // the bitmap that ReadBitmapHeader looked at last
     LanguageTable m_language;                 // the window's texts
+    std::optional<LockedBlock> m_sourceBlock; // what m_sourceBitmap shows, where it has no pixels of its own
     Bitmap m_sourceBitmap;                    // picture as handed in, or the newest frame
     Bitmap m_resultBitmap;                    // the work picture, and after the final run the output
     int32 m_previewOffsetX = kPreviewLeft;    // client position of the preview's first pixel
@@ -210,6 +218,9 @@ private:
     /// Runs the window modally. False when none could be opened.
     bool RunQuickView();
     int32 RunHidden();
+    /// Makes the picture the session's own and lets go of the host's block: while a window stands, the host may do
+    /// with it what it likes. False without memory, with no picture and no output then.
+    bool KeepSource();
     int32 RunWithWindow();
     void EndWindow();
     /// The same with that result and without an output.
@@ -235,6 +246,12 @@ private:
     int32 PlaceLiveFace();
     void StoreLiveFace(int32 status, const int32 corners[4]);
     void KeepOriginalSize();
+    /// The rest of BeginSession without a window.
+    int32 BeginUnseen();
+    /// Of the work picture, made or promised.
+    ImageSize WorkSize() const;
+    /// The work picture, made or promised, becomes g_sourceImage. False without storage.
+    bool PresentWorkPicture() const;
 
     void ClearMarks();
     int32 PlaceByMarks();

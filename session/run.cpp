@@ -3,6 +3,7 @@
 #include "image/packed_dib.h"
 #include "image/session_images.h"
 #include "primitives/trunc.h"
+#include "session/deferred_picture.h"
 #include "session/session_state.h"
 #include "session/stage_clock.h"
 
@@ -32,19 +33,33 @@ struct COrvQuickViewDlg::Ending {
     }
 };
 
-COrvQuickViewDlg::~COrvQuickViewDlg() { EndCapture(); }
+COrvQuickViewDlg::~COrvQuickViewDlg() {
+    EndCapture();
+    g_deferredPicture.Drop();
+}
 
 int32 COrvQuickViewDlg::DetectFacePicture(void* dib) {
     g_stageTimes = {};
     m_sourceMode = kPictureMode;
-    if (const int32 status = BitmapFromPackedDib(dib, m_sourceBitmap)) {
+    m_sourceBlock.emplace(dib);
+    if (const int32 status = BitmapOverBlock(*m_sourceBlock, m_sourceBitmap)) {
+        m_sourceBlock.reset();
         if (status == kNoPicture) m_windows.ShowMessage("Error creating DIB");
         return status == kLockFailed ? kNoPicture : status;
     }
     ReadBitmapHeader(m_sourceBitmap);
     ComputeWorkSize();
     const Ending ending{*this};
-    return m_visible && m_windows.CanOpenWindow() ? RunWithWindow() : RunHidden();
+    if (!m_visible || !m_windows.CanOpenWindow()) return RunHidden();
+    return KeepSource() ? RunWithWindow() : kOutOfMemory;
+}
+
+bool COrvQuickViewDlg::KeepSource() {
+    const bool kept = m_sourceBitmap.Own();
+    m_sourceBlock.reset();
+    if (!kept) m_resultBitmap.Delete();
+    if (g_deferredPicture.IsPromised()) g_deferredPicture.MoveTo(m_sourceBitmap);
+    return kept;
 }
 
 int32 COrvQuickViewDlg::RunWithWindow() {
@@ -56,6 +71,7 @@ int32 COrvQuickViewDlg::RunHidden() {
     const int32 result = BeginSession();
     if (result == kSuccess) return ProduceOutput(m_tolerance, true);
     if (result == kNoFace && m_windows.CanOpenWindow()) {
+        if (!KeepSource()) return kOutOfMemory;
         // The operator is asked after all; the result stays 10 whatever the answer.
         struct Visible {
             bool& mode;
@@ -104,6 +120,7 @@ int32 COrvQuickViewDlg::BeginSession() {
     ReadBitmapHeader(m_sourceBitmap);
     KeepOriginalSize();
     ComputeWorkSize();
+    if (!HasWindow() && !m_sourceBitmap.IsEmpty()) return BeginUnseen();
     {
         const StageClock clock(g_stageTimes.scale);
         MakeWorkingPicture();
@@ -112,6 +129,19 @@ int32 COrvQuickViewDlg::BeginSession() {
     ReadBitmapHeader(m_resultBitmap);
     const StageClock clock(g_stageTimes.detect);
     return DetectAndPlaceFace(!HasWindow());
+}
+
+int32 COrvQuickViewDlg::BeginUnseen() {
+    PromiseWorkingPicture();
+    int32 status;
+    {
+        const StageClock clock(g_stageTimes.detect);
+        status = DetectAndPlaceFace(true);
+    }
+    if (status == kSuccess) return status;
+    // Then the work picture is the output.
+    const StageClock clock(g_stageTimes.scale);
+    return g_deferredPicture.MakeBitmap(m_resultBitmap) == kSuccess ? status : kOutOfMemory;
 }
 
 void COrvQuickViewDlg::KeepOriginalSize() {
@@ -124,7 +154,12 @@ int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final, const SlotObs
     if (m_capture != nullptr) return kSuccess; // the pictures still belong to the detection thread
     if (!HasWindow()) {
         const StageClock clock(g_stageTimes.crop);
-        ShowConfirmation();
+        if (m_windows.CanOpenWindow()) {
+            if (!KeepSource()) return kOutOfMemory;
+            ShowConfirmation();
+        } else { // nobody sees it, and the run below replaces what it makes
+            g_rotationAngle = 0;
+        }
     }
     const StageClock clock(g_stageTimes.output);
     g_actionEnabled[kSlotOutputScaling] = final ? 1 : 0;
@@ -145,7 +180,9 @@ int32 COrvQuickViewDlg::ProduceOutput(int32 tolerance, bool final, const SlotObs
 
 void COrvQuickViewDlg::EndSession() {
     EndCapture();
+    g_deferredPicture.Drop();
     m_sourceBitmap.Delete();
+    m_sourceBlock.reset();
     ClearMarks();
     m_stage = kMarking;
 }
@@ -157,6 +194,7 @@ void COrvQuickViewDlg::CloseWindow() {
 }
 
 void COrvQuickViewDlg::MakeWorkingPicture() {
+    g_deferredPicture.Drop();
     const ActionFlagsGuard flags;
     g_actionEnabled.fill(0);
     if (!m_sourceBitmap.IsEmpty() && !LoadBitmapIntoSource(m_sourceBitmap)) {
@@ -169,6 +207,20 @@ void COrvQuickViewDlg::MakeWorkingPicture() {
     StoreWorkIntoBitmap(m_resultBitmap);
     ReadBitmapHeader(m_resultBitmap);
     SetOutputGeometry(m_outputWidth, m_outputHeight);
+}
+
+void COrvQuickViewDlg::PromiseWorkingPicture() {
+    SetOutputGeometry(m_workWidth, m_workHeight);
+    g_deferredPicture.Promise(m_sourceBitmap, PlanOutputScaling(m_sourceBitmap.Size()));
+    SetOutputGeometry(m_outputWidth, m_outputHeight);
+    const ImageSize size = g_deferredPicture.Size();
+    m_bitmapHeader = OutgoingHeader(size.width, size.height);
+    // What a run with slot 5 alone leaves beside the picture.
+    g_rotationAngle = 0;
+    g_maskImage.Fill(100.0);
+    g_colourStageImage.Reset();
+    g_colourStageMask.Reset();
+    m_resultBitmap.Delete();
 }
 
 void COrvQuickViewDlg::ClearMarks() {

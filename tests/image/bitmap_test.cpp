@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace orvane::test {
 namespace {
@@ -36,6 +37,44 @@ TEST(BitmapRow, HasTheStepOfAThreeChannelImage) {
         image.depth = kDepth8u;
         EXPECT_EQ(image.Step(), BitmapRowBytes(width)) << "width " << width;
     }
+}
+
+TEST(Bitmap, BorrowedRowsAreShownAndNeverFreed) {
+    uint8 rows[16] = {1, 2, 3};
+    Bitmap bitmap;
+    bitmap.Borrow(rows, 2, 2);
+    EXPECT_EQ(rows, bitmap.Bits());
+    EXPECT_EQ(2, bitmap.Width());
+    EXPECT_EQ(16u, bitmap.Header().biSizeImage);
+    Bitmap moved(std::move(bitmap));
+    ExpectEmpty(bitmap); // NOLINT(bugprone-use-after-move): moved-from bitmaps are empty
+    EXPECT_EQ(rows, moved.Bits());
+    bitmap = std::move(moved);
+    EXPECT_EQ(rows, bitmap.Bits());
+    bitmap.Delete(); // the address sanitizer would see a free
+    ExpectEmpty(bitmap);
+    ASSERT_TRUE(bitmap.Create(2, 2));
+    EXPECT_NE(rows, bitmap.Bits());
+}
+
+TEST(Bitmap, OwnCopiesBorrowedRowsAndNothingElse) {
+    uint8 rows[16] = {1, 2, 3};
+    rows[15] = 9;
+    Bitmap bitmap;
+    EXPECT_TRUE(bitmap.Own()) << "an empty one has nothing to copy";
+    bitmap.Borrow(rows, 2, 2);
+    ASSERT_TRUE(bitmap.Own());
+    ASSERT_NE(rows, bitmap.Bits());
+    EXPECT_EQ(0, std::memcmp(rows, bitmap.Bits(), sizeof rows));
+    const uint8* own = bitmap.Bits();
+    EXPECT_TRUE(bitmap.Own());
+    EXPECT_EQ(own, bitmap.Bits());
+    bitmap.Borrow(rows, 2, 2);
+    {
+        const HeapLimit limit(0);
+        EXPECT_FALSE(bitmap.Own());
+    }
+    ExpectEmpty(bitmap);
 }
 
 TEST(OutgoingHeader, HasSizeDepthAndBytesAndNothingElse) {

@@ -27,6 +27,38 @@ std::size_t Bytes(const ImageBuffer& image) {
     return static_cast<std::size_t>(image.Step()) * static_cast<std::size_t>(image.height);
 }
 
+TEST(ImageBuffer, BorrowedRowsAreShownAndNeverFreedOrTakenForStorage) {
+    uint8 rows[24];
+    std::fill_n(rows, sizeof rows, uint8{5});
+    const auto borrowed = [&rows] {
+        ImageBuffer image;
+        image.Borrow(rows, 2, 3, 3);
+        return image;
+    };
+    ImageBuffer image = borrowed();
+    EXPECT_EQ(rows, image.data);
+    EXPECT_EQ(8, image.Step());
+    ASSERT_TRUE(image.Reshape(1, 1));
+    EXPECT_NE(rows, image.data);
+    image = borrowed();
+    ASSERT_TRUE(image.Remake(2, 3, 3, kDepth8u));
+    EXPECT_NE(rows, image.data);
+    const ImageBuffer other = Made(2, 3, 3, kDepth8u);
+    image = borrowed();
+    image.CopyFrom(other);
+    EXPECT_NE(rows, image.data);
+    image = borrowed();
+    image.Retire();
+    ASSERT_TRUE(image.Remake(1, 1, 1, kDepth8u));
+    EXPECT_NE(rows, image.data);
+    image.Borrow(rows, 2, 3, 3); // what it held is freed, as the leak sanitizer would see
+    ImageBuffer copy;
+    copy.CopyFrom(image);
+    image.Reset(); // and this is not
+    EXPECT_EQ(5, copy.data[0]);
+    for (const uint8 byte : rows) EXPECT_EQ(5, byte) << "nothing was written";
+}
+
 bool HasOnly(uint8 value, const ImageBuffer& image) {
     return std::all_of(image.data, image.data + Bytes(image), [&](uint8 byte) { return byte == value; });
 }

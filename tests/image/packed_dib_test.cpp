@@ -91,6 +91,27 @@ TEST(BitmapFromPackedDib, TakesEveryByteOfThePixels) {
     }
 }
 
+TEST(BitmapOverBlock, ShowsThePixelsWhereTheyAre) {
+    const Block block(DibBytes(101, 9));
+    const LockedBlock locked(block.Handle());
+    Bitmap bitmap;
+    ASSERT_EQ(0, BitmapOverBlock(locked, bitmap));
+    EXPECT_EQ(101, bitmap.Width());
+    EXPECT_EQ(9, bitmap.Height());
+    EXPECT_EQ(static_cast<const uint8*>(locked.Data()) + kBitmapHeaderBytes, bitmap.Bits());
+}
+
+TEST(BitmapOverBlock, MakesAPictureOfItsOwnOfPixelsThatEndEarly) {
+    BitmapHeader header = OutgoingHeader(4, 3);
+    header.biSizeImage = 20;
+    const Block block(DibBytes(header, 20));
+    const LockedBlock locked(block.Handle());
+    Bitmap bitmap;
+    ASSERT_EQ(0, BitmapOverBlock(locked, bitmap));
+    EXPECT_EQ(0, std::memcmp(static_cast<const uint8*>(locked.Data()) + kBitmapHeaderBytes, bitmap.Bits(), 20));
+    for (int32 i = 20; i < 36; ++i) EXPECT_EQ(0, bitmap.Bits()[i]) << i;
+}
+
 TEST(BitmapFromPackedDib, Width101HasRowsOf304Bytes) {
     const auto bytes = DibBytes(101, 2);
     ASSERT_EQ(40u + 2 * 304, bytes.size());

@@ -104,6 +104,60 @@ TEST_P(ResizeByCode, LessRoomCutsTheResultOffAndNeverRescales) {
     }
 }
 
+/// Parts of the result of a source of `size`, in a room that may be less or more than the factor fills.
+void JudgeParts(ImageSize size, double factor, int32 interpolation, Random& random) {
+    const Case whole{size,
+                     {0, 0, size.width, size.height},
+                     {RandomRoom(random, size.width, factor), RandomRoom(random, size.height, factor)},
+                     factor,
+                     factor,
+                     interpolation,
+                     3};
+    const auto src = Plane<uint8>::Source(3 * size.width, size.height, random);
+    Plane<uint8> expected(3 * whole.dst.width, whole.dst.height, 0, 0, 0);
+    const ImageSize written{std::min(whole.dst.width, static_cast<int32>(size.width * factor + 1e-7)),
+                            std::min(whole.dst.height, static_cast<int32>(size.height * factor + 1e-7))};
+    if (RunCase(whole, src, expected) != kOk || written.width < 1 || written.height < 1) return;
+    for (int32 n = 0; n < 6; ++n) {
+        const int32 x = random.Int(0, written.width - 1), y = random.Int(0, written.height - 1);
+        const ImageRect part{x, y, random.Int(1, whole.dst.width + 2 - x), random.Int(1, whole.dst.height + 2 - y)};
+        auto result = Plane<uint8>::Output(3 * part.width, part.height, random);
+        auto judged = result;
+        for (int32 row = 0; row < std::min(part.height, written.height - y); ++row) {
+            const int32 made = 3 * std::min(part.width, written.width - x);
+            for (int32 i = 0; i < made; ++i) judged.At(i, row) = expected.At(3 * x + i, y + row);
+        }
+        ASSERT_EQ(kOk, ResizePart_8u_C3(src.Data(), size, src.Step(), result.Data(), result.Step(), whole.dst, part,
+                                        factor, interpolation));
+        ASSERT_PRED_FORMAT2(Plane<uint8>::Same, result, judged)
+            << whole << ", part " << x << "," << y << " " << part.width << "x" << part.height;
+    }
+}
+
+TEST_P(ResizeByCode, APartIsThatPartOfTheWholeAndNothingBesideItIsTouched) {
+    Random random(static_cast<std::uint32_t>(100 + GetParam()));
+    for (int32 n = 0; n < 400 && !HasFatalFailure(); ++n) {
+        JudgeParts({random.Int(1, 90), random.Int(1, 60)}, RandomFactor(random, GetParam()), GetParam(), random);
+    }
+    JudgeParts({1501, 207}, 0.7, GetParam(), random); // sums of very many steps
+}
+
+TEST_P(ResizeByCode, APartWithoutPixelsIsRefused) {
+    const std::vector<uint8> src(3 * 16, 5);
+    uint8 dst[3] = {7, 7, 7};
+    const auto part = [&](ImageRect rect) {
+        return ResizePart_8u_C3(src.data(), {4, 4}, 12, dst, 3, {2, 2}, rect, 0.5, GetParam());
+    };
+    for (const ImageRect& rect : {ImageRect{-1, 0, 1, 1}, {0, -1, 1, 1}, {0, 0, 0, 1}, {0, 0, 1, 0}}) {
+        EXPECT_EQ(kBadSize, part(rect));
+    }
+    EXPECT_EQ(kNothingToWrite, part({2, 0, 1, 1})) << "beyond what is written";
+    EXPECT_EQ(kNothingToWrite, part({0, 2, 1, 1}));
+    EXPECT_EQ(7, dst[0]);
+    EXPECT_EQ(kOk, part({1, 1, 1, 1}));
+    EXPECT_EQ(5, dst[0]);
+}
+
 TEST_P(ResizeByCode, RoomBeyondTheResultStaysAsItWas) {
     Random random;
     const auto src = Plane<uint8>::Source(10, 10, random);

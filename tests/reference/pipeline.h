@@ -7,6 +7,7 @@
 #include "tests/reference/background.h"
 #include "tests/reference/colour_correction.h"
 #include "tests/reference/rotation.h"
+#include "tests/support/scene_image.h"
 
 namespace orvane::test::reference {
 
@@ -23,6 +24,14 @@ struct PipelineState {
         colourStageImage.CopyFrom(g_colourStageImage);
         colourStageMask.CopyFrom(g_colourStageMask);
         output = {g_outputWidth, g_outputHeight};
+    }
+
+    /// A session without a window makes no pixel of the work picture that nobody reads: here it is made of the photo.
+    void MakeSource(const Scene& photo) {
+        if (source.data != nullptr) return;
+        ImageSize size = source.Size();
+        ImageBuffer picture;
+        if (ToImage(photo, picture)) OutputScaling(picture, size, source);
     }
 };
 

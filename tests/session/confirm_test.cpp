@@ -111,6 +111,25 @@ TEST_F(Confirm, AHiddenSessionConfirmsOnceAndAVisibleOneOncePerOk) {
     EXPECT_EQ(windows.confirmations.size(), 2U);
 }
 
+TEST_F(Confirm, TheHostMayDoWithItsBlockWhatItLikesMeanwhile) {
+    session.m_visible = false;
+    const test::Scene scene = test::SmallFaceScene();
+    for (const ActionFlags& actions : {test::kCropAlone, ActionFlags{0, 0, 0, 0, 0, 0}}) {
+        g_actionEnabled = actions;
+        ASSERT_EQ(Run([](FakeWindow&) {}), kSuccess);
+        const std::vector<uint8> good = Output();
+        const test::HostBlock block(scene);
+        windows.duringConfirm = [&] {
+            std::memset(orv_BlockLock(block.Handle()), 0xEE, orv_BlockSize(block.Handle()));
+            orv_BlockUnlock(block.Handle());
+        };
+        g_actionEnabled = actions;
+        EXPECT_EQ(session.DetectFacePicture(block.Handle()), kSuccess);
+        EXPECT_EQ(Output(), good);
+        windows.duringConfirm = nullptr;
+    }
+}
+
 TEST_F(Confirm, ACancelledSessionConfirmsNothing) {
     Run([](FakeWindow& window) { window.Click(kCancelButton); });
     EXPECT_TRUE(windows.confirmations.empty());

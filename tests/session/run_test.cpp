@@ -4,11 +4,36 @@
 #include "image/packed_dib.h"
 #include "tests/reference/pipeline.h"
 #include "tests/session/session_fixture.h"
+#include "tests/support/heap_limit.h"
 #include "tests/support/host_block.h"
 #include "tests/support/pictures.h"
+#include "tests/support/scene_image.h"
+
+#include <algorithm>
+#include <cstdlib>
 
 namespace orvane {
 namespace {
+
+/// The requests of the library for memory while it lives.
+class Requests {
+public:
+    Requests() {
+        largest_ = 0;
+        SetHeapAllocator([](std::size_t bytes) -> void* {
+            largest_ = std::max(largest_, bytes);
+            return std::calloc(bytes, 1);
+        });
+    }
+    ~Requests() { SetHeapAllocator(nullptr); }
+    Requests(const Requests&) = delete;
+    Requests& operator=(const Requests&) = delete;
+
+    static std::size_t Largest() { return largest_; }
+
+private:
+    static inline std::size_t largest_ = 0;
+};
 
 class SessionRun : public test::SessionTest {
 protected:
@@ -20,6 +45,7 @@ protected:
         SetOutputGeometry(requested.width, requested.height);
         test::reference::PipelineState expected;
         expected.TakePresent();
+        expected.MakeSource(test::SmallFaceScene());
         test::reference::RunPipeline(expected, enabled);
         g_outputWidth = width;
         g_outputHeight = height;
@@ -131,6 +157,70 @@ TEST_F(SessionRun, WithAFaceItEndsWithTheCropAtTheRequestedSize) {
     EXPECT_GE(session.m_resultBitmap.Height(), 160);
     EXPECT_LE(session.m_resultBitmap.Width() * session.m_resultBitmap.Height(), 125 * 165);
     EXPECT_EQ(g_actionEnabled, (ActionFlags{1, 0, 0, 0, 0, 1}));
+}
+
+TEST_F(SessionRun, WithAFaceNeitherThePhotoIsCopiedNorTheWorkPictureMade) {
+    g_actionEnabled[kSlotCrop] = 1;
+    session.m_outputWidth = 120;
+    session.m_outputHeight = 160;
+    const test::Scene scene = test::FaceScene(1600, 1200, 700, 500, 150);
+    const Requests requests;
+    EXPECT_EQ(Run(scene), kSuccess);
+    EXPECT_GT(Requests::Largest(), 1'600U * 1'200) << "the grey plane";
+    EXPECT_LT(Requests::Largest(), 2'000'000U) << "the photo has 5.8 million bytes, the work picture 3.7";
+    EXPECT_EQ(g_sourceImage.width, 1280);
+    EXPECT_EQ(g_sourceImage.data, nullptr);
+}
+
+TEST_F(SessionRun, WithoutAFaceTheWorkPictureIsTheOutput) {
+    for (const ImageSize& size : {ImageSize{160, 120}, {403, 401}, {1500, 1000}}) {
+        test::Random random(4);
+        test::Scene scene = test::BlankScene(size.width, size.height, 128);
+        test::AddTexture(scene, 100, random);
+        ASSERT_EQ(Run(scene), kNoFace);
+        ImageBuffer photo, expected, output;
+        ASSERT_TRUE(test::ToImage(scene, photo));
+        ImageSize work = g_sourceImage.Size();
+        ASSERT_EQ(test::reference::OutputScaling(photo, work, expected), kSuccess);
+        Take(session.m_resultBitmap, output);
+        EXPECT_SAME_PICTURE(output, expected);
+        EXPECT_EQ(session.m_bitmapHeader.biWidth, work.width);
+    }
+}
+
+TEST_F(SessionRun, AWorkPictureThatIsTheOutputAndHasNoMemoryIsMinus50) {
+    int32 refused = 0;
+    for (int32 allowed = 0;; ++allowed) {
+        ASSERT_LT(allowed, 1000);
+        SetSource(test::BlankScene(160, 120));
+        int32 result;
+        {
+            const test::HeapLimit limit(allowed);
+            ::testing::internal::CaptureStdout(); // refused resizes say so
+            result = session.BeginSession();
+            ::testing::internal::GetCapturedStdout();
+        }
+        if (result == kNoFace) break;
+        ASSERT_EQ(result, kOutOfMemory);
+        EXPECT_TRUE(session.m_resultBitmap.IsEmpty());
+        ++refused;
+    }
+    EXPECT_GT(refused, 5);
+    EXPECT_EQ(session.m_resultBitmap.Width(), 640);
+}
+
+TEST_F(SessionRun, AFaceSetAfterwardsIsCroppedFromTheSamePicture) {
+    for (const FaceRecord& face : {FaceRecord{320, 240, 120, 120}, {1, 1, 90, 90}, {639, 479, 300, 200}}) {
+        SetSource(test::SmallFaceScene());
+        ASSERT_EQ(session.BeginSession(), kSuccess);
+        g_faceRecord = face;
+        for (const ActionFlags& flags : {ActionFlags{1, 0, 0, 0, 0, 1}, {0, 0, 1, 0, 0, 1}, {1, 0, 1, 0, 0, 1}}) {
+            g_actionEnabled = flags;
+            const ImageSize requested = flags[kSlotCrop] != 0 ? ImageSize{480, 860} : ImageSize{160, 120};
+            ASSERT_EQ(session.ProduceOutput(40, true), kSuccess);
+            ExpectOutput(session.m_resultBitmap, requested, flags);
+        }
+    }
 }
 
 TEST_F(SessionRun, WithCropOffTheOutputHasTheSourcesSizeWhateverWasRequested) {

@@ -81,6 +81,7 @@ protected:
         SetOutputGeometry(cropped ? scenario.output.width : 160, cropped ? scenario.output.height : 120);
         test::reference::PipelineState expected;
         expected.TakePresent();
+        expected.MakeSource(test::PictureOf(scenario.picture));
         test::reference::RunPipeline(expected, g_actionEnabled, session.m_rotation, session.m_tolerance);
         ImageBuffer output;
         Take(session.m_resultBitmap, output);

@@ -2,7 +2,6 @@
 
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
-#include "image/packed_dib.h"
 #include "orvane/orvane.h"
 #include "platform/module_folder.h"
 #include "primitives/dispatch.h"
@@ -11,7 +10,6 @@
 #include "session/stage_clock.h"
 #include "tools/support/status_text.h"
 
-#include <cstring>
 #include <new>
 
 namespace orvane::tools {
@@ -25,17 +23,15 @@ public:
     ~SessionEnd() { g_dialog->EndSession(); }
 };
 
-/// Hands a photo in, as the door for packed bitmaps does with a good one.
-int32 TakePhoto(const Picture& photo) {
+/// Hands a photo in, as the door for packed bitmaps does with a good one: the session reads its rows where they are.
+void TakePhoto(const Picture& photo) {
     COrvQuickViewDlg& session = *g_dialog;
     g_stageTimes = {};
     session.m_sourceMode = kPictureMode;
-    if (!session.m_sourceBitmap.Create(photo.width, photo.height)) return kOutOfMemory;
     // Both have rows padded to a multiple of 4 bytes, the bottom row first.
-    std::memcpy(session.m_sourceBitmap.Bits(), photo.pixels.data(), photo.pixels.size());
+    session.m_sourceBitmap.Borrow(photo.pixels.data(), photo.width, photo.height);
     session.ReadBitmapHeader(session.m_sourceBitmap);
     session.ComputeWorkSize();
-    return kSuccess;
 }
 
 /// The face of the detection just run: the anchors hold its corners in pixels of the photo.
@@ -47,13 +43,13 @@ FaceBox FoundFace() {
 
 int32 RunDetect(const Picture& photo, PhotoReport* report) {
     const SessionEnd end;
-    if (const int32 status = TakePhoto(photo)) return status;
+    TakePhoto(photo);
     double milliseconds = 0;
-    int32 status = kOutOfMemory;
+    int32 status;
     {
         const StageClock clock(milliseconds);
         int32 corners[4];
-        if (LoadBitmapIntoSource(g_dialog->m_sourceBitmap)) status = g_dialog->DetectFaceRect(false, corners);
+        status = g_dialog->DetectInSource(corners);
     }
     report->milliseconds.detect = milliseconds;
     if (status == kSuccess) report->face = FoundFace();
@@ -63,7 +59,7 @@ int32 RunDetect(const Picture& photo, PhotoReport* report) {
 int32 RunPortrait(const Picture& photo, const Options& options, PhotoReport* report, const SlotObserver& observer) {
     const SessionEnd end;
     COrvQuickViewDlg& session = *g_dialog;
-    if (const int32 status = TakePhoto(photo)) return status;
+    TakePhoto(photo);
     int32 status = session.BeginSession();
     if (status == kSuccess) {
         report->face = FoundFace();
@@ -89,17 +85,12 @@ void Note(PhotoReport* report, Steps steps) {
 }
 
 int32 FetchOutput(Picture* portrait) {
-    orv_Handle block = nullptr;
-    if (const int32 status = orv_GetOutputImage(&block)) return status;
-    const auto* bytes = static_cast<const uint8*>(orv_BlockLock(block));
-    BitmapHeader header;
-    std::memcpy(&header, bytes, sizeof header);
-    portrait->width = header.biWidth;
-    portrait->height = header.biHeight;
-    portrait->step = PictureStep(header.biWidth);
-    portrait->pixels.assign(bytes + kBitmapHeaderBytes, bytes + kBitmapHeaderBytes + header.biSizeImage);
-    orv_BlockUnlock(block);
-    orv_BlockFree(block);
+    const Bitmap& output = g_dialog->m_resultBitmap;
+    if (output.IsEmpty()) return kNoSession;
+    portrait->width = output.Width();
+    portrait->height = output.Height();
+    portrait->step = PictureStep(output.Width());
+    portrait->pixels.assign(output.Bits(), output.Bits() + output.Header().biSizeImage);
     return kSuccess;
 }
 

@@ -46,8 +46,16 @@ uint8 OverWhite(unsigned value, unsigned alpha) {
 /// One row; `blue` and `red` are the places of these samples in a stored pixel.
 void ConvertRow(const uint8* from, std::ptrdiff_t next, int blue, bool hasAlpha, uint8* to, int32 width) {
     const int red = 2 - blue;
+    if (!hasAlpha) {
+        for (int32 x = 0; x < width; ++x, from += next, to += 3) {
+            to[0] = from[blue];
+            to[1] = from[1];
+            to[2] = from[red];
+        }
+        return;
+    }
     for (int32 x = 0; x < width; ++x, from += next, to += 3) {
-        const unsigned alpha = hasAlpha ? from[3] : 255;
+        const unsigned alpha = from[3];
         to[0] = alpha == 255 ? from[blue] : OverWhite(from[blue], alpha);
         to[1] = alpha == 255 ? from[1] : OverWhite(from[1], alpha);
         to[2] = alpha == 255 ? from[red] : OverWhite(from[red], alpha);
