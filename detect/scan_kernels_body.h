@@ -15,6 +15,7 @@ constexpr int32 kLanes = ORVANE_LANES;
 
 using Floats = float __attribute__((vector_size(kLanes * 4)));
 using Ints = int32 __attribute__((vector_size(kLanes * 4)));
+using UnsignedInts = uint32 __attribute__((vector_size(kLanes * 4)));
 using HalfDoubles = double __attribute__((vector_size(kLanes * 4)));
 
 template <typename V, typename T>
@@ -164,8 +165,10 @@ void RunNorms(const InnerRectRows& rows, const int32* starts, int32 count, float
         const std::ptrdiff_t left = starts[i], right = left + rows.width;
         const Floats sum = (Load<Floats>(rows.sumTop + left) - Load<Floats>(rows.sumTop + right)) -
                            (Load<Floats>(rows.sumBottom + left) - Load<Floats>(rows.sumBottom + right));
-        const Ints squares = (Load<Ints>(rows.squaresTop + left) - Load<Ints>(rows.squaresTop + right)) -
-                             (Load<Ints>(rows.squaresBottom + left) - Load<Ints>(rows.squaresBottom + right));
+        // Modulo 2^32 on the way; what a window has is less.
+        const auto at = [](const uint32* from) { return Load<UnsignedInts>(from); };
+        const UnsignedInts squares = (at(rows.squaresTop + left) - at(rows.squaresTop + right)) -
+                                     (at(rows.squaresBottom + left) - at(rows.squaresBottom + right));
         HalfFloats sums[2], spreads[2];
         HalfInts halves[2];
         __builtin_memcpy(sums, &sum, sizeof sum);
@@ -232,7 +235,7 @@ void RunIntegral(const uint8* pixels, int32 width, const float* sumAbove, float*
         const Ints rowSums = sums.Next(values);
         const Ints rowSquares = squareSums.Next(Squares(values));
         Store(__builtin_convertvector(rowSums, Floats) + Load<Floats>(sumAbove + x), sum + x);
-        Store(rowSquares + Load<Ints>(squaresAbove + x), squares + x);
+        Store(reinterpret_cast<UnsignedInts>(rowSquares) + Load<UnsignedInts>(squaresAbove + x), squares + x);
     }
 }
 
