@@ -7,7 +7,7 @@
 
 #include <immintrin.h>
 
-namespace orvane {
+namespace orvane::ORVANE_KERNELS {
 namespace {
 
 #if ORVANE_WIDE
@@ -211,4 +211,4 @@ inline void StorePixels(const ThreeVectors& channels, uint8* to) {
 #endif
 
 } // namespace
-} // namespace orvane
+} // namespace orvane::ORVANE_KERNELS

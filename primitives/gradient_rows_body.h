@@ -4,7 +4,7 @@
 #include "primitives/byte_vectors.h"
 #include "primitives/row_kernels.h"
 
-namespace orvane {
+namespace orvane::ORVANE_KERNELS {
 namespace {
 
 constexpr int32 kWords = kBytes / 2;
@@ -180,4 +180,4 @@ void RunKeepEdges(const uint8* mark, uint8* to, int32 width) {
 }
 
 } // namespace
-} // namespace orvane
+} // namespace orvane::ORVANE_KERNELS

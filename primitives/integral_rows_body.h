@@ -4,7 +4,7 @@
 #include "primitives/byte_vectors.h"
 #include "primitives/row_kernels.h"
 
-namespace orvane {
+namespace orvane::ORVANE_KERNELS {
 namespace {
 
 #if ORVANE_WIDE
@@ -116,4 +116,4 @@ void RunStdDevs(const RectRows& rows, int32 width, float* to) {
 }
 
 } // namespace
-} // namespace orvane
+} // namespace orvane::ORVANE_KERNELS

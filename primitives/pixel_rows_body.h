@@ -11,7 +11,7 @@
 #include "primitives/byte_vectors.h"
 #include "primitives/row_kernels.h"
 
-namespace orvane {
+namespace orvane::ORVANE_KERNELS {
 namespace {
 
 // --- hue, saturation and value ---
@@ -424,4 +424,4 @@ void RunStretch(const uint8* from, uint8* to, int64 count, uint8 low, float fact
 }
 
 } // namespace
-} // namespace orvane
+} // namespace orvane::ORVANE_KERNELS

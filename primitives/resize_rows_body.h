@@ -5,7 +5,7 @@
 #include "primitives/byte_vectors.h"
 #include "primitives/row_kernels.h"
 
-namespace orvane {
+namespace orvane::ORVANE_KERNELS {
 namespace {
 
 // --- linear: 14 fractional bits along a row, 6 between the passes ---
@@ -298,4 +298,4 @@ void RunBoxColumns(const float* sums, const BoxSpan* spans, int32 count, double 
 }
 
 } // namespace
-} // namespace orvane
+} // namespace orvane::ORVANE_KERNELS

@@ -10,7 +10,7 @@
 #include "primitives/byte_vectors.h"
 #include "primitives/row_kernels.h"
 
-namespace orvane {
+namespace orvane::ORVANE_KERNELS {
 namespace {
 
 #if ORVANE_WIDE
@@ -181,4 +181,4 @@ int64 RunTurnedRow(const TurnedPath& turned, double& uAt, double& vAt, int64 cou
 #endif
 
 } // namespace
-} // namespace orvane
+} // namespace orvane::ORVANE_KERNELS

@@ -1,5 +1,6 @@
 // The primitives' kernels with vectors of 128 bits.
 #define ORVANE_WIDE 0
+#define ORVANE_KERNELS kernels128 // by which one tells the forms apart in a program
 #include "primitives/gradient_rows_body.h"
 #include "primitives/integral_rows_body.h"
 #include "primitives/pixel_rows_body.h"
@@ -7,6 +8,8 @@
 #include "primitives/window_rows_body.h"
 
 namespace orvane {
+
+using namespace kernels128;
 
 const RowKernels kRowKernels128 = {
     RunHsv,

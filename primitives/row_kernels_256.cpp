@@ -1,5 +1,6 @@
 // The primitives' kernels with vectors of 256 bits.
 #define ORVANE_WIDE 1
+#define ORVANE_KERNELS kernels256 // by which one tells the forms apart in a program
 #include "primitives/gradient_rows_body.h"
 #include "primitives/integral_rows_body.h"
 #include "primitives/pixel_rows_body.h"
@@ -8,6 +9,8 @@
 #include "primitives/window_rows_body.h"
 
 namespace orvane {
+
+using namespace kernels256;
 
 const RowKernels kRowKernels256 = {
     RunHsv,

@@ -4,7 +4,7 @@
 #include "primitives/byte_vectors.h"
 #include "primitives/row_kernels.h"
 
-namespace orvane {
+namespace orvane::ORVANE_KERNELS {
 namespace {
 
 /// Blocks of `Vectors` vectors, so that the look at a row's address serves several; what is left of the row.
@@ -70,4 +70,4 @@ void RunMeanOfNine(const uint16* sums, uint8* result, int64 width) {
 }
 
 } // namespace
-} // namespace orvane
+} // namespace orvane::ORVANE_KERNELS
