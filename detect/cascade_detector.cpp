@@ -55,15 +55,37 @@ void SetLimitsByWidth(int32 width) {
     g_minFaceRatio = narrow ? 0.05F : 0.07F;
 }
 
-/// The grey plane of a picture, made once for all passes: the picture itself where that has one channel.
+/// Copies a picture of one or three channels into one of three.
+int32 CopyToWork(const ImageBuffer& source, ImageBuffer& work) {
+    const bool sameSize = work.data != nullptr && work.width == source.width && work.height == source.height &&
+                          work.channels == 3 && work.depth == kDepth8u;
+    if (!sameSize && !work.Create(source.width, source.height, 3, kDepth8u, 0)) return kOutOfMemory;
+    if (source.channels == 3) {
+        return primCopy_8u_C3(source.data, source.Step(), work.data, work.Step(), source.Size()) == kOk ? kSuccess
+                                                                                                        : kNoPicture;
+    }
+    for (int32 y = 0; y < source.height; ++y) {
+        const uint8* from = RowAt(source.data, source.Step(), y);
+        uint8* to = RowAt(work.data, work.Step(), y);
+        for (int32 x = 0; x < source.width; ++x, to += 3) to[0] = to[1] = to[2] = from[x];
+    }
+    return kSuccess;
+}
+
+/// The grey plane of a picture, made once for all passes, and the copy of the picture in a work picture where one is
+/// wanted. A picture of one channel is its own grey plane.
 class GreyPlane {
 public:
-    explicit GreyPlane(const ImageBuffer& picture) : picture_(picture) {}
+    /// @param work null, or where the copy goes
+    GreyPlane(const ImageBuffer& picture, ImageBuffer* work) : picture_(picture), work_(work) {}
 
-    /// 0; -60 for a picture without pixels or a refused conversion; -50 without storage.
+    /// 0; -60 for a picture without pixels or a refused copy or conversion; -50 without storage.
     int32 Make() {
         if (grey_ != nullptr) return kSuccess;
         if (picture_.data == nullptr) return kNoPicture;
+        if (work_ != nullptr) {
+            if (const int32 status = CopyToWork(picture_, *work_)) return status;
+        }
         if (picture_.channels != 3) {
             grey_ = &picture_;
             return kSuccess;
@@ -82,6 +104,7 @@ public:
 
 private:
     const ImageBuffer& picture_;
+    ImageBuffer* work_;
     ImageBuffer own_;
     const ImageBuffer* grey_ = nullptr;
 };
@@ -251,6 +274,14 @@ int32 RunPass(GreyPlane& grey, float scaleFactor, int32 passTag) {
     return Scan(params, grey);
 }
 
+int32 Detect(bool quick, ImageBuffer* work) {
+    if (g_detectorParams == nullptr) return kNoSession;
+    GreyPlane grey(g_sourceImage, work);
+    if (quick) return RunPass(grey, 1.09F, 2);
+    const int32 status = RunPass(grey, 1.05F, 0);
+    return status == kNoFace ? RunPass(grey, 1.02F, 1) : status;
+}
+
 } // namespace
 
 float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
@@ -259,17 +290,13 @@ float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
     return static_cast<float>(static_cast<double>(minFaceSize) / windowWidth);
 }
 
-int32 ScanScales(DetectorParams& params, const ImageBuffer& source) {
-    GreyPlane grey(source);
+int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source) {
+    GreyPlane grey(source, &work);
     return Scan(params, grey);
 }
 
-int32 RunDetection(bool quick) {
-    if (g_detectorParams == nullptr) return kNoSession;
-    GreyPlane grey(g_sourceImage);
-    if (quick) return RunPass(grey, 1.09F, 2);
-    const int32 status = RunPass(grey, 1.05F, 0);
-    return status == kNoFace ? RunPass(grey, 1.02F, 1) : status;
-}
+int32 RunDetection(bool quick) { return Detect(quick, &g_workImage); }
+
+int32 FindFace(bool quick) { return Detect(quick, nullptr); }
 
 } // namespace orvane

@@ -29,17 +29,20 @@ extern int32 g_maxFaceSize;    // largest face in pixels of the current picture
 extern int32 g_positiveCount;  // positions still alive during the stages of one scale
 extern int32 g_pruneParameter; // argument of all pruning modes
 
-/// Looks for the face in g_sourceImage. `quick` scans once with a coarse scale step; otherwise a scan without a
-/// face is repeated with a finer one.
+/// Looks for the face in g_sourceImage, leaving a copy of it in g_workImage. `quick` scans once with a
+/// coarse scale step; otherwise a scan without a face is repeated with a finer one.
 /// 0: the face is in g_faceRecord; 10: none, the record is zero; below zero an error as of ScanScales,
 /// -80 without detector settings.
 int32 RunDetection(bool quick);
 
-/// One pass over all scales of `source`.
+/// The same, but g_workImage stays as it is: for those who make a work picture of their own afterwards.
+int32 FindFace(bool quick);
+
+/// One pass over all scales of `source`; `work` receives a copy of it.
 /// 0 or 10 as above; the load status when the classifier is not loaded; -60 for a picture without
 /// pixels; -10 for one too small for a face; -40 when a primitive fails; -50 when memory is exhausted.
 /// An error leaves the record as it was.
-int32 ScanScales(DetectorParams& params, const ImageBuffer& source);
+int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source);
 
 /// The scale at which a scan of a picture of this width begins.
 float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth);

@@ -40,7 +40,7 @@ int32 Converted(int32 coordinate, double factor) { return TruncToInt32(coordinat
 } // namespace
 
 int32 ScanForFace(bool quick, int32 corners[4]) {
-    const int32 status = RunDetection(quick);
+    const int32 status = FindFace(quick); // the pipeline makes the work picture anew
     if (status < 0) return status;
     int32 x, y, w, h;
     GetFaceRect(&x, &y, &w, &h);

@@ -131,13 +131,20 @@ TEST_F(ScanEquality, OfAOneChannelPictureIsThatOfItsThreeChannelForm) {
         for (int32 x = 0; x < scene.width; ++x)
             RowAt(g_sourceImage.data, g_sourceImage.Step(), y)[x] = *scene.Pixel(x, y);
     }
+    g_workImage.Reset();
     DetectorParams params = Params(1.09F, 4);
-    EXPECT_EQ(0, ScanScales(params, g_sourceImage));
+    EXPECT_EQ(0, ScanScales(g_workImage, params, g_sourceImage));
     EXPECT_EQ(face.centreX, g_faceRecord.centreX);
     EXPECT_EQ(face.centreY, g_faceRecord.centreY);
     EXPECT_EQ(face.faceWidth, g_faceRecord.faceWidth);
     ASSERT_EQ(scales.size(), recorder_.Scales().size());
     for (std::size_t i = 0; i < scales.size(); ++i) EXPECT_TRUE(scales[i].mask == recorder_.Scales()[i].mask) << i;
+    ASSERT_EQ(3, g_workImage.channels);
+    for (int32 y = 0; y < scene.height; ++y) {
+        EXPECT_TRUE(std::equal(scene.Pixel(0, y), scene.Pixel(0, y) + 3 * scene.width,
+                               RowAt(g_workImage.data, g_workImage.Step(), y)))
+            << "row " << y << " of the work picture";
+    }
 }
 
 TEST_F(ScanFixture, FindsADrawnFaceWhereItIs) {

@@ -19,20 +19,23 @@ namespace {
 
 class FusedScanTest : public ::testing::TestWithParam<KernelSet> {
 protected:
-    ~FusedScanTest() override { g_sourceImage.Reset(); }
+    ~FusedScanTest() override {
+        g_sourceImage.Reset();
+        g_workImage.Reset();
+    }
 
     /// Scans g_sourceImage both ways; the hits, which must be the same.
     static std::string BothScans(float scaleFactor, const std::string& what) {
         DetectorParams params;
         params.scaleFactor = scaleFactor;
         HitWatcher stepwise(true);
-        const int32 status = ScanScales(params, g_sourceImage);
+        const int32 status = ScanScales(g_workImage, params, g_sourceImage);
         const FaceRecord face = g_faceRecord;
         const int32 positive = g_positiveCount;
         EXPECT_GE(stepwise.steps, 1) << what;
         HitWatcher fused(false);
         g_positiveCount = -1;
-        EXPECT_EQ(status, ScanScales(params, g_sourceImage)) << what;
+        EXPECT_EQ(status, ScanScales(g_workImage, params, g_sourceImage)) << what;
         EXPECT_EQ(0, fused.steps) << what << ": it was not scanned in one go";
         const auto differ =
             std::mismatch(stepwise.text.begin(), stepwise.text.end(), fused.text.begin(), fused.text.end());

@@ -20,12 +20,26 @@ protected:
     }
 };
 
+/// A work picture of an earlier scan, by which one sees whether it was touched.
+void MarkWork() {
+    ASSERT_TRUE(g_workImage.Create(3, 2, 3, kDepth8u, 0));
+    g_workImage.Fill(77.0);
+}
+
+void ExpectWorkUntouched(const std::string& what) {
+    EXPECT_EQ(3, g_workImage.width) << what;
+    ASSERT_NE(nullptr, g_workImage.data) << what;
+    EXPECT_EQ(77, g_workImage.data[0]) << what;
+}
+
 TEST_F(ScanFailures, WithoutClassifierGiveTheLoadStatusAndTouchNothing) {
     ASSERT_TRUE(ToImage(FaceScene(100, 90, 20, 10, 60), g_sourceImage));
     for (const int32 status : {-70, -5, -1}) {
+        MarkWork();
         DetectorParams params = Params(1.05F, 4);
         params.loadStatus = status;
-        EXPECT_EQ(status, ScanScales(params, g_sourceImage));
+        EXPECT_EQ(status, ScanScales(g_workImage, params, g_sourceImage));
+        ExpectWorkUntouched("status " + std::to_string(status));
         ExpectRecordUntouched("status " + std::to_string(status));
     }
     EXPECT_TRUE(recorder_.Scales().empty());
@@ -35,7 +49,7 @@ TEST_F(ScanFailures, TheLoadStatusComesBeforeThePicture) {
     g_sourceImage.Reset();
     DetectorParams params = Params(1.05F, 4);
     params.loadStatus = -70;
-    EXPECT_EQ(-70, ScanScales(params, g_sourceImage));
+    EXPECT_EQ(-70, ScanScales(g_workImage, params, g_sourceImage));
 }
 
 TEST_F(ScanFailures, WithoutSettingsThereIsNoSession) {
@@ -51,9 +65,11 @@ TEST_F(ScanFailures, APictureWithoutSizeOrPixelsIsNone) {
         g_sourceImage.height = size.height;
         g_sourceImage.channels = 3;
         g_sourceImage.depth = kDepth8u;
+        MarkWork();
         DetectorParams params = Params(1.05F, 4);
         const std::string what = std::to_string(size.width) + " by " + std::to_string(size.height);
-        EXPECT_EQ(-60, ScanScales(params, g_sourceImage)) << what;
+        EXPECT_EQ(-60, ScanScales(g_workImage, params, g_sourceImage)) << what;
+        ExpectWorkUntouched(what);
         ExpectRecordUntouched(what);
     }
 }
@@ -65,6 +81,7 @@ TEST_F(ScanFailures, APictureTooSmallForTheStoreIsABadCall) {
         const std::string what = std::to_string(size.width) + " by " + std::to_string(size.height);
         for (const bool quick : {false, true}) EXPECT_EQ(-10, Run(BlankScene(size.width, size.height), quick)) << what;
         ExpectRecordUntouched(what);
+        EXPECT_EQ(size.width, g_workImage.width) << "the work copy comes first, " << what;
     }
     EXPECT_TRUE(recorder_.Scales().empty());
 }
@@ -79,7 +96,7 @@ TEST_F(ScanFailures, AStripOf32767ByThousandsIsScannedAsSmallAsAnyOther) {
     // One 32,767 wide that the store takes must be 2,293 high; its scaled planes are no larger than others'.
     ASSERT_TRUE(g_sourceImage.Create(32767, 2400, 1, kDepth8u, 0));
     DetectorParams params = Params(1.09F, 4);
-    EXPECT_EQ(10, ScanScales(params, g_sourceImage)) << "25 rows are not more than 29";
+    EXPECT_EQ(10, ScanScales(g_workImage, params, g_sourceImage)) << "25 rows are not more than 29";
     EXPECT_TRUE(recorder_.Scales().empty());
 }
 
@@ -138,6 +155,10 @@ TEST_F(ScanFailures, OfAnyPrimitiveEndTheScanAtOnce) {
         expect(-40, "opening of the mask");
     }
     {
+        const SlotGuard<decltype(generic::primCopy_8u_C3)> slot(primCopy_8u_C3, fail);
+        expect(-60, "copy");
+    }
+    {
         const SlotGuard<decltype(generic::primRGBToGray_8u_C3C1)> slot(primRGBToGray_8u_C3C1, fail);
         expect(-60, "grey conversion");
     }
@@ -185,12 +206,13 @@ int g_failingAllocation;
 /// The status of a scan during which one allocation alone fails, and how many it asked for.
 int32 ScanWithOneFailure(const Scene& scene, int failing, bool& failed) {
     EXPECT_TRUE(ToImage(scene, g_sourceImage));
+    g_workImage.Reset();
     DetectorParams params;
     params.scaleFactor = 1.09F;
     g_failingAllocation = failing;
     SetHeapAllocator(
         [](std::size_t bytes) -> void* { return g_failingAllocation-- == 0 ? nullptr : std::calloc(bytes, 1); });
-    const int32 status = ScanScales(params, g_sourceImage);
+    const int32 status = ScanScales(g_workImage, params, g_sourceImage);
     SetHeapAllocator(nullptr);
     failed = g_failingAllocation < 0;
     return status;
@@ -210,7 +232,7 @@ TEST_F(ScanFailures, OfAnyOneAllocationAreMinus50OrAnUnprunedScale) {
         outOfMemory += status == -50 ? 1 : 0;
         ASSERT_LT(allocation, 1000);
     }
-    EXPECT_GE(outOfMemory, 6) << "grey plane and five planes at least";
+    EXPECT_GE(outOfMemory, 7) << "work copy, grey plane and five planes at least";
 }
 
 TEST_F(ScanFailures, OfAllAllocationsFromOneOnAreMinus50OrAnUnprunedScan) {
@@ -220,16 +242,17 @@ TEST_F(ScanFailures, OfAllAllocationsFromOneOnAreMinus50OrAnUnprunedScan) {
     int32 status = -50;
     for (; allowed < 1000; ++allowed) {
         g_faceRecord = {11, 12, 13, 14};
+        g_workImage.Reset();
         DetectorParams params = Params(1.09F, 4);
         {
             const HeapLimit limit(allowed);
-            status = ScanScales(params, g_sourceImage);
+            status = ScanScales(g_workImage, params, g_sourceImage);
         }
         if (status != -50) break;
         ExpectRecordUntouched(std::to_string(allowed) + " allocations succeed");
     }
     EXPECT_EQ(0, status) << allowed << " allocations succeed";
-    EXPECT_GE(allowed, 6);
+    EXPECT_GE(allowed, 7);
     EXPECT_EQ(0, Scan(scene)) << "after failures a scan works as ever";
 }
 

@@ -14,7 +14,10 @@ namespace orvane::test {
 
 class ScanFixture : public ::testing::Test {
 protected:
-    ~ScanFixture() override { g_sourceImage.Reset(); }
+    ~ScanFixture() override {
+        g_sourceImage.Reset();
+        g_workImage.Reset();
+    }
 
     static DetectorParams Params(float scaleFactor, int32 pruneMode) {
         DetectorParams params;
@@ -27,7 +30,7 @@ protected:
     static int32 Scan(const Scene& scene, float scaleFactor = 1.09F, int32 pruneMode = 4) {
         DetectorParams params = Params(scaleFactor, pruneMode);
         EXPECT_TRUE(ToImage(scene, g_sourceImage));
-        return ScanScales(params, g_sourceImage);
+        return ScanScales(g_workImage, params, g_sourceImage);
     }
 
     /// The whole detection with new settings.

@@ -38,7 +38,7 @@ TEST_F(ScanSchedule, LimitsGoByTheWidth) {
         recorder_.Forget();
         DetectorParams params = Params(1.05F, 4);
         ASSERT_TRUE(ToImage(BlankScene(c.width, 500), g_sourceImage));
-        EXPECT_EQ(10, ScanScales(params, g_sourceImage));
+        EXPECT_EQ(10, ScanScales(g_workImage, params, g_sourceImage));
         EXPECT_EQ(c.radius, g_groupRadius) << "width " << c.width;
         EXPECT_EQ(c.ratio, g_minFaceRatio) << "width " << c.width;
         EXPECT_EQ(c.minFaceSize, params.minFaceSize) << "width " << c.width;
@@ -93,7 +93,7 @@ TEST_F(ScanSchedule, AScaleFactorThatDoesNotGrowBecomesOnePointOne) {
         recorder_.Forget();
         DetectorParams params = Params(factor, 4);
         ASSERT_TRUE(ToImage(BlankScene(60, 60), g_sourceImage));
-        EXPECT_EQ(10, ScanScales(params, g_sourceImage));
+        EXPECT_EQ(10, ScanScales(g_workImage, params, g_sourceImage));
         EXPECT_EQ(1.1F, params.scaleFactor);
         EXPECT_EQ((std::vector<int32>{60, 54, 49, 45, 40, 37, 33, 30}), ScaledWidths()) << factor;
     }
