@@ -11,11 +11,13 @@ failed=0
 data='^(\\.gcc_except_table|\\.[cd]tors(\\.[0-9]+)?|__[CD]TOR_LIST__)$' # awk takes one of two backslashes
 
 # Functions that may hold newer instructions, since they are called only where the processor says that it has them:
-# the sources of std::random_device, which ask CPUID, and which Orvane never uses.
+# the sources of std::random_device, which ask CPUID, and which Orvane never uses; and, as the program starts, the
+# compiler's help for CPUID, which asks what the system saves where CPUID says that one can.
 declare -A guarded=(
     ['.text$_ZNSt12_GLOBAL__N_112__x86_rdrandEPv']=rdrand
     ['.text$_ZNSt12_GLOBAL__N_112__x86_rdseedEPv']=rdseed
     ['.text$_ZNSt12_GLOBAL__N_119__x86_rdseed_rdrandEPv']=rdseed
+    ['.text.startup']=xgetbv
 )
 
 # And the wider forms of inner loops, all of a namespace: they are reached through tables of which CPUID chooses one.
