@@ -23,7 +23,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <thread>
@@ -123,7 +122,10 @@ int32 OpenSession() {
     }
     if (selection != 0) return kNoSession;
     if (g_dialog == nullptr) g_dialog = std::make_unique<COrvQuickViewDlg>(ThisWindowSystem(), ThisVideoSystem());
-    [[maybe_unused]] static const int registered = std::atexit(LeaveSession);
+    // A destructor, since that one is tied to this file however it goes, which not every runtime does with std::atexit.
+    static const struct Leaving {
+        ~Leaving() { LeaveSession(); }
+    } leaving;
     constexpr int32 kPreviewBound = 400;
     g_dialog->m_previewWidth = g_dialog->m_previewHeight = kPreviewBound;
     g_dialog->m_previewMaxWidth = g_dialog->m_previewMaxHeight = kPreviewBound;
