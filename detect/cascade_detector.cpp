@@ -145,7 +145,7 @@ int32 RunStages(ScalePlanes& p, ImageSize positions) {
     for (std::size_t i = 0; i < g_classifier.stageObject.size(); ++i) {
         const int32 status = primApplyHaarClassifier_32f_C1(
             p.Sum(), p.sum.Step(), p.Norm(), p.normPlane.Step(), p.mask.data, p.mask.Step(), positions,
-            &g_positiveCount, g_classifier.stageThreshold[i], g_classifier.stageObject[i]);
+            &g_positiveCount, g_classifier.stageThreshold[i], g_classifier.stageObject[i].get());
         if (status != kOk) return status;
         if (g_scanObserver != nullptr) g_scanObserver->OnStage(i, p.mask);
         if (g_positiveCount == 0) break;

@@ -141,7 +141,7 @@ int32 ReadClassifierFile(const PathString& name, ClassifierTables& tables) {
     if (std::fseek(file.get(), kHeaderBytes, SEEK_SET) != 0) return kNoClassifier;
     try {
         if (!ReadArrays(file.get(), read)) return kNoClassifier;
-        read.stageObject.assign(read.stageThreshold.size(), nullptr);
+        read.stageObject.resize(read.stageThreshold.size());
     } catch (const std::bad_alloc&) {
         return kOutOfMemory;
     }
@@ -165,14 +165,16 @@ int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tab
     for (std::size_t i = 0; i < tables.stageObject.size(); ++i) {
         const int32 features = tables.stageFeatureStart[i];
         const int32 classifiers = tables.stageClassifierStart[i];
+        HaarClassifier* stage = nullptr;
         const int32 status = primHaarClassifierInitAlloc_32f(
-            &tables.stageObject[i], tables.featureRect.data() + features, tables.featureWeight.data() + features,
+            &stage, tables.featureRect.data() + features, tables.featureWeight.data() + features,
             tables.classifierThreshold.data() + classifiers, tables.classifierVal1.data() + classifiers,
             tables.classifierVal2.data() + classifiers, tables.classifierFeatureCount.data() + classifiers,
             tables.stageClassifierCount[i]);
         if (status != kOk) return status;
+        tables.stageObject[i].reset(stage);
         ImageSize size;
-        primGetHaarClassifierSize_32f(tables.stageObject[i], &size);
+        primGetHaarClassifierSize_32f(stage, &size);
         tables.maxFeatureWidth = std::max(tables.maxFeatureWidth, size.width);
         tables.maxFeatureHeight = std::max(tables.maxFeatureHeight, size.height);
     }
@@ -186,8 +188,8 @@ int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tab
 
 int32 FreeClassifier(ClassifierTables& tables) {
     int32 status = kOk;
-    for (HaarClassifier* stage : tables.stageObject) {
-        if (stage != nullptr) status = primHaarClassifierFree_32f(stage);
+    for (HaarStage& stage : tables.stageObject) {
+        if (stage != nullptr) status = primHaarClassifierFree_32f(stage.release());
     }
     ClassifierTables emptied;
     emptied.windowWidth = tables.windowWidth;

@@ -7,9 +7,15 @@
 #include "platform/module_folder.h"
 #include "primitives/primitives.h"
 
+#include <memory>
 #include <vector>
 
 namespace orvane {
+
+struct HaarStageFree {
+    void operator()(HaarClassifier* stage) const { primHaarClassifierFree_32f(stage); }
+};
+using HaarStage = std::unique_ptr<HaarClassifier, HaarStageFree>;
 
 /// The file's numbers, in file form until PrepareClassifier has changed them in place.
 struct ClassifierTables {
@@ -31,8 +37,8 @@ struct ClassifierTables {
     std::vector<ImageRect> featureRect; // window coordinates, y from the window's top in the file
     std::vector<float> featureWeight;
 
-    std::vector<HaarClassifier*> stageObject; // one a stage, owned here
-    int32 maxFeatureWidth = 0;                // largest right and bottom bound over all stages
+    std::vector<HaarStage> stageObject; // one a stage
+    int32 maxFeatureWidth = 0;          // largest right and bottom bound over all stages
     int32 maxFeatureHeight = 0;
     CascadePlan plan; // made by PrepareClassifier
 };

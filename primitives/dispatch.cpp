@@ -1,5 +1,5 @@
-// Slots and their table. Every column has the same results to the bit, so the SSE2 and SSE3 columns
-// name the generic functions until a faster form exists.
+// Slots and their table. Every column has the same results to the bit, so the SSE2 and SSE3 columns name the generic
+// functions too: their inner loops come in a form for each instruction set by themselves.
 #include "primitives/dispatch.h"
 
 #include "platform/message_box.h"

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <utility>
 
 namespace orvane::test {
 namespace {
@@ -105,7 +106,9 @@ TEST_F(ClassifierFile, HasEveryFieldAtItsOffset) {
     EXPECT_EQ(7, t.featureRect[5].width);
     EXPECT_EQ(8, t.featureRect[5].height);
     EXPECT_EQ((std::vector<float>{-1.0F, -2.0F, -3.0F, -4.0F, -5.0F, -6.0F}), t.featureWeight);
-    EXPECT_EQ((std::vector<HaarClassifier*>{nullptr, nullptr}), t.stageObject);
+    ASSERT_EQ(2u, t.stageObject.size());
+    EXPECT_EQ(nullptr, t.stageObject[0]);
+    EXPECT_EQ(nullptr, t.stageObject[1]);
 }
 
 TEST_F(ClassifierFile, IsWrittenByTheBuilderAsItIsRead) {
@@ -200,7 +203,7 @@ TEST_F(ClassifierFile, StagesMayShareClassifiersAndRectangles) {
     ASSERT_EQ(0, files_.Load(file));
     ImageSize sizes[2];
     for (std::size_t i = 0; i < 2; ++i)
-        ASSERT_EQ(0, primGetHaarClassifierSize_32f(g_classifier.stageObject[i], &sizes[i]));
+        ASSERT_EQ(0, primGetHaarClassifierSize_32f(g_classifier.stageObject[i].get(), &sizes[i]));
     EXPECT_EQ(sizes[0].width, sizes[1].width);
     EXPECT_NE(g_classifier.stageObject[0], g_classifier.stageObject[1]);
 }
@@ -214,7 +217,7 @@ TEST_F(ClassifierFile, AStageMayHaveNoClassifiers) {
 TEST_F(ClassifierFile, ReservedNumbersAndTrailingBytesHaveNoEffect) {
     CascadeFile file = SmallCascade();
     ASSERT_EQ(0, files_.Load(file));
-    const ClassifierTables plain = g_classifier;
+    const ClassifierTables plain = std::move(g_classifier);
     file.stageReserved = {kMin32, kMax32};
     ClassifierTables t;
     ASSERT_EQ(0, Read(file.Bytes() + std::string(1000, '\x7F'), t));

@@ -100,7 +100,7 @@ TEST_P(CascadeFile, IsTakenByTheDetectorWithTheSameStages) {
                 uint8 mask = 255;
                 int32 positive = 1;
                 primApplyHaarClassifier_32f_C1(sum.data(), 100, &deviation, 4, &mask, 1, {1, 1}, &positive, threshold,
-                                               tables.stageObject[s]);
+                                               tables.stageObject[s].get());
                 ASSERT_EQ(mask != 0, passes) << "stage " << s << " sum " << expected << " threshold " << threshold;
             }
             EXPECT_EQ(tables.stageThreshold[s], cascade.stages[s].threshold - kThresholdBias);

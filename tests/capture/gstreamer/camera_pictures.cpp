@@ -21,10 +21,11 @@ Scene MakePortrait(ImageSize size, int32 phase) {
                      scaled(kPortraitFace.width), static_cast<std::uint32_t>(phase + 1));
 }
 
-/// Drawn once, since noise takes longer than a frame may.
+/// Drawn once, since noise takes longer than a frame may; kept to the end, since a camera may outlive the test.
 const Scene& Portrait(ImageSize size, int32 number) {
+    using Scenes = std::map<std::pair<std::pair<int32, int32>, int32>, Scene>;
     static std::mutex mutex;
-    static std::map<std::pair<std::pair<int32, int32>, int32>, Scene> drawn;
+    static Scenes& drawn = *new Scenes;
     const int32 phase = number % kScenes;
     const std::lock_guard lock(mutex);
     const auto key = std::pair(std::pair(size.width, size.height), phase);
