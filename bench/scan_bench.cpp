@@ -70,8 +70,8 @@ ScanKernels TimedKernels() {
                       uint64* ridges, uint64* strong) {
         Timed(kRidges, [&] { CurrentScanKernels().ridges(above, here, below, width, high, ridges, strong); });
     };
-    timed.norms = [](const InnerRectRows& rows, const int32* starts, int32 count, float* norms) {
-        Timed(kNorms, [&] { CurrentScanKernels().norms(rows, starts, count, norms); });
+    timed.norms = [](const InnerRectRows& rows, int32 count, float* norms) {
+        Timed(kNorms, [&] { CurrentScanKernels().norms(rows, count, norms); });
     };
     timed.stage = [](const ResolvedStage& stage, const float* window, const float* norms, float* sums,
                      const int32* starts, int32 count, GroupVerdict* verdicts) {
@@ -108,7 +108,7 @@ void Pass(const ScanKernels& kernels, const ImageBuffer& picture, float scaleFac
                                TruncToInt32(inverse * static_cast<float>(height))};
         if (scaled.width <= side + 5 || scaled.height <= side + 5 || maxFace <= side * static_cast<double>(scale))
             break;
-        if (!reserved && !(rows.Reserve(scaled) && cascade.Reserve(rows.Stride()))) return;
+        if (!reserved && !(rows.Reserve(scaled) && cascade.Reserve(rows.Stride(), scaled.height))) return;
         reserved = true;
         const ImageSize positions{scaled.width - g_classifier.maxFeatureWidth + 1,
                                   scaled.height - g_classifier.maxFeatureHeight + 1};

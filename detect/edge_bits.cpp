@@ -19,8 +19,9 @@ uint64 FillUp(uint64 run, uint64 seed, uint64& carry) {
 
 uint64 FillDown(uint64 run, uint64 seed, uint64& carry) {
     seed |= run & carry << 63;
+    // Where `way` has a bit, as many bits of a run as the shift are above it; few runs are long.
     uint64 way = run;
-    for (int shift = 1; shift < 64; shift *= 2) {
+    for (int shift = 1; shift < 64 && way != 0; shift *= 2) {
         seed |= way & seed >> shift;
         way &= way >> shift;
     }
@@ -28,29 +29,20 @@ uint64 FillDown(uint64 run, uint64 seed, uint64& carry) {
     return seed;
 }
 
-/// Fills the runs of a row from the seeds in it. True when that added any.
-bool FillRow(const uint64* ridges, uint64* edges, int32 words) {
-    uint64 added = 0, carry = 0;
-    for (int32 i = 0; i < words; ++i) {
-        const uint64 filled = FillUp(ridges[i], edges[i], carry);
-        added |= filled ^ edges[i];
-        edges[i] = filled;
-    }
+/// Fills the runs of a row from the seeds in it.
+void FillRow(const uint64* ridges, uint64* edges, int32 words) {
+    uint64 carry = 0;
+    for (int32 i = 0; i < words; ++i) edges[i] = FillUp(ridges[i], edges[i], carry);
     carry = 0;
     for (int32 i = words - 1; i >= 0; --i) {
-        if (edges[i] == ridges[i] || (edges[i] | carry) == 0) {
-            carry = edges[i] & 1;
-            continue;
-        }
-        const uint64 filled = FillDown(ridges[i], edges[i], carry);
-        added |= filled ^ edges[i];
-        edges[i] = filled;
+        const bool nothingToDo = edges[i] == ridges[i] || (edges[i] | carry) == 0;
+        if (!nothingToDo) edges[i] = FillDown(ridges[i], edges[i], carry);
+        carry = edges[i] & 1;
     }
-    return added != 0;
 }
 
-/// Takes over what touches the neighbouring row's edges, and fills. True when the row grew.
-bool Spread(const uint64* from, const uint64* ridges, uint64* edges, int32 words) {
+/// Takes over what touches the neighbouring row's edges. True when that added any.
+bool TakeOver(const uint64* from, const uint64* ridges, uint64* edges, int32 words) {
     uint64 added = 0;
     for (int32 i = 0; i < words; ++i) {
         const uint64 before = i > 0 ? from[i - 1] >> 63 : 0;
@@ -59,7 +51,6 @@ bool Spread(const uint64* from, const uint64* ridges, uint64* edges, int32 words
         edges[i] |= touched;
         added |= touched;
     }
-    if (added != 0) FillRow(ridges, edges, words);
     return added != 0;
 }
 
@@ -95,7 +86,8 @@ private:
         if ((marks_[from] & direction) == 0) return;
         marks_[from] = static_cast<uint8>(marks_[from] & ~direction);
         const std::ptrdiff_t row = std::ptrdiff_t{to} * words_;
-        if (!Spread(edges_ + std::ptrdiff_t{from} * words_, ridges_ + row, edges_ + row, words_)) return;
+        if (!TakeOver(edges_ + std::ptrdiff_t{from} * words_, ridges_ + row, edges_ + row, words_)) return;
+        FillRow(ridges_ + row, edges_ + row, words_);
         marks_[to] = kBoth;
         grown = {std::min(grown.first, to), std::max(grown.last, to)};
     }
@@ -112,19 +104,14 @@ private:
 void FollowRidges(const uint64* ridges, uint64* edges, int32 words, int32 height, uint8* marks) {
     for (int32 y = 0; y < height; ++y) {
         const std::ptrdiff_t row = std::ptrdiff_t{y} * words;
+        if (y > 0) TakeOver(edges + row - words, ridges + row, edges + row, words);
         FillRow(ridges + row, edges + row, words);
-        marks[y] = kBoth;
+        marks[y] = kUp;
     }
-    Sweep sweep(ridges, edges, words, height, marks);
     // What a sweep adds is spread on by itself in its direction, and in the other one by the next.
-    Sweep::Rows down{0, height - 1}, up{0, height - 1};
-    bool first = true;
-    while (down.first <= down.last || first) {
-        const Sweep::Rows grown = sweep.Down(down);
-        if (!first) up = grown;
-        first = false;
-        down = sweep.Up(up);
-    }
+    Sweep sweep(ridges, edges, words, height, marks);
+    Sweep::Rows grown = sweep.Up({0, height - 1});
+    while (grown.first <= grown.last) grown = sweep.Up(sweep.Down(grown));
 }
 
 } // namespace orvane

@@ -6,7 +6,9 @@
 
 namespace orvane {
 
-bool FusedScan::Reserve(ImageSize scaled) { return rows_.Reserve(scaled) && cascade_.Reserve(rows_.Stride()); }
+bool FusedScan::Reserve(ImageSize scaled) {
+    return rows_.Reserve(scaled) && cascade_.Reserve(rows_.Stride(), scaled.height);
+}
 
 int32 FusedScan::ScanScale(ImageSize scaled, float scale, CandidateList& hits) {
     const ImageSize positions{scaled.width - classifier_.maxFeatureWidth + 1,

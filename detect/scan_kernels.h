@@ -42,7 +42,13 @@ struct EdgeRows {
     int32 width;
 };
 
-/// Rows of gradients: magnitudes with a 0 at both ends, directions by eighths of a turn.
+/// Which of the two axes or diagonals a gradient is nearest to.
+inline constexpr int16 kAlongX = 0;
+inline constexpr int16 kAlongY = 1;
+inline constexpr int16 kRising = 2;  // dx and dy have different signs
+inline constexpr int16 kFalling = 3; // dx and dy have the same sign, or one of them is 0
+
+/// Rows of gradients: magnitudes with a 0 at both ends, and directions.
 struct GradientRow {
     int16* magnitude;
     int16* direction;
@@ -56,9 +62,9 @@ struct ScanKernels {
     /// Takes `width` pixels of a row, those of the `columns`.
     void (*sample)(const uint8* from, const int32* columns, int32 width, uint8* row);
 
-    /// Standard deviations for groups of windows that begin at `starts`, offsets from the first, to 4 * 2^-24 of
-    /// themselves or 1e-5.
-    void (*norms)(const InnerRectRows& rows, const int32* starts, int32 count, float* norms);
+    /// Standard deviations for `count` neighbouring windows, to 4 * 2^-24 of themselves or 1e-5; up to a whole vector
+    /// of them is worked.
+    void (*norms)(const InnerRectRows& rows, int32 count, float* norms);
 
     /// Runs a stage for groups of windows that begin at `starts`. `sums` holds the sums of the stage before and gets
     /// the new ones.

@@ -1,6 +1,6 @@
 // The scan's kernels with vectors of 128 bits.
-#define ORVANE_LANES 4
-#define ORVANE_KERNELS kernels128
+#define ORVANE_WIDE 0
+#define ORVANE_KERNELS kernels128 // by which one tells the forms apart in a program
 #include "detect/scan_kernels_body.h"
 
 namespace orvane {

@@ -1,6 +1,6 @@
 // The scan's kernels with vectors of 256 bits.
-#define ORVANE_LANES 8
-#define ORVANE_KERNELS kernels256
+#define ORVANE_WIDE 1
+#define ORVANE_KERNELS kernels256 // by which one tells the forms apart in a program
 #include "detect/scan_kernels_body.h"
 
 namespace orvane {

@@ -27,10 +27,10 @@ bool WindowCascade::Serves(const ClassifierTables& classifier, int32 scaledHeigh
 
 int32 WindowCascade::StageCount() const { return static_cast<int32>(classifier_.plan.stages.size()); }
 
-bool WindowCascade::Reserve(int32 stride) {
+bool WindowCascade::Reserve(int32 stride, int32 height) {
     constexpr int32 kTileWindows = kTileRows * kTileWords * 64;
     stride_ = stride;
-    return norms_.Allocate(kTileRows * stride) && sums_.Allocate(kTileRows * stride) &&
+    return norms_.Allocate(int64{height} * stride) && sums_.Allocate(kTileRows * stride) &&
            starts_.Allocate(kTileWindows) && living_.Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) &&
            decided_.Allocate(kTileWindows) && ResolveStages();
 }
@@ -60,6 +60,7 @@ bool WindowCascade::ResolveStages() {
 }
 
 void WindowCascade::Decide(ScaleRows& rows, int32 height) {
+    FindNorms(rows, height);
     for (int32 word = 0; word < rows.Words(); word += kTileWords) {
         for (int32 y = 0; y < height; y += kTileRows) {
             DecideTile(rows, {y, std::min(kTileRows, height - y), word, std::min(word + kTileWords, rows.Words())});
@@ -70,10 +71,9 @@ void WindowCascade::Decide(ScaleRows& rows, int32 height) {
 void WindowCascade::DecideTile(ScaleRows& rows, const Tile& tile) {
     decidedCount_ = 0;
     int32 groups = TakeGroups(rows, tile);
-    if (groups > 0) FindNorms(rows, tile, groups);
     for (int32 stage = 0; stage < StageCount() && groups > 0; ++stage) {
-        kernels_.stage(stages_[stage], rows.SumRow(tile.y), norms_.data(), sums_.data(), starts_.data(), groups,
-                       verdicts_.data());
+        kernels_.stage(stages_[stage], rows.SumRow(tile.y), norms_.data() + std::ptrdiff_t{tile.y} * stride_,
+                       sums_.data(), starts_.data(), groups, verdicts_.data());
         groups = DropFailed(rows, tile, stage, groups);
     }
     const auto setBit = [&](int32 window) {
@@ -115,12 +115,20 @@ int32 WindowCascade::TakeGroups(ScaleRows& rows, const Tile& tile) {
     return count;
 }
 
-void WindowCascade::FindNorms(const ScaleRows& rows, const Tile& tile, int32 groups) {
-    const int32 width = classifier_.windowWidth - 2, height = classifier_.windowHeight - 2;
-    const int32 top = tile.y + 1, bottom = top + height;
-    kernels_.norms({rows.SumRow(top) + 1, rows.SumRow(bottom) + 1, rows.SquaresRow(top) + 1,
-                    rows.SquaresRow(bottom) + 1, width, static_cast<float>(width * height)},
-                   starts_.data(), groups, norms_.data());
+/// Of whole words of windows, row by row: what reads memory in its order need not wait for it.
+void WindowCascade::FindNorms(ScaleRows& rows, int32 height) {
+    const int32 innerWidth = classifier_.windowWidth - 2, innerHeight = classifier_.windowHeight - 2;
+    for (int32 y = 0; y < height; ++y) {
+        const uint64* edges = rows.EdgeRow(y);
+        const int32 top = y + 1, bottom = top + innerHeight;
+        for (int32 word = 0; word < rows.Words(); ++word) {
+            if (edges[word] == 0) continue;
+            const int32 x = 64 * word;
+            kernels_.norms({rows.SumRow(top) + x + 1, rows.SumRow(bottom) + x + 1, rows.SquaresRow(top) + x + 1,
+                            rows.SquaresRow(bottom) + x + 1, innerWidth, static_cast<float>(innerWidth * innerHeight)},
+                           64 - std::countl_zero(edges[word]), norms_.data() + std::ptrdiff_t{y} * stride_ + x);
+        }
+    }
 }
 
 /// Goes by the verdicts of a stage and gathers what is left into new groups. Their number.

@@ -19,7 +19,8 @@ public:
         : kernels_(kernels), classifier_(classifier) {}
 
     /// Makes room for sums of this stride. False when memory is exhausted.
-    [[nodiscard]] bool Reserve(int32 stride);
+    /// @param height rows of windows at most
+    [[nodiscard]] bool Reserve(int32 stride, int32 height);
 
     /// Clears the edge bits of those windows that do not pass all stages.
     /// @param height rows of windows
@@ -43,7 +44,7 @@ private:
     bool ResolveStages();
     void DecideTile(ScaleRows& rows, const Tile& tile);
     int32 TakeGroups(ScaleRows& rows, const Tile& tile);
-    void FindNorms(const ScaleRows& rows, const Tile& tile, int32 groups);
+    void FindNorms(ScaleRows& rows, int32 height);
     int32 DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
     uint32 ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first, uint32 doubtful,
                          uint32 closeStumps);
@@ -57,10 +58,11 @@ private:
     HeapArray<ResolvedStage> stages_;
     HeapArray<int32> corners_;
 
-    // Of a tile. Norms and sums by window, with the stride of the sums. Groups of neighbouring windows of a row that
-    // hold all living ones: where they begin, by the same stride, and which of their windows live.
     int32 stride_ = 0;
-    HeapArray<float> norms_;
+    HeapArray<float> norms_; // by window, with the stride of the sums
+
+    // Of a tile. Sums by window, with the same stride. Groups of neighbouring windows of a row that
+    // hold all living ones: where they begin, by the same stride, and which of their windows live.
     HeapArray<float> sums_;
     HeapArray<int32> starts_;
     HeapArray<uint32> living_;

@@ -22,6 +22,7 @@ inline Vector Splat(uint8 v) { return _mm256_set1_epi8(static_cast<char>(v)); }
 inline Vector Smallest(Vector a, Vector b) { return _mm256_min_epu8(a, b); }
 inline Vector Largest(Vector a, Vector b) { return _mm256_max_epu8(a, b); }
 inline Vector Equal(Vector a, Vector b) { return _mm256_cmpeq_epi8(a, b); }
+inline uint32 SetBits(Vector mask) { return static_cast<uint32>(_mm256_movemask_epi8(mask)); }
 inline Vector Both(Vector a, Vector b) { return _mm256_and_si256(a, b); }
 inline Vector Either(Vector a, Vector b) { return _mm256_or_si256(a, b); }
 inline Vector ButNot(Vector a, Vector b) { return _mm256_andnot_si256(b, a); }
@@ -138,6 +139,7 @@ inline Vector Splat(uint8 v) { return _mm_set1_epi8(static_cast<char>(v)); }
 inline Vector Smallest(Vector a, Vector b) { return _mm_min_epu8(a, b); }
 inline Vector Largest(Vector a, Vector b) { return _mm_max_epu8(a, b); }
 inline Vector Equal(Vector a, Vector b) { return _mm_cmpeq_epi8(a, b); }
+inline uint32 SetBits(Vector mask) { return static_cast<uint32>(_mm_movemask_epi8(mask)); }
 inline Vector Both(Vector a, Vector b) { return _mm_and_si128(a, b); }
 inline Vector Either(Vector a, Vector b) { return _mm_or_si128(a, b); }
 inline Vector ButNot(Vector a, Vector b) { return _mm_andnot_si128(b, a); }

@@ -1,13 +1,12 @@
 // The text of the kernels of gradients and of the edges that follow from them.
 #pragma once
 
-#include "primitives/byte_vectors.h"
+#include "primitives/ridge_vectors.h"
 #include "primitives/row_kernels.h"
 
 namespace orvane::ORVANE_KERNELS {
 namespace {
 
-constexpr int32 kWords = kBytes / 2;
 using Words = int16 __attribute__((vector_size(kBytes)));
 
 inline Words WordsAt(const int16* from) { return reinterpret_cast<Words>(LoadBytes(from)); }
@@ -67,20 +66,12 @@ void RunRowSums(const int16* line, int16* to, int32 count) {
 inline Vector LowPairs(Vector a, Vector b) { return _mm256_unpacklo_epi16(a, b); }
 inline Vector HighPairs(Vector a, Vector b) { return _mm256_unpackhi_epi16(a, b); }
 inline Vector SumsOfProducts(Vector a, Vector b) { return _mm256_madd_epi16(a, b); }
-inline Vector AreAbove(Vector a, Vector b) { return _mm256_cmpgt_epi16(a, b); }
-inline Vector SplatWord(int16 v) { return _mm256_set1_epi16(v); }
 inline Vector LargerWords(Vector a, Vector b) { return _mm256_max_epi16(a, b); }
-inline Vector PackMasks(Vector low, Vector high) {
-    return _mm256_permute4x64_epi64(_mm256_packs_epi16(low, high), 0xD8);
-}
 #else
 inline Vector LowPairs(Vector a, Vector b) { return _mm_unpacklo_epi16(a, b); }
 inline Vector HighPairs(Vector a, Vector b) { return _mm_unpackhi_epi16(a, b); }
 inline Vector SumsOfProducts(Vector a, Vector b) { return _mm_madd_epi16(a, b); }
-inline Vector AreAbove(Vector a, Vector b) { return _mm_cmpgt_epi16(a, b); }
-inline Vector SplatWord(int16 v) { return _mm_set1_epi16(v); }
 inline Vector LargerWords(Vector a, Vector b) { return _mm_max_epi16(a, b); }
-inline Vector PackMasks(Vector low, Vector high) { return _mm_packs_epi16(low, high); }
 #endif
 
 inline Vector Magnitudes(Vector v) { return LargerWords(v, SubtractWords(Zero(), v)); }
@@ -126,23 +117,17 @@ struct RidgeMasks {
 };
 
 inline RidgeMasks RidgesAt(const EdgeRows16& r, int32 x, Vector high) {
-    const auto at = [x](const int16* row, int32 beside) { return LoadBytes(row + x + beside); };
-    const Vector dx = at(r.dx, 0), dy = at(r.dy, 0), m = at(r.here, 0);
+    const Vector dx = LoadBytes(r.dx + x), dy = LoadBytes(r.dy + x);
     const Vector a = Magnitudes(dx), b = Magnitudes(dy), sum = AddWords(a, b);
-    const Vector alongX = IsAlong(a, sum), alongY = IsAlong(b, sum);
-    const Vector axial = Either(alongX, alongY);
+    const Vector alongX = IsAlong(a, sum);
 #if ORVANE_WIDE
     const Vector rising = NegativeWords(_mm256_xor_si256(dx, dy));
 #else
     const Vector rising = NegativeWords(_mm_xor_si128(dx, dy));
 #endif
-    const Vector first =
-        Choose(axial, Choose(alongX, at(r.here, -1), at(r.above, 0)), Choose(rising, at(r.above, 1), at(r.above, -1)));
-    const Vector second =
-        Choose(axial, Choose(alongX, at(r.here, 1), at(r.below, 0)), Choose(rising, at(r.below, -1), at(r.below, 1)));
-    // An axial plateau's first pixel stays; of a diagonal one none.
-    const Vector ridge = Both(AreAbove(m, first), AreAbove(m, AddWords(second, axial)));
-    return {ridge, AreAbove(m, high)};
+    const Vector ridge =
+        AreRidges(r.above + x, r.here + x, r.below + x, {Either(alongX, IsAlong(b, sum)), alongX, rising});
+    return {ridge, AreAbove(LoadBytes(r.here + x), high)};
 }
 
 inline void MarkBlock(const EdgeRows16& r, int32 x, Vector high, uint8* mark) {

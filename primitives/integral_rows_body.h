@@ -1,24 +1,15 @@
 // The text of the kernels of integral images.
 #pragma once
 
-#include "primitives/byte_vectors.h"
+#include "primitives/double_vectors.h"
 #include "primitives/row_kernels.h"
+#include "primitives/running_sums.h"
 
 namespace orvane::ORVANE_KERNELS {
 namespace {
 
 #if ORVANE_WIDE
 
-/// Running sums of eight whole numbers.
-inline __m256i RunningSums(__m256i v) {
-    v = _mm256_add_epi32(v, _mm256_slli_si256(v, 4));
-    v = _mm256_add_epi32(v, _mm256_slli_si256(v, 8));
-    const __m256i ofLowHalf = _mm256_permutevar8x32_epi32(v, _mm256_set1_epi32(3));
-    return _mm256_add_epi32(v, _mm256_inserti128_si256(ofLowHalf, _mm_setzero_si128(), 0));
-}
-
-inline __m256d LowDoubles(__m256i v) { return _mm256_cvtepi32_pd(_mm256_castsi256_si128(v)); }
-inline __m256d HighDoubles(__m256i v) { return _mm256_cvtepi32_pd(_mm256_extracti128_si256(v, 1)); }
 inline __m256d LastDouble(__m256i v) {
     return _mm256_cvtepi32_pd(_mm_shuffle_epi32(_mm256_extracti128_si256(v, 1), 0xFF));
 }
@@ -29,8 +20,8 @@ void RunIntegral(const uint8* pixels, int32 width, const IntegralRows& rows) {
     __m256d before = _mm256_setzero_pd(), squaresBefore = before;
     int32 x = 0;
     for (; width - x >= 8; x += 8) {
-        const __m256i p = _mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels + x)));
-        const __m256i sums = RunningSums(p), squares = RunningSums(_mm256_madd_epi16(p, p));
+        const Vector p = PixelNumbers(pixels + x);
+        const Vector sums = RunningSums(p), squares = RunningSums(_mm256_madd_epi16(p, p));
         const __m256d low = _mm256_add_pd(before, LowDoubles(sums)), high = _mm256_add_pd(before, HighDoubles(sums));
         const __m256d lowSquares = _mm256_add_pd(squaresBefore, LowDoubles(squares));
         const __m256d highSquares = _mm256_add_pd(squaresBefore, HighDoubles(squares));
@@ -70,25 +61,19 @@ struct Corners {
 
 // Of 0 and what is no number the largest is the second, as with std::max(v, 0.0).
 #if ORVANE_WIDE
-constexpr int32 kDoubles = 4;
-using DoubleVector = __m256d;
-inline DoubleVector SplatDouble(double v) { return _mm256_set1_pd(v); }
-inline DoubleVector DoublesAt(const float* from) { return _mm256_cvtps_pd(_mm_loadu_ps(from)); }
-inline DoubleVector DoublesAt(const double* from) { return _mm256_loadu_pd(from); }
-inline DoubleVector SquareRoots(DoubleVector v) { return _mm256_sqrt_pd(_mm256_max_pd(_mm256_setzero_pd(), v)); }
-inline void StoreAsFloats(float* to, DoubleVector v) { _mm_storeu_ps(to, _mm256_cvtpd_ps(v)); }
+inline Doubles DoublesAt(const float* from) { return _mm256_cvtps_pd(_mm_loadu_ps(from)); }
+inline Doubles DoublesAt(const double* from) { return _mm256_loadu_pd(from); }
+inline Doubles SquareRoots(Doubles v) { return _mm256_sqrt_pd(_mm256_max_pd(_mm256_setzero_pd(), v)); }
+inline void StoreAsFloats(float* to, Doubles v) { _mm_storeu_ps(to, _mm256_cvtpd_ps(v)); }
 #else
-constexpr int32 kDoubles = 2;
-using DoubleVector = __m128d;
-inline DoubleVector SplatDouble(double v) { return _mm_set1_pd(v); }
-inline DoubleVector DoublesAt(const float* from) { return _mm_setr_pd(from[0], from[1]); }
-inline DoubleVector DoublesAt(const double* from) { return _mm_loadu_pd(from); }
-inline DoubleVector SquareRoots(DoubleVector v) { return _mm_sqrt_pd(_mm_max_pd(_mm_setzero_pd(), v)); }
-inline void StoreAsFloats(float* to, DoubleVector v) { _mm_storel_pi(reinterpret_cast<__m64*>(to), _mm_cvtpd_ps(v)); }
+inline Doubles DoublesAt(const float* from) { return _mm_setr_pd(from[0], from[1]); }
+inline Doubles DoublesAt(const double* from) { return _mm_loadu_pd(from); }
+inline Doubles SquareRoots(Doubles v) { return _mm_sqrt_pd(_mm_max_pd(_mm_setzero_pd(), v)); }
+inline void StoreAsFloats(float* to, Doubles v) { _mm_storel_pi(reinterpret_cast<__m64*>(to), _mm_cvtpd_ps(v)); }
 #endif
 
 template <typename T>
-inline DoubleVector SumsAt(const Corners<T>& c, int32 x) {
+inline Doubles SumsAt(const Corners<T>& c, int32 x) {
     return DoublesAt(c.topLeft + x) - DoublesAt(c.topRight + x) - DoublesAt(c.bottomLeft + x) +
            DoublesAt(c.bottomRight + x);
 }
@@ -97,10 +82,10 @@ void RunStdDevs(const RectRows& rows, int32 width, float* to) {
     const Corners<float> sums = {rows.sumTop, rows.sumTop + rows.width, rows.sumBottom, rows.sumBottom + rows.width};
     const Corners<double> squares = {rows.squareTop, rows.squareTop + rows.width, rows.squareBottom,
                                      rows.squareBottom + rows.width};
-    const DoubleVector area = SplatDouble(rows.area);
+    const Doubles area = SplatDouble(rows.area);
     int32 x = 0;
     for (; width - x >= kDoubles; x += kDoubles) {
-        const DoubleVector mean = SumsAt(sums, x) / area;
+        const Doubles mean = SumsAt(sums, x) / area;
         StoreAsFloats(to + x, SquareRoots(SumsAt(squares, x) / area - mean * mean));
     }
     for (; x < width; ++x) {

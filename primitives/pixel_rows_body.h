@@ -258,14 +258,12 @@ inline ThreeVectors Tripled(Vector v) {
             _mm256_permute2x128_si256(b, c, 0x31)};
 }
 
-inline uint32 SetBits(Vector mask) { return static_cast<uint32>(_mm256_movemask_epi8(mask)); }
 constexpr uint32 kAllBits = 0xFFFFFFFF;
 
 #else
 
 inline ThreeVectors Tripled(Vector v) { return Unriffle(Unriffle(Unriffle(Unriffle({v, v, v})))); }
 
-inline uint32 SetBits(Vector mask) { return static_cast<uint32>(_mm_movemask_epi8(mask)); }
 constexpr uint32 kAllBits = 0xFFFF;
 
 #endif

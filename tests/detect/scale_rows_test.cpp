@@ -9,8 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
+#include <string>
 #include <vector>
 
 namespace orvane::test {
@@ -140,17 +143,65 @@ TEST_P(ScaleRowsTest, StayBlackWhereARoundedUpScaleHasNoPicture) {
     EXPECT_GT(unfilled, 0) << "no width shows it any more";
 }
 
-TEST_P(ScaleRowsTest, TellDirectionsAsRealNumbersWouldForAllGradients) {
-    // The kernels compare whole numbers: b with the whole parts of a * tan(22.5) and a * tan(67.5).
-    for (int32 a = 0; a <= 1020; ++a) {
-        const int32 flat = a * 27146 >> 16;
-        for (int32 b = 0; b <= 1020; ++b) {
-            if (a == 0 && b == 0) continue;
-            ASSERT_EQ(b > 2.414213562373095 * a, b > 2 * a + flat) << a << ", " << b;
-            if (b > 2 * a + flat) continue;
-            ASSERT_EQ(b < 0.41421356237309503 * a, b <= flat) << a << ", " << b;
+/// Patches of 3 by 3 pixels in a row, those with all pairs of axial differences to 255 and the given diagonal ones.
+struct Patches {
+    static constexpr int32 kSide = 256;
+    std::vector<uint8> rows[3];
+    std::vector<int32> dx, dy;
+
+    Patches(int32 horizontal, int32 towardsUpperRight, int32 towardsLowerRight, bool mirrored, bool turned) {
+        const auto set = [&](int32 patch, int32 x, int32 y, int32 difference) {
+            x = mirrored ? 2 - x : x;
+            y = turned ? 2 - y : y;
+            rows[y][static_cast<std::size_t>(3 * patch + x)] = static_cast<uint8>(std::max(difference, 0));
+            rows[2 - y][static_cast<std::size_t>(3 * patch + 2 - x)] = static_cast<uint8>(std::max(-difference, 0));
+        };
+        for (auto& row : rows) row.assign(3 * kSide + 64, 0);
+        for (int32 vertical = 0; vertical < kSide; ++vertical) {
+            set(vertical, 2, 1, horizontal);
+            set(vertical, 1, 2, vertical);
+            set(vertical, 2, 0, towardsUpperRight);
+            set(vertical, 2, 2, towardsLowerRight);
+            const int32 x = towardsLowerRight + towardsUpperRight + 2 * horizontal;
+            const int32 y = towardsLowerRight - towardsUpperRight + 2 * vertical;
+            dx.push_back(mirrored ? -x : x);
+            dy.push_back(turned ? -y : y);
         }
     }
+};
+
+int16 DirectionOf(int32 dx, int32 dy) {
+    const double a = std::abs(dx), b = std::abs(dy);
+    if (b > 2.414213562373095 * a) return kAlongY;
+    if (b <= 0.41421356237309503 * a) return kAlongX; // equal at 0 alone
+    return (dx < 0) == (dy < 0) ? kFalling : kRising;
+}
+
+TEST_P(ScaleRowsTest, TellDirectionsAsRealNumbersWouldForAllGradients) {
+    // Of all gradients of pixels the sum of dx and dy is even.
+    constexpr struct {
+        int32 towardsUpperRight, towardsLowerRight;
+    } kDiagonals[] = {{0, 0}, {0, 1}, {0, 254}, {0, 255}, {255, 255}, {255, 254}, {254, 255}, {-255, 255}, {-255, 254}};
+    std::vector<bool> seen(1021 * 1021);
+    std::vector<int16> magnitude(3 * Patches::kSide + 64), direction(magnitude.size());
+    for (int32 n = 0; n < 4 * static_cast<int32>(std::size(kDiagonals)); ++n) {
+        const auto& diagonal = kDiagonals[n / 4];
+        for (int32 horizontal = 0; horizontal < Patches::kSide; ++horizontal) {
+            const Patches patches(horizontal, diagonal.towardsUpperRight, diagonal.towardsLowerRight, n % 2 != 0,
+                                  n % 4 / 2 != 0);
+            const auto& rows = patches.rows;
+            GetParam().kernels.gradients({rows[0].data(), rows[1].data(), rows[2].data(), 3 * Patches::kSide}, 0,
+                                         {magnitude.data(), direction.data()});
+            for (std::size_t i = 0; i < Patches::kSide; ++i) {
+                const int32 dx = patches.dx[i], dy = patches.dy[i];
+                const std::string gradient = std::to_string(dx) + ", " + std::to_string(dy);
+                ASSERT_EQ(std::abs(dx) + std::abs(dy), magnitude[3 * i]) << gradient;
+                ASSERT_EQ(DirectionOf(dx, dy), direction[3 * i]) << gradient;
+                seen[static_cast<std::size_t>(std::abs(dx) * 1021 + std::abs(dy))] = true;
+            }
+        }
+    }
+    EXPECT_GT(std::count(seen.begin(), seen.end(), true), 390'000);
 }
 
 TEST_P(ScaleRowsTest, KnowNormsToWhatThePlanAllows) {
@@ -164,8 +215,6 @@ TEST_P(ScaleRowsTest, KnowNormsToWhatThePlanAllows) {
         ScaleRows rows(GetParam().kernels, grey);
         ASSERT_TRUE(rows.Reserve(grey.Size()));
         rows.Make(scale.size, scale.factor, scale.positions);
-        std::vector<int32> starts;
-        for (int32 x = 0; x < scale.positions.width; x += GetParam().kernels.lanes) starts.push_back(x);
         for (int32 y = 0; y < scale.positions.height; ++y) {
             const auto* sum = reinterpret_cast<const float*>(RowAt(expected.sum.data, expected.sum.Step(), y));
             const auto* squares =
@@ -175,7 +224,7 @@ TEST_P(ScaleRowsTest, KnowNormsToWhatThePlanAllows) {
                                                      exact.data(), 4 * grey.width, {scale.positions.width, 1}, kInner));
             GetParam().kernels.norms({rows.SumRow(y + 1) + 1, rows.SumRow(y + 23) + 1, rows.SquaresRow(y + 1) + 1,
                                       rows.SquaresRow(y + 23) + 1, 22, 484.0F},
-                                     starts.data(), static_cast<int32>(starts.size()), norms.data());
+                                     scale.positions.width, norms.data());
             for (int32 x = 0; x < scale.positions.width; ++x) {
                 const double norm = exact[static_cast<std::size_t>(x)];
                 ASSERT_NEAR(norm, norms[static_cast<std::size_t>(x)], std::max(norm * 5.0 / (1 << 24), 1e-5))
