@@ -1,6 +1,9 @@
 // Tables and crops.
 #include "tests/train/samples.h"
+#include "tools/support/picture_io.h"
+#include "tools/train/harvest.h"
 #include "tools/train/table.h"
+#include "tools/train/threshold.h"
 
 #include <gtest/gtest.h>
 
@@ -68,6 +71,53 @@ TEST_F(DataFolder, CropsLieWithTheirLowestRowFirst) {
     EXPECT_EQ(set.crops[0].pixels[48], 'a');
 }
 
+TEST_F(DataFolder, CropsOfASourceBearItsNumber) {
+    Write("positives.csv", "index,source,class,split,flags,person\n"
+                           "0,two,A,train,16,1\n1,one,A,train,16,2\n2,two,A,train,16,3\n");
+    Write("positives.bin", std::string(3 * 48 * 48, 'x'));
+    const CropSet set = ReadCrops(folder_, "A", 1.0);
+    ASSERT_EQ(set.crops.size(), 3u);
+    EXPECT_EQ(set.crops[0].source, set.crops[2].source);
+    EXPECT_NE(set.crops[0].source, set.crops[1].source);
+}
+
+TEST_F(DataFolder, PicturesAreChosenBySplitClassAndSource) {
+    std::filesystem::create_directory(folder_ + "/negatives");
+    const tools::Picture picture{2, 2, 6, std::vector<uint8>(12, 90)};
+    std::string table = "file,split,source,class\n";
+    for (const char* line : {"a,train,one,A", "b,train,two,A", "c,dev,one,A", "d,train,three,C", "e,train,on,A"}) {
+        const std::string text = line;
+        std::string error;
+        const std::string file = text.substr(0, 1) + ".png";
+        ASSERT_TRUE(tools::WritePicture(folder_ + "/negatives/" + file, picture, true, &error)) << error;
+        table += file + text.substr(1) + "\n";
+    }
+    Write("negatives.csv", table);
+    EXPECT_EQ(ReadPictures(folder_, "A,C", "", 1).pictures.size(), 4u);
+    EXPECT_EQ(ReadPictures(folder_, "A", "", 1).pictures.size(), 3u);
+    EXPECT_EQ(ReadPictures(folder_, "A", "one", 1).pictures.size(), 2u);
+    EXPECT_EQ(ReadPictures(folder_, "A", "two,one", 1).pictures.size(), 1u);
+    EXPECT_EQ(ReadPictures(folder_, "A", "two,one,on", 1).error, "no face-free picture of these classes");
+}
+
+TEST(LeastSumForAll, SparesTheSourceThatWouldLoseMost) {
+    std::vector<double> sums;
+    std::vector<std::size_t> sources;
+    for (int i = 0; i < 1000; ++i) {
+        sums.push_back(100.0 + i);
+        sources.push_back(0);
+    }
+    for (int i = 0; i < 100; ++i) {
+        sums.push_back(1.0 + i);
+        sources.push_back(1);
+    }
+    EXPECT_EQ(LeastSumForAll(sums, sources, 0.95, 1.0), LeastSumFor(sums, 0.95));
+    EXPECT_EQ(LeastSumForAll(sums, sources, 0.95, 0.05), 11.0) << "of the second source 90 % stay";
+    sums.pop_back();
+    sources.pop_back();
+    EXPECT_EQ(LeastSumForAll(sums, sources, 0.95, 0.05), LeastSumFor(sums, 0.95)) << "99 are too few to tell";
+}
+
 TEST(CropLottery, DrawsOnlyItsOwnSideAndByWeight) {
     std::vector<FaceCrop> crops(3);
     crops[0].draw = 3.0;
@@ -110,6 +160,7 @@ TEST(CutWindow, RollIsTheDeviationOfTheFacesTurns) {
     for (const double roll : {0.0, 4.0, 8.0}) {
         Framing framing;
         framing.roll = roll;
+        framing.yaw = framing.relit = framing.covered = 0.0;
         double squares = 0.0;
         for (uint64 stream = 0; stream < 400; ++stream) {
             Random random({stream});

@@ -152,6 +152,49 @@ TEST_F(Evaluation, CountsByAnyColumn) {
                                               "nofaces source: one 1 0 0", "nofaces source: two 1 1 0"}));
 }
 
+TEST_F(Evaluation, PrintsIntervals) {
+    ASSERT_NO_FATAL_FAILURE(AddPictures());
+    std::vector<std::string> all;
+    for (const std::string& line : Lines()) {
+        if (line.rfind("all ", 0) == 0) all.push_back(line);
+    }
+    ASSERT_EQ(all.size(), 2u);
+    EXPECT_NE(all[0].find(" 11.8-76.9 "), std::string::npos) << all[0] << ": 2 of 5";
+    EXPECT_NE(all[1].find(" 9.5-90.5"), std::string::npos) << all[1] << ": 1 of 2";
+    const Table table = Csv("table.csv");
+    EXPECT_NEAR(table.Number(0, "low"), 11.76, 0.01);
+    EXPECT_NEAR(table.Number(0, "high"), 76.93, 0.01);
+}
+
+TEST_F(Evaluation, FailsWhenALargeGroupFallsBehind) {
+    const test::Scene face = test::FaceScene(160, 120, 50, 30, 48);
+    for (int i = 0; i < 20; ++i) AddPortrait(std::to_string(i) + ".png", face, "50,42,48,48", "no");
+    for (int i = 20; i < 40; ++i) {
+        AddPortrait(std::to_string(i) + ".png", i == 20 ? test::BlankScene(160, 120) : face, "50,42,48,48", "yes");
+    }
+    ASSERT_NO_FATAL_FAILURE(AddPictures());
+    options_.losses = false;
+    options_.mostBehind = 20.0;
+    EXPECT_NE(Lines().back().rfind("behind", 0), 0u);
+    options_.mostBehind = 0.5;
+    const std::vector<std::string> lines = Lines(1);
+    EXPECT_EQ(lines.back().rfind("behind by more than 0.5 points: glasses: yes (", 0), 0u) << lines.back();
+    options_.mostBehind = -1.0;
+    Lines(0);
+}
+
+TEST_F(Evaluation, TellsWhatAWindowCosts) {
+    ASSERT_NO_FATAL_FAILURE(AddPictures());
+    double byStages = 0.0;
+    double inOneGo = 0.0;
+    EXPECT_EQ(std::sscanf(Lines().back().c_str(),
+                          "rectangles for a window on an edge: %lf stage by stage, %lf in one go", &byStages, &inOneGo),
+              2);
+    EXPECT_GT(inOneGo, 2.0);
+    EXPECT_GE(byStages, inOneGo);
+    EXPECT_EQ(g_scanObserver, nullptr);
+}
+
 TEST_F(Evaluation, ShowsMissesAndFalseFaces) {
     ASSERT_NO_FATAL_FAILURE(AddPictures());
     Lines();

@@ -46,6 +46,14 @@ TEST(Groups, RollHasFixedLimitsAndNoSign) {
     EXPECT_EQ(NamesOf(groups, 4), Names{});
 }
 
+TEST(Groups, CoarseRollIsCutAtEightWithoutItsSign) {
+    const Table table = TableOf("file,roll\na,-7.9\nb,-8\nc,15\n");
+    const Groups groups(table);
+    EXPECT_EQ(NamesOf(groups, 0), (Names{"roll: under 8"}));
+    EXPECT_EQ(NamesOf(groups, 1), (Names{"roll: from 8"}));
+    EXPECT_EQ(NamesOf(groups, 2), (Names{"roll: from 8"}));
+}
+
 TEST(Groups, ManyNumbersAreCutAtTheQuartersAndTheTopmostTenth) {
     std::string text = "age\n";
     for (int age = 0; age <= 100; ++age) text += std::to_string(age) + "\n";

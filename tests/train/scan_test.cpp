@@ -3,6 +3,7 @@
 
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
+#include "detect/window_cascade.h"
 #include "image/session_images.h"
 #include "tests/train/samples.h"
 
@@ -82,6 +83,30 @@ TEST(Scan, PartialChoicesOfScalesMakeTheWhole) {
     const std::size_t whole = count({});
     EXPECT_GT(whole, 0u);
     EXPECT_EQ(count({1.0, 3, 0}) + count({1.0, 3, 1}) + count({1.0, 3, 2}), whole);
+}
+
+TEST(Scan, FindsTheSameInOneGoAsStepByStep) {
+    const auto survivorsOf = [](const GreyPicture& picture, const Cascade& cascade, bool inOneGo) {
+        const CompiledCascade compiled(cascade);
+        EXPECT_EQ(WindowCascade::Serves(compiled.Tables(), 300), inOneGo);
+        std::vector<std::vector<double>> survivors;
+        VisitSurvivors(picture, compiled, {1.02, 2, 1}, [&](const Survivor& s) {
+            survivors.push_back({s.x, s.y, s.side});
+            for (int32 y = 0; y < 24; ++y)
+                for (int32 x = 0; x < 24; ++x) survivors.back().push_back(RowAt(s.pixels, s.step, y)[x]);
+        });
+        return survivors;
+    };
+    // A value that no sum notices, and that cannot be planned.
+    Cascade unplanned = LooseCascade();
+    unplanned.stages[0].stumps.push_back(unplanned.stages[0].stumps[0]);
+    unplanned.stages[0].stumps[1].below = unplanned.stages[0].stumps[1].above = 1e-20F;
+    for (uint64 seed = 0; seed < 4; ++seed) {
+        const GreyPicture picture = MadeUpPicture({352 + static_cast<int32>(9 * seed), 260}, seed);
+        const auto survivors = survivorsOf(picture, LooseCascade(), true);
+        EXPECT_GT(survivors.size(), 50u);
+        EXPECT_EQ(survivors, survivorsOf(picture, unplanned, false));
+    }
 }
 
 TEST(Scan, AFlatPictureHasNoEdgesAndNoSurvivors) {

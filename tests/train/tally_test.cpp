@@ -55,6 +55,16 @@ TEST(GroupsBelow, IsEmptyForAGroupJustTwoPointsBelow) {
     EXPECT_TRUE(GroupsBelow(table).empty()) << "99 % in all, 98 % in a";
 }
 
+TEST(GroupsBelow, TakesTheLargerOfBothShares) {
+    TallyTable table;
+    Add(table, 95, kRight, "a");
+    Add(table, 5, kWrong, "a");
+    Add(table, 100, kRight, "b");
+    EXPECT_NEAR(table.groups.begin()->second.PointsBehind(table.all), 2.5, 1e-9) << "97.5 % right in all, 95 % in a";
+    EXPECT_EQ(GroupsBelow(table, 2.4), (std::vector<std::string>{"a (95.0)"}));
+    EXPECT_TRUE(GroupsBelow(table, 2.6).empty());
+}
+
 TEST(GroupsAbove, NamesThoseWithMoreFalseFaces) {
     TallyTable table;
     for (int i = 0; i < 100; ++i) table.AddFaceFree(kNone, {{0, 0, "rooms"}});

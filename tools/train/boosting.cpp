@@ -21,6 +21,10 @@ double Normalised(double value, float deviation) {
     return value < 0.0 ? -1e6 : 1e6;
 }
 
+/// Whole steps, so small that nothing is lost by them and so large that sums of them are exact, in which the scan in
+/// one go trusts.
+float LeafValue(double value) { return static_cast<float>(std::round(std::ldexp(value, 24)) * 0x1.0p-24); }
+
 struct Histogram {
     float weight[kBins];
 };
@@ -188,8 +192,8 @@ Stump Booster::AddStump(const std::vector<std::uint32_t>& candidates) {
     const uint8* bins = values_.Row(feature);
     for (std::size_t s = 0; s < weights_.size(); ++s) scores_[s] += bins[s] < best->bin ? best->below : best->above;
     Weigh();
-    return {pool_[feature], values_.Edge(feature, best->bin), static_cast<float>(best->below / trust_),
-            static_cast<float>(best->above / trust_)};
+    return {pool_[feature], values_.Edge(feature, best->bin), LeafValue(best->below / trust_),
+            LeafValue(best->above / trust_)};
 }
 
 } // namespace orvane::train

@@ -11,4 +11,12 @@ namespace orvane::train {
 /// What is no face stays none.
 GreyPicture Distorted(const GreyPicture& picture, Random random);
 
+/// Two pictures in one: their mean, product, brighter or darker pixels, or parts side by side. It has the size of the
+/// first; where the second is smaller it is repeated.
+GreyPicture Combined(const GreyPicture& picture, const GreyPicture& other, Random random);
+
+/// A picture of a face so changed that it shows none: turned by 55 degrees and more, its halves exchanged, or dark
+/// and bright. What is no face stays none here too.
+GreyPicture Jumbled(const GreyPicture& picture, Random random);
+
 } // namespace orvane::train

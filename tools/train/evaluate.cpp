@@ -7,6 +7,7 @@
 #include "tools/train/sheets.h"
 #include "tools/train/table.h"
 #include "tools/train/tally.h"
+#include "tools/train/work.h"
 
 #include <cmath>
 #include <filesystem>
@@ -29,7 +30,7 @@ public:
         if (!UseClassifier(options_.classifier, error)) return Fail(error);
         if (!Open(options_.misses, misses_) || !Open(options_.table, table_)) return false;
         if (misses_ != nullptr) std::fprintf(misses_.get(), "what,file,x,y,side,true_x,true_y,true_side,lost_at\n");
-        return Portraits() && FaceFree() && WriteTable() && WriteSheets();
+        return Portraits() && FaceFree() && WriteTable() && WriteSheets() && KeepUp();
     }
 
 private:
@@ -54,9 +55,10 @@ private:
         return train::Detect(picture, options_.quick, outcome, error) || Fail(file + ": " + error);
     }
 
-    /// The detector with a tracer set, where losses are asked for.
-    bool DetectTraced(const tools::Picture& picture, const std::string& file, FaceTracer& tracer, Outcome& outcome) {
-        g_scanObserver = options_.losses ? &tracer : nullptr;
+    /// The detector with an observer set, where losses are asked for.
+    bool DetectTraced(const tools::Picture& picture, const std::string& file, ScanObserver& observer,
+                      Outcome& outcome) {
+        g_scanObserver = options_.losses ? &observer : nullptr;
         const bool done = Detect(picture, file, outcome);
         g_scanObserver = nullptr;
         return done;
@@ -112,16 +114,18 @@ private:
         Table table;
         if (!table.Read(options_.data + "/nofaces.csv")) return Fail("cannot read nofaces.csv");
         const Groups groups(table);
+        WorkCounter work;
         for (std::size_t i = 0; i < table.Rows(); ++i) {
             const std::string file = table.Text(i, "file");
             tools::Picture picture;
             Outcome outcome;
-            if (!Look("/nofaces/", file, picture) || !Detect(picture, file, outcome)) return false;
+            if (!Look("/nofaces/", file, picture) || !DetectTraced(picture, file, work, outcome)) return false;
             faceFree_.AddFaceFree(outcome, groups.Of(i));
             if (outcome.HasFace()) Note("false", "", file, picture, outcome, nullptr);
         }
         std::fputs("\n", out_);
         PrintFaceFree(out_, options_.quick ? "face-free, quick" : "face-free pictures", faceFree_);
+        if (options_.losses) work.Print(out_);
         return true;
     }
 
@@ -131,6 +135,17 @@ private:
         std::filesystem::create_directories(options_.sheets, failed);
         std::string error;
         return (missSheets_.Write(error) && falseSheets_.Write(error)) || Fail(error);
+    }
+
+    bool KeepUp() {
+        if (options_.mostBehind < 0.0) return true;
+        std::string names;
+        for (const std::string& name : GroupsBelow(portraits_, options_.mostBehind)) {
+            names += (names.empty() ? "" : ", ") + name;
+        }
+        char points[32];
+        std::snprintf(points, sizeof points, "%g", options_.mostBehind);
+        return names.empty() || Fail(std::string("behind by more than ") + points + " points: " + names);
     }
 
     bool WriteTable() {

@@ -2,6 +2,7 @@
 #include "tools/train/face_crops.h"
 
 #include "tools/train/cascade.h"
+#include "tools/train/cover.h"
 #include "tools/train/table.h"
 
 #include <algorithm>
@@ -30,13 +31,11 @@ uint64 HashOf(const std::string& text) {
     return hash;
 }
 
-double PixelAt(const FaceCrop& crop, double x, double y, bool nearest) {
+double PixelAt(const CropPlane& crop, double x, double y, bool nearest) {
     const double last = kCropSide - 1;
     x = std::clamp(x, 0.0, last);
     y = std::clamp(y, 0.0, last);
-    const auto at = [&](int column, int row) {
-        return static_cast<double>(crop.pixels[PixelIndex(column, row, kCropSide)]);
-    };
+    const auto at = [&](int column, int row) { return crop[PixelIndex(column, row, kCropSide)]; };
     if (nearest) return at(static_cast<int>(x + 0.5), static_cast<int>(y + 0.5));
     const int x0 = std::min(static_cast<int>(x), kCropSide - 2);
     const int y0 = std::min(static_cast<int>(y), kCropSide - 2);
@@ -84,9 +83,14 @@ CropSet ReadCrops(const std::string& folder, const std::string& classes, double 
     }
     for (std::size_t i = 0; i < sources.size(); ++i) {
         set.crops[i].draw = std::pow(static_cast<double>(counts[sources[i]]), balance - 1.0);
+        set.crops[i].source = static_cast<std::size_t>(std::distance(counts.begin(), counts.find(sources[i])));
     }
     if (set.crops.empty()) set.error = "no crop of these classes";
     return set;
+}
+
+bool Names(const std::string& list, const std::string& name) {
+    return !name.empty() && ("," + list + ",").find("," + name + ",") != std::string::npos;
 }
 
 CropLottery::CropLottery(const std::vector<FaceCrop>& crops, bool held) : crops_(&crops) {
@@ -112,6 +116,11 @@ Window CutWindow(const FaceCrop& crop, const Framing& framing, ImageSize windowS
     const double angle = framing.roll * random.Normal() * 3.14159265358979323846 / 180.0;
     const bool mirror = random.Below(2) != 0;
     const bool nearest = random.Below(2) != 0;
+    const double narrowed = 1.0 + random.Between(0.0, framing.yaw);
+    const double turned = random.Between(-framing.yaw, framing.yaw) / windowSize.width;
+    CropPlane face(crop.pixels.begin(), crop.pixels.end());
+    if (random.Unit() < framing.covered) Cover(face, random);
+    if (random.Unit() < framing.relit) Relight(face, random);
     const double step = side / windowSize.width;
     const double c = std::cos(angle) * step;
     const double s = std::sin(angle) * step;
@@ -119,10 +128,11 @@ Window CutWindow(const FaceCrop& crop, const Framing& framing, ImageSize windowS
     std::vector<double> plane(PixelCount(windowSize));
     for (int32 y = 0; y < windowSize.height; ++y) {
         for (int32 x = 0; x < windowSize.width; ++x) {
-            const double u = (mirror ? windowSize.width - 1 - x : x) - 0.5 * (windowSize.width - 1);
+            const double across = (mirror ? windowSize.width - 1 - x : x) - 0.5 * (windowSize.width - 1);
+            const double u = across * (narrowed + turned * across);
             const double v = y - 0.5 * (windowSize.height - 1);
             plane[PixelIndex(x, y, windowSize.width)] =
-                PixelAt(crop, centreX + c * u - s * v, centreY + s * u + c * v, nearest);
+                PixelAt(face, centreX + c * u - s * v, centreY + s * u + c * v, nearest);
         }
     }
     if (random.Below(2) != 0) Sharpen(plane, windowSize, random.Between(0.0, 1.0));

@@ -15,6 +15,7 @@ inline constexpr double kCropBoxSide = 32.0; // the annotated face box: the crop
 struct FaceCrop {
     std::vector<uint8> pixels; // kCropSide rows, lowest row first
     double draw = 1.0;         // how often it is drawn, relative to the others
+    std::size_t source = 0;    // crops of like origin bear the same number
     bool held = false;         // kept apart for setting stage thresholds
 };
 
@@ -23,7 +24,10 @@ struct Framing {
     double windowToBox = 0.85; // window side over face box side
     double shift = 0.06;       // positions stray by this share of the window, each way
     double scale = 0.08;       // sizes by this, natural logarithm
-    double roll = 7.0;         // degrees, on top of the face's own: the standard deviation
+    double roll = 9.0;         // degrees, on top of the face's own: the standard deviation
+    double yaw = 0.12;         // faces are made narrower by up to this share, and one half of a face the wider
+    double relit = 0.35;       // so many are put in hard light
+    double covered = 0.25;     // so many get glasses, a beard, a hat or a scarf
 };
 
 struct CropSet {
@@ -36,6 +40,9 @@ struct CropSet {
 /// with the `balance` power of their number: 1 keeps the proportions, 0 makes sources equal. Persons are
 /// kept together when a fifth of them is held apart.
 CropSet ReadCrops(const std::string& folder, const std::string& classes, double balance);
+
+/// Whether a comma-separated list names `name`.
+bool Names(const std::string& list, const std::string& name);
 
 /// Draws crops by their `draw`, held ones or the others.
 class CropLottery {
@@ -50,8 +57,8 @@ private:
     std::vector<double> cumulated_;
 };
 
-/// One window out of a crop: strayed, perhaps mirrored, with changed light, contrast, sharpness and noise,
-/// and sampled as roughly as the detector samples.
+/// One window out of a crop: strayed, perhaps mirrored, covered or in hard light, with changed contrast, sharpness
+/// and noise, and sampled as roughly as the detector samples.
 Window CutWindow(const FaceCrop& crop, const Framing& framing, ImageSize windowSize, Random& random);
 
 } // namespace orvane::train

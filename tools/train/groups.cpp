@@ -61,7 +61,7 @@ bool Groups::Has(const std::string& name) const {
 }
 
 void Groups::AddColumn(const std::string& name) {
-    const bool isRoll = name == "roll_deg";
+    const bool isRoll = name == "roll_deg" || name == "roll";
     const bool isUnsigned = isRoll || name == "yaw";
     const auto text = [this, name](std::size_t row) { return table_.Text(row, name); };
     const auto number = [this, name, isUnsigned](std::size_t row) {
@@ -75,7 +75,7 @@ void Groups::AddColumn(const std::string& name) {
     const bool areNumbers = std::all_of(texts.begin(), texts.end(), IsNumber);
     std::vector<double> limits;
     if (areNumbers && isRoll) {
-        limits = {4.0, 8.0, 13.0};
+        limits = name == "roll" ? std::vector{8.0} : std::vector{4.0, 8.0, 13.0};
     } else if (areNumbers && texts.size() > kMostNumbers) {
         std::vector<double> numbers;
         for (std::size_t row = 0; row < table_.Rows(); ++row) {

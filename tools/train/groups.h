@@ -24,9 +24,9 @@ struct Group {
 /// Tells every picture of a table its groups.
 ///
 /// A column of texts makes a group of each text. A column of numbers with many values is cut into bands that
-/// follow the data: quarters, and the topmost tenth. `roll_deg` is grouped by fixed limits and, like `yaw`,
-/// without its sign; the face box makes groups by its pixels and by its share of the picture's smaller side.
-/// Columns that tell pictures apart, as names do, make no groups, and an empty cell belongs to none.
+/// follow the data: quarters, and the topmost tenth. `roll_deg` and, coarser, `roll` are grouped by fixed limits and,
+/// like `yaw`, without their sign; the face box makes groups by its pixels and by its share of the picture's smaller
+/// side. Columns that tell pictures apart, as names do, make no groups, and an empty cell belongs to none.
 class Groups {
 public:
     /// The table must stay while the groups are in use.

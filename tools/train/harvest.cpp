@@ -3,6 +3,7 @@
 #include "tools/train/harvest.h"
 
 #include "tools/train/distort.h"
+#include "tools/train/drawn.h"
 #include "tools/train/parallel.h"
 #include "tools/train/square.h"
 #include "tools/train/table.h"
@@ -17,7 +18,7 @@ namespace {
 constexpr std::size_t kHeldShare = 5;
 constexpr int kScaleShare = 4;
 constexpr int kFormShare = 6;  // of six scans one sees the pictures as they are, one mirrored, the others distorted
-constexpr int kCropPasses = 2; // over all face crops, each time at another scale, to fill the pool
+constexpr int kCropPasses = 4; // over all face crops, each time in another form and at another scale, for the pool
 constexpr int kHeldKind = 1;   // in the pool's file
 constexpr int kCropKind = 2;
 constexpr double kLargestShift = 1.05; // the detector's scale step
@@ -83,15 +84,19 @@ GreyPicture AsPicture(const FaceCrop& crop, int32 zoom) {
     return picture;
 }
 
-/// Visits the windows of a crop that the cascade takes for faces though they are not at the face's place.
+/// Visits the windows of a crop that the cascade takes for faces though they are not at the face's place. Half of the
+/// crops are jumbled first: there no window is a face.
 void VisitCrop(const FaceCrop& crop, const Framing& framing, const CompiledCascade& cascade, Random random,
                const std::function<void(const Survivor&)>& visit) {
     const auto zoom = static_cast<int32>(1 + random.Below(2));
     const double side = kCropBoxSide * framing.windowToBox * zoom;
     const double corner = 0.5 * (kCropSide * zoom - side);
     const double shift = random.Between(1.0, kLargestShift);
-    VisitSurvivors(AsPicture(crop, zoom), cascade, {shift, 1, 0}, [&](const Survivor& s) {
-        if (OverlapOf({s.x, s.y, s.side}, {corner, corner, side}) < kFaceOverlap) visit(s);
+    const bool jumbled = random.Below(2) != 0;
+    GreyPicture picture = AsPicture(crop, zoom);
+    if (jumbled) picture = Jumbled(picture, random);
+    VisitSurvivors(picture, cascade, {shift, 1, 0}, [&](const Survivor& s) {
+        if (jumbled || OverlapOf({s.x, s.y, s.side}, {corner, corner, side}) < kFaceOverlap) visit(s);
     });
 }
 
@@ -109,6 +114,9 @@ void InOrder(std::size_t count, int threads, Work work, Take take) {
     }
 }
 
+/// Whether the picture of this number is kept apart, in every form.
+bool IsHeld(std::size_t picture) { return picture % kHeldShare == 0; }
+
 enum class Form { AsItIs, Mirrored, Distorted };
 
 /// What a picture is seen as: whole scans take turns.
@@ -118,24 +126,35 @@ Form FormOf(int pass) {
 }
 
 /// One pass over a picture: one scale in four, so that windows that are plenty come from many pictures at little
-/// cost. Four passes see it as it is, four mirrored and sixteen distorted, each of these in another way.
-void VisitPass(const GreyPicture& picture, const CompiledCascade& cascade, int pass, Random random,
-               const std::function<void(const Survivor&)>& visit) {
+/// cost. Four passes see it as it is, four mirrored and sixteen distorted, each of these in another way; some of the
+/// distorted ones are put together with another picture, of those that are held apart like itself.
+void VisitPass(const std::vector<GreyPicture>& pictures, std::size_t index, const CompiledCascade& cascade, int pass,
+               Random random, const std::function<void(const Survivor&)>& visit) {
+    const GreyPicture& picture = pictures[index];
     const ScaleChoice choice{random.Between(1.0, kLargestShift), kScaleShare, pass % kScaleShare};
     const Form form = FormOf(pass);
     if (form == Form::AsItIs) return VisitSurvivors(picture, cascade, choice, visit);
-    VisitSurvivors(form == Form::Mirrored ? Turned(picture, 0, true) : Distorted(picture, random), cascade, choice,
-                   visit);
+    if (form == Form::Mirrored) return VisitSurvivors(Turned(picture, 0, true), cascade, choice, visit);
+    GreyPicture changed = Distorted(picture, random);
+    Random other({random.Next(), 1});
+    if (other.Below(3) == 0) {
+        std::size_t with = other.Below(static_cast<std::uint32_t>(pictures.size()));
+        while (IsHeld(with) != IsHeld(index)) with = (with + 1) % pictures.size();
+        changed = Combined(changed, Distorted(pictures[with], other), other);
+    }
+    VisitSurvivors(changed, cascade, choice, visit);
 }
 
 } // namespace
 
-PictureSet ReadPictures(const std::string& folder, const std::string& classes, int threads) {
+PictureSet ReadPictures(const std::string& folder, const std::string& classes, const std::string& without,
+                        int threads) {
     Table table;
     if (!table.Read(folder + "/negatives.csv")) return {{}, "cannot read negatives.csv"};
     std::vector<std::string> paths;
     for (std::size_t i = 0; i < table.Rows(); ++i) {
         if (table.Text(i, "split") != "train" || classes.find(table.Text(i, "class")) == std::string::npos) continue;
+        if (Names(without, table.Text(i, "source"))) continue;
         paths.push_back(folder + "/negatives/" + table.Text(i, "file"));
     }
     PictureSet set;
@@ -149,6 +168,15 @@ PictureSet ReadPictures(const std::string& folder, const std::string& classes, i
     }
     if (set.pictures.empty()) set.error = "no face-free picture of these classes";
     return set;
+}
+
+void AddDrawnPictures(PictureSet& set, std::size_t count, uint64 seed, int threads) {
+    constexpr ImageSize kDrawnSize{320, 240};
+    const std::size_t before = set.pictures.size();
+    set.pictures.resize(before + count);
+    ForEachIndex(count, threads, [&](std::size_t i) {
+        set.pictures[before + i] = DrawnPicture(kDrawnSize, Random({seed, 8, i}));
+    });
 }
 
 Harvester::Harvester(const PictureSet& pictures, const std::vector<FaceCrop>& crops, const Framing& framing,
@@ -207,12 +235,12 @@ void Harvester::AddFromPictures(const CompiledCascade& cascade, uint64 stage, Ne
             [&](std::size_t i) {
                 Random random({seed_, stage, 4, p, i});
                 Reservoir reservoir(static_cast<std::size_t>(options_.perPicture), cascade.WindowSize(), random);
-                VisitPass(pictures_.pictures[order[i]], cascade, pass, random,
+                VisitPass(pictures_.pictures, order[i], cascade, pass, random,
                           [&](const Survivor& s) { reservoir.Offer(s); });
                 return reservoir.Take();
             },
             [&](std::size_t i, std::vector<Window> windows) {
-                for (Window& window : windows) negatives.Add(std::move(window), order[i] % kHeldShare == 0);
+                for (Window& window : windows) negatives.Add(std::move(window), IsHeld(order[i]));
                 if (++negatives.pictures % 500 == 0) progress(negatives.Count(), negatives.pictures);
                 return negatives.Count() < options_.wanted;
             });
@@ -266,12 +294,12 @@ void Harvester::FillPool(const CompiledCascade& cascade, const HarvestProgress& 
                 // Nothing here may depend on the stage at which the pool is filled.
                 const Random random({seed_, 5, static_cast<uint64>(pass), i});
                 std::vector<Window> windows;
-                VisitPass(pictures_.pictures[i], cascade, pass, random,
+                VisitPass(pictures_.pictures, i, cascade, pass, random,
                           [&](const Survivor& s) { windows.push_back(CopyWindow(s, cascade.WindowSize())); });
                 return windows;
             },
             [&](std::size_t i, std::vector<Window> windows) {
-                for (Window& window : windows) pool_.push_back({std::move(window), i % kHeldShare == 0, false});
+                for (Window& window : windows) pool_.push_back({std::move(window), IsHeld(i), false});
                 if (++scanned % 500 == 0) progress(pool_.size(), scanned);
                 return true;
             });

@@ -12,8 +12,12 @@ struct PictureSet {
     std::string error; // not empty: nothing was read
 };
 
-/// Reads the pictures of `negatives.csv`, split `train`, of the licence classes named.
-PictureSet ReadPictures(const std::string& folder, const std::string& classes, int threads);
+/// Reads the pictures of `negatives.csv`, split `train`, of the licence classes named and of none of the sources in
+/// the comma-separated list `without`.
+PictureSet ReadPictures(const std::string& folder, const std::string& classes, const std::string& without, int threads);
+
+/// Adds `count` drawn pictures.
+void AddDrawnPictures(PictureSet& set, std::size_t count, uint64 seed, int threads);
 
 struct Negatives {
     std::vector<Window> windows; // for boosting

@@ -18,27 +18,35 @@ constexpr const char* kUsage =
     "train: learns a cascade from positives.csv, positives.bin, negatives.csv and negatives/ of FOLDER\n"
     "  --work FOLDER        keep a checkpoint a stage, and go on behind the last one\n"
     "  --classes A,B,C      licence classes that may be used (all)\n"
+    "  --without NAME,...   sources of face-free pictures that are left out\n"
+    "  --drawn N            face-free pictures drawn out of nothing beside them, 400\n"
     "  --seed N             same seed and data, same file (1)\n"
     "  --threads N          changes the time, never the result (the processor's)\n"
-    "  --stages N           at most, 24          --hit-rate R         of each stage, 0.993\n"
+    "  --stages N           at most, 26          --hit-rate R         of each stage, 0.993\n"
+    "  --first-stumps N     of the first stage, twice as many of the second and so on, 10\n"
     "  --max-stumps N       a stage, 200  --false-alarms R   of each stage, 0.4\n"
     "  --faces N            windows a stage, 12000           --negatives N  windows a stage, 12000\n"
     "  --least-negatives N  end when a harvest brings fewer out of pictures, 200\n"
     "  --passes N           over all pictures for one harvest, four to a whole scan, 24\n"
     "  --late-hit-rate R    the same from the pool stage on, 0.997\n"
+    "  --source-slack R     by so much less of any one source of faces, 0.004\n"
     "  --pool-stage N       from this stage on, choose among all windows of all passes, 10\n"
     "  --refused N          of these that are refused already, for boosting against, 20000\n"
     "  --per-picture N      windows of one picture and pass, 24\n"
     "  --crop-share R       share of the negatives out of face crops, 0.2\n"
     "  --features N         pool of a stage, 8000            --candidates N  looked at for a stump, 1200\n"
-    "  --balance R          1: sources in their proportions, 0: all alike, 0.6\n"
+    "  --balance R          1: sources in their proportions, 0: all alike, 0.2\n"
     "  --window N           side of the window, 24           --framing R  window over face box, 0.85\n"
-    "  --shift R --scale R --roll DEG  how far faces stray in training, 0.06 0.08 7 (roll: the deviation)\n"
+    "  --shift R --scale R --roll DEG  how far faces stray in training, 0.06 0.08 9 (roll: the deviation)\n"
+    "  --yaw R --relit R --covered R   how far they are turned, how many are in hard light and wear something,\n"
+    "                       0.12 0.35 0.25\n"
     "\n"
     "evaluate: runs the detector over portraits.csv, portraits/, nofaces.csv and nofaces/ of FOLDER\n"
     "  --quick              the detector's quick mode\n"
     "  --misses TABLE       write every miss, misplaced and false face there\n"
-    "  --losses             tell at which step of the detector faces are lost; takes more time a picture\n"
+    "  --most-behind N      fail when a group of 20 portraits or more lies more points below the whole\n"
+    "  --losses             tell at which step of the detector faces are lost, and the rectangles for a window;\n"
+    "                       takes more time a picture\n"
     "  --sheets FOLDER      write contact sheets there: misses-N.png, false-N.png\n"
     "  --table TABLE        write the figures of all groups there, comma-separated\n"
     "  --box-scale R        annotated side over the detector's, 1.1765\n"
@@ -102,11 +110,12 @@ private:
 };
 
 bool IsSensible(const TrainOptions& o) {
-    return o.stages >= 1 && o.maxStumps >= 1 && o.hitRate > 0.0 && o.hitRate <= 1.0 && o.lateHitRate > 0.0 &&
-           o.lateHitRate <= 1.0 && o.falseAlarms > 0.0 && o.falseAlarms < 1.0 && o.features >= 1 && o.candidates >= 1 &&
-           o.faces >= 100 && o.harvest.wanted >= 100 && o.harvest.perPicture >= 1 && o.harvest.threads >= 1 &&
-           o.windowSize.width >= 12 && o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 &&
-           o.framing.windowToBox <= 1.5 && o.leastNegatives >= 1 && o.harvest.poolStage >= 1;
+    return o.stages >= 1 && o.maxStumps >= 1 && o.firstStumps >= 1 && o.hitRate > 0.0 && o.hitRate <= 1.0 &&
+           o.lateHitRate > 0.0 && o.lateHitRate <= 1.0 && o.falseAlarms > 0.0 && o.falseAlarms < 1.0 &&
+           o.features >= 1 && o.candidates >= 1 && o.faces >= 100 && o.harvest.wanted >= 100 &&
+           o.harvest.perPicture >= 1 && o.harvest.threads >= 1 && o.windowSize.width >= 12 &&
+           o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 && o.framing.windowToBox <= 1.5 &&
+           o.leastNegatives >= 1 && o.harvest.poolStage >= 1;
 }
 
 int RunTrain(int count, char** values) {
@@ -117,12 +126,16 @@ int RunTrain(int count, char** values) {
     arguments.Add("--out", o.out);
     arguments.Add("--work", o.work);
     arguments.Add("--classes", o.classes);
+    arguments.Add("--without", o.without);
+    arguments.AddCount("--drawn", o.drawn);
     arguments.AddCount("--seed", o.seed);
     arguments.AddCount("--threads", o.harvest.threads);
     arguments.AddCount("--stages", o.stages);
     arguments.AddCount("--max-stumps", o.maxStumps);
+    arguments.AddCount("--first-stumps", o.firstStumps);
     arguments.Add("--hit-rate", o.hitRate);
     arguments.Add("--late-hit-rate", o.lateHitRate);
+    arguments.Add("--source-slack", o.sourceSlack);
     arguments.Add("--false-alarms", o.falseAlarms);
     arguments.AddCount("--faces", o.faces);
     arguments.AddCount("--negatives", o.harvest.wanted);
@@ -140,6 +153,9 @@ int RunTrain(int count, char** values) {
     arguments.Add("--shift", o.framing.shift);
     arguments.Add("--scale", o.framing.scale);
     arguments.Add("--roll", o.framing.roll);
+    arguments.Add("--yaw", o.framing.yaw);
+    arguments.Add("--relit", o.framing.relit);
+    arguments.Add("--covered", o.framing.covered);
     if (!arguments.Parse(count, values)) return 1;
     o.windowSize.height = o.windowSize.width;
     if (o.data.empty() || o.out.empty() || !IsSensible(o)) {
@@ -149,13 +165,14 @@ int RunTrain(int count, char** values) {
 
     TrainData data;
     CropSet crops = ReadCrops(o.data, o.classes, o.balance);
-    data.pictures = ReadPictures(o.data, o.classes, o.harvest.threads);
+    data.pictures = ReadPictures(o.data, o.classes, o.without, o.harvest.threads);
     for (const std::string& error : {crops.error, data.pictures.error}) {
         if (error.empty()) continue;
         std::fprintf(stderr, "orvane-train: %s\n", error.c_str());
         return 1;
     }
     data.crops = std::move(crops.crops);
+    AddDrawnPictures(data.pictures, o.drawn, o.seed, o.harvest.threads);
     return Train(o, data, stdout);
 }
 
@@ -169,6 +186,7 @@ int RunEvaluate(int count, char** values) {
     arguments.Add("--sheets", o.sheets);
     arguments.AddFlag("--losses", o.losses);
     arguments.AddFlag("--quick", o.quick);
+    arguments.Add("--most-behind", o.mostBehind);
     arguments.Add("--box-scale", o.mapping.boxToWindow);
     arguments.Add("--box-down", o.mapping.down);
     if (!arguments.Parse(count, values)) return 1;

@@ -3,6 +3,7 @@
 
 #include "detect/cascade_detector.h"
 #include "detect/edge_pruning.h"
+#include "detect/window_cascade.h"
 #include "primitives/primitives.h"
 #include "tools/support/picture_io.h"
 
@@ -48,10 +49,11 @@ void ScanScale(const GreyPicture& picture, const CompiledCascade& cascade, float
                         4 * scaled.width, positions, {1, 1, window.width - 2, window.height - 2}, planes.mask.data(),
                         scaled.width);
     int32 alive = positions.width * positions.height;
-    for (const CompiledCascade::CompiledStage& stage : cascade.Stages()) {
+    const ClassifierTables& tables = cascade.Tables();
+    for (std::size_t stage = 0; stage < tables.stageObject.size(); ++stage) {
         primApplyHaarClassifier_32f_C1(planes.sum.data(), sumStep, planes.norm.data(), 4 * scaled.width,
-                                       planes.mask.data(), scaled.width, positions, &alive, stage.threshold,
-                                       stage.object.get());
+                                       planes.mask.data(), scaled.width, positions, &alive,
+                                       tables.stageThreshold[stage], tables.stageObject[stage].get());
         if (alive == 0) return;
     }
     for (int32 y = 0; y < positions.height; ++y) {
@@ -63,6 +65,59 @@ void ScanScale(const GreyPicture& picture, const CompiledCascade& cascade, float
         }
     }
 }
+
+/// The same in one go, as the detector scans with a cascade that it can plan.
+class OneGo {
+public:
+    OneGo(const GreyPicture& picture, const CompiledCascade& cascade)
+        : picture_(picture), cascade_(cascade), rows_(CurrentScanKernels(), grey_),
+          decisions_(CurrentScanKernels(), cascade.Tables()) {}
+
+    /// Makes ready for scales of up to this size. False where they must be scanned step by step.
+    bool Reserve(ImageSize scaled) {
+        const ImageSize size = picture_.size;
+        if (!WindowCascade::Serves(cascade_.Tables(), scaled.height)) return false;
+        if (!grey_.Create(size.width, size.height, 1, kDepth8u, 0)) return false;
+        for (int32 y = 0; y < size.height; ++y) {
+            std::copy_n(picture_.pixels.data() + PixelIndex(0, y, size.width), size.width,
+                        RowAt(grey_.data, grey_.Step(), y));
+        }
+        return rows_.Reserve(scaled) && decisions_.Reserve(rows_.Stride(), scaled.height);
+    }
+
+    void ScanScale(float scale, float inverse, ImageSize scaled, const std::function<void(const Survivor&)>& visit) {
+        const ImageSize window = cascade_.WindowSize();
+        const ImageSize positions{scaled.width - window.width + 1, scaled.height - window.height + 1};
+        rows_.Make(scaled, inverse, positions);
+        decisions_.Decide(rows_, positions.height);
+        bool sampled = false; // few scales have survivors
+        for (int32 y = 0; y < positions.height; ++y) {
+            const uint64* alive = rows_.EdgeRow(y);
+            for (int32 x = 0; x < positions.width; ++x) {
+                if ((alive[x / 64] >> (x % 64) & 1) == 0) continue;
+                if (!sampled) Sample(inverse, scaled);
+                sampled = true;
+                visit({scaled_.data() + PixelIndex(x, y, scaled.width), scaled.width, static_cast<double>(x) * scale,
+                       static_cast<double>(y) * scale, static_cast<double>(window.width) * scale});
+            }
+        }
+    }
+
+private:
+    void Sample(float inverse, ImageSize scaled) {
+        scaled_.assign(PixelCount(scaled), 0);
+        primResize_8u_C1(picture_.pixels.data(), picture_.size, picture_.size.width,
+                         {0, 0, picture_.size.width, picture_.size.height}, scaled_.data(), scaled.width, scaled,
+                         inverse, inverse, kNearest);
+    }
+
+    const GreyPicture& picture_;
+    const CompiledCascade& cascade_;
+    ImageBuffer grey_;
+    ScaleRows rows_;
+    WindowCascade decisions_;
+    std::vector<uint8> scaled_;
+};
 
 } // namespace
 
@@ -95,30 +150,37 @@ GreyPicture Turned(const GreyPicture& picture, int quarters, bool mirrored) {
     return turned;
 }
 
-CompiledCascade::CompiledCascade(const Cascade& cascade) : windowSize_(cascade.windowSize) {
-    const float norm = AreaNorm(windowSize_);
-    for (std::size_t s = 0; s < cascade.stages.size(); ++s) {
-        std::vector<ImageRect> rects;
-        std::vector<float> weights;
-        std::vector<float> thresholds;
-        std::vector<float> below;
-        std::vector<float> above;
-        std::vector<int32> counts;
-        for (const Stump* stump : StumpsOf(cascade, s)) {
-            for (std::size_t i = 0; i < static_cast<std::size_t>(stump->feature.rectCount); ++i) {
-                rects.push_back(stump->feature.rects[i]);
-                weights.push_back(stump->feature.weights[i] * norm);
+CompiledCascade::CompiledCascade(const Cascade& cascade) {
+    tables_.windowWidth = cascade.windowSize.width;
+    tables_.windowHeight = cascade.windowSize.height;
+    tables_.stageCount = static_cast<int32>(cascade.stages.size());
+    int32 rects = 0;
+    for (const Stage& stage : cascade.stages) {
+        const bool chained = stage.chained && !tables_.stageClassifierStart.empty();
+        tables_.stageThreshold.push_back(stage.threshold);
+        tables_.stageClassifierStart.push_back(chained ? tables_.stageClassifierStart.back()
+                                                       : static_cast<int32>(tables_.classifierThreshold.size()));
+        tables_.stageFeatureStart.push_back(chained ? tables_.stageFeatureStart.back() : rects);
+        for (const Stump& stump : stage.stumps) {
+            for (std::size_t i = 0; i < static_cast<std::size_t>(stump.feature.rectCount); ++i) {
+                ImageRect r = stump.feature.rects[i];
+                r.y = cascade.windowSize.height - r.height - r.y; // the tables count from the window's top
+                tables_.featureRect.push_back(r);
+                tables_.featureWeight.push_back(stump.feature.weights[i]);
             }
-            thresholds.push_back(stump->threshold);
-            below.push_back(stump->below);
-            above.push_back(stump->above);
-            counts.push_back(stump->feature.rectCount);
+            tables_.classifierFeatureCount.push_back(stump.feature.rectCount);
+            tables_.classifierThreshold.push_back(stump.threshold);
+            tables_.classifierVal1.push_back(stump.below);
+            tables_.classifierVal2.push_back(stump.above);
+            rects += stump.feature.rectCount;
         }
-        HaarClassifier* object = nullptr;
-        primHaarClassifierInitAlloc_32f(&object, rects.data(), weights.data(), thresholds.data(), below.data(),
-                                        above.data(), counts.data(), static_cast<int32>(counts.size()));
-        stages_.push_back({{object, primHaarClassifierFree_32f}, cascade.stages[s].threshold - kThresholdBias});
+        tables_.stageClassifierCount.push_back(static_cast<int32>(tables_.classifierThreshold.size()) -
+                                               tables_.stageClassifierStart.back());
     }
+    tables_.classifierCount = static_cast<int32>(tables_.classifierThreshold.size());
+    tables_.featureCount = rects;
+    tables_.stageObject.resize(cascade.stages.size());
+    PrepareClassifier(1, kThresholdBias, tables_);
 }
 
 void VisitSurvivors(const GreyPicture& picture, const CompiledCascade& cascade, const ScaleChoice& choice,
@@ -129,6 +191,9 @@ void VisitSurvivors(const GreyPicture& picture, const CompiledCascade& cascade, 
     const auto smallest = static_cast<int32>(static_cast<float>(width) * (width < 500 ? 0.05f : 0.07f));
     auto scale = static_cast<float>(InitialScale(width, smallest, window.width) * choice.shift);
     Planes planes;
+    OneGo oneGo(picture, cascade);
+    bool first = true;
+    bool inOneGo = false;
     for (int index = 0;; ++index, scale *= 1.05f) {
         const float inverse = 1.0f / scale;
         const float scaledWidth = inverse * static_cast<float>(width);
@@ -137,8 +202,14 @@ void VisitSurvivors(const GreyPicture& picture, const CompiledCascade& cascade, 
         if (!(scaledHeight > static_cast<float>(window.height + 5))) return;
         if (!(static_cast<float>(largest) > static_cast<float>(window.width) * scale)) return;
         if (index % choice.every != choice.first) continue;
-        ScanScale(picture, cascade, scale, inverse, {static_cast<int32>(scaledWidth), static_cast<int32>(scaledHeight)},
-                  planes, visit);
+        const ImageSize scaled{static_cast<int32>(scaledWidth), static_cast<int32>(scaledHeight)};
+        if (first) inOneGo = oneGo.Reserve(scaled);
+        first = false;
+        if (inOneGo) {
+            oneGo.ScanScale(scale, inverse, scaled, visit);
+        } else {
+            ScanScale(picture, cascade, scale, inverse, scaled, planes, visit);
+        }
     }
 }
 

@@ -2,11 +2,10 @@
 // positions. What survives a cascade there is what the detector would take for a face.
 #pragma once
 
-#include "primitives/haar.h"
+#include "detect/classifier_file.h"
 #include "tools/train/cascade.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,21 +23,16 @@ bool ReadGrey(const std::string& path, GreyPicture& picture, std::string& error)
 /// The picture turned by `quarters` quarter turns and, after that, mirrored left to right.
 GreyPicture Turned(const GreyPicture& picture, int quarters, bool mirrored);
 
-/// A cascade in the form that the primitives evaluate.
+/// A cascade in the form that the detector evaluates.
 class CompiledCascade {
 public:
     explicit CompiledCascade(const Cascade& cascade);
-    ImageSize WindowSize() const { return windowSize_; }
-
-    struct CompiledStage {
-        std::unique_ptr<HaarClassifier, int32 (*)(HaarClassifier*)> object;
-        float threshold;
-    };
-    const std::vector<CompiledStage>& Stages() const { return stages_; }
+    ImageSize WindowSize() const { return {tables_.windowWidth, tables_.windowHeight}; }
+    /// As the detector has them after loading.
+    const ClassifierTables& Tables() const { return tables_; }
 
 private:
-    ImageSize windowSize_;
-    std::vector<CompiledStage> stages_;
+    ClassifierTables tables_;
 };
 
 /// A window that survived: its first pixel in the scaled plane, and the place of its square in the picture

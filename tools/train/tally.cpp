@@ -1,5 +1,7 @@
 #include "tools/train/tally.h"
 
+#include "tools/train/interval.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -7,7 +9,6 @@ namespace orvane::train {
 namespace {
 
 constexpr int kLeastPictures = 20;
-constexpr double kPointsApart = 2.0;
 
 double PerCent(int part, int whole) { return whole == 0 ? 0.0 : 100.0 * part / whole; }
 
@@ -29,10 +30,24 @@ void PrintList(std::FILE* out, const char* head, const std::vector<std::string>&
     std::fprintf(out, "%s\n", names.empty() ? "none" : "");
 }
 
+/// "low-high" in per cent.
+std::string IntervalText(int part, int whole) {
+    const Interval interval = WilsonInterval(part, whole);
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f-%.1f", interval.low, interval.high);
+    return text;
+}
+
 void PrintPortraitLine(std::FILE* out, const std::string& name, const Tally& t) {
-    std::fprintf(out, "%-26s %8d %9.1f %9.1f %10.1f %8.1f %9.1f %8.1f\n", name.c_str(), t.pictures, t.ReportedPerCent(),
-                 t.RightPerCent(), Quantile(t.centreErrors, 0.5), Quantile(t.centreErrors, 0.95),
-                 Quantile(t.sizeErrors, 0.5), Quantile(t.sizeErrors, 0.95));
+    std::fprintf(out, "%-26s %8d %9.1f %9.1f %11s %10.1f %8.1f %9.1f %8.1f\n", name.c_str(), t.pictures,
+                 t.ReportedPerCent(), t.RightPerCent(), IntervalText(t.right, t.pictures).c_str(),
+                 Quantile(t.centreErrors, 0.5), Quantile(t.centreErrors, 0.95), Quantile(t.sizeErrors, 0.5),
+                 Quantile(t.sizeErrors, 0.95));
+}
+
+void PrintFaceFreeLine(std::FILE* out, const std::string& name, const Tally& t) {
+    std::fprintf(out, "%-26s %8d %9.1f %11s\n", name.c_str(), t.pictures, t.ReportedPerCent(),
+                 IntervalText(t.reported, t.pictures).c_str());
 }
 
 void PrintTimes(std::FILE* out, const char* what, const std::vector<double>& times) {
@@ -47,10 +62,11 @@ void PrintPasses(std::FILE* out, const char* what, const Tally& t) {
     std::fprintf(out, "%s of the first pass: %d, of the finer pass: %d\n", what, t.reported - t.finer, t.finer);
 }
 
-void WriteLine(std::FILE* out, const char* set, const std::string& name, const Tally& t) {
-    std::fprintf(out, "%s,%s,%d,%d,%d,%.2f,%.2f,%.2f,%.2f\n", set, name.c_str(), t.pictures, t.reported, t.right,
-                 Quantile(t.centreErrors, 0.5), Quantile(t.centreErrors, 0.95), Quantile(t.sizeErrors, 0.5),
-                 Quantile(t.sizeErrors, 0.95));
+void WriteLine(std::FILE* out, const char* set, const std::string& name, const Tally& t, int counted) {
+    const Interval interval = WilsonInterval(counted, t.pictures);
+    std::fprintf(out, "%s,%s,%d,%d,%d,%.2f,%.2f,%.2f,%.2f,%.2f,%.2f\n", set, name.c_str(), t.pictures, t.reported,
+                 t.right, Quantile(t.centreErrors, 0.5), Quantile(t.centreErrors, 0.95), Quantile(t.sizeErrors, 0.5),
+                 Quantile(t.sizeErrors, 0.95), interval.low, interval.high);
 }
 
 } // namespace
@@ -78,6 +94,10 @@ void Tally::AddFaceFree(const Outcome& outcome) {
 double Tally::ReportedPerCent() const { return PerCent(reported, pictures); }
 double Tally::RightPerCent() const { return PerCent(right, pictures); }
 
+double Tally::PointsBehind(const Tally& whole) const {
+    return std::max(whole.ReportedPerCent() - ReportedPerCent(), whole.RightPerCent() - RightPerCent());
+}
+
 void TallyTable::AddPortrait(const Outcome& outcome, const FaceSquare& truth, const SquareMapping& mapping,
                              const std::vector<Group>& of) {
     all.AddPortrait(outcome, truth, mapping);
@@ -86,19 +106,17 @@ void TallyTable::AddPortrait(const Outcome& outcome, const FaceSquare& truth, co
 }
 
 void TallyTable::AddFaceFree(const Outcome& outcome, const std::vector<Group>& of) {
+    ofFaces = false;
     all.AddFaceFree(outcome);
     for (const Group& group : of) groups[group].AddFaceFree(outcome);
     milliseconds.push_back(outcome.milliseconds);
 }
 
-std::vector<std::string> GroupsBelow(const TallyTable& portraits) {
+std::vector<std::string> GroupsBelow(const TallyTable& portraits, double points) {
     std::vector<std::string> names;
     for (const auto& [group, tally] : portraits.groups) {
         if (tally.pictures < kLeastPictures) continue;
-        if (tally.RightPerCent() < portraits.all.RightPerCent() - kPointsApart ||
-            tally.ReportedPerCent() < portraits.all.ReportedPerCent() - kPointsApart) {
-            names.push_back(WithShare(group, tally.RightPerCent()));
-        }
+        if (tally.PointsBehind(portraits.all) > points) names.push_back(WithShare(group, tally.RightPerCent()));
     }
     return names;
 }
@@ -115,10 +133,10 @@ std::vector<std::string> GroupsAbove(const TallyTable& faceFree) {
 }
 
 void PrintPortraits(std::FILE* out, const char* title, const TallyTable& portraits) {
-    std::fprintf(out, "%-26s %8s %9s %9s %19s %18s\n", title, "pictures", "reported", "right", "centre error %",
-                 "size error %");
-    std::fprintf(out, "%-26s %8s %9s %9s %10s %8s %9s %8s\n", "", "", "%", "place %", "median", "95th", "median",
-                 "95th");
+    std::fprintf(out, "%-26s %8s %9s %9s %11s %19s %18s\n", title, "pictures", "reported", "right", "within",
+                 "centre error %", "size error %");
+    std::fprintf(out, "%-26s %8s %9s %9s %11s %10s %8s %9s %8s\n", "", "", "%", "place %", "%", "median", "95th",
+                 "median", "95th");
     PrintPortraitLine(out, "all", portraits.all);
     for (const auto& [group, tally] : portraits.groups) PrintPortraitLine(out, group.name, tally);
     PrintList(out, "more than 2 points below the whole, of 20 pictures or more (right place %)",
@@ -128,23 +146,24 @@ void PrintPortraits(std::FILE* out, const char* title, const TallyTable& portrai
 }
 
 void PrintFaceFree(std::FILE* out, const char* title, const TallyTable& faceFree) {
-    std::fprintf(out, "%-26s %8s %9s\n", title, "pictures", "false %");
-    std::fprintf(out, "%-26s %8d %9.1f\n", "all", faceFree.all.pictures, faceFree.all.ReportedPerCent());
-    for (const auto& [group, tally] : faceFree.groups) {
-        std::fprintf(out, "%-26s %8d %9.1f\n", group.name.c_str(), tally.pictures, tally.ReportedPerCent());
-    }
+    std::fprintf(out, "%-26s %8s %9s %11s\n", title, "pictures", "false %", "within %");
+    PrintFaceFreeLine(out, "all", faceFree.all);
+    for (const auto& [group, tally] : faceFree.groups) PrintFaceFreeLine(out, group.name, tally);
     PrintList(out, "more than 2 points above the whole, of 20 pictures or more (false %)", GroupsAbove(faceFree));
     PrintPasses(out, "false faces", faceFree.all);
     PrintTimes(out, "face-free picture", faceFree.milliseconds);
 }
 
 void WriteTallyHead(std::FILE* out) {
-    std::fputs("set,group,pictures,reported,right,centre_median,centre_95th,size_median,size_95th\n", out);
+    std::fputs("set,group,pictures,reported,right,centre_median,centre_95th,size_median,size_95th,low,high\n", out);
 }
 
 void WriteTally(std::FILE* out, const char* set, const TallyTable& table) {
-    WriteLine(out, set, "all", table.all);
-    for (const auto& [group, tally] : table.groups) WriteLine(out, set, group.name, tally);
+    const auto line = [&](const std::string& name, const Tally& t) {
+        WriteLine(out, set, name, t, table.ofFaces ? t.right : t.reported);
+    };
+    line("all", table.all);
+    for (const auto& [group, tally] : table.groups) line(group.name, tally);
 }
 
 } // namespace orvane::train

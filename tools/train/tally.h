@@ -23,6 +23,8 @@ struct Tally {
     void AddFaceFree(const Outcome& outcome);
     double ReportedPerCent() const;
     double RightPerCent() const;
+    /// How many points the share of faces reported, or at the right place, lies below that of the whole; the larger.
+    double PointsBehind(const Tally& whole) const;
 };
 
 /// All pictures of a kind and their groups.
@@ -30,15 +32,18 @@ struct TallyTable {
     Tally all;
     std::map<Group, Tally> groups;
     std::vector<double> milliseconds;
+    bool ofFaces = true; // not of face-free pictures
 
     void AddPortrait(const Outcome& outcome, const FaceSquare& truth, const SquareMapping& mapping,
                      const std::vector<Group>& of);
     void AddFaceFree(const Outcome& outcome, const std::vector<Group>& of);
 };
 
+inline constexpr double kPointsApart = 2.0; // groups further from the whole are named
+
 /// The groups of at least 20 pictures in which the share of faces reported, or at the right place, lies more
-/// than 2 points below the whole, as "group (share)".
-std::vector<std::string> GroupsBelow(const TallyTable& portraits);
+/// than so many points below the whole, as "group (share)".
+std::vector<std::string> GroupsBelow(const TallyTable& portraits, double points = kPointsApart);
 
 /// The groups of at least 20 pictures in which the share of false faces lies more than 2 points above the whole.
 std::vector<std::string> GroupsAbove(const TallyTable& faceFree);
@@ -46,7 +51,8 @@ std::vector<std::string> GroupsAbove(const TallyTable& faceFree);
 void PrintPortraits(std::FILE* out, const char* title, const TallyTable& portraits);
 void PrintFaceFree(std::FILE* out, const char* title, const TallyTable& faceFree);
 
-/// The same figures as comma-separated lines; `set` names the pictures in the first column.
+/// The same figures as comma-separated lines; `set` names the pictures in the first column. `low` and `high` are the
+/// ends of the interval of faces at the right place, of false faces where there is none.
 void WriteTallyHead(std::FILE* out);
 void WriteTally(std::FILE* out, const char* set, const TallyTable& table);
 

@@ -18,33 +18,70 @@ using Clock = std::chrono::steady_clock;
 
 double SecondsSince(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
 
+bool IsLate(const TrainOptions& options, std::size_t stage) {
+    return stage >= static_cast<std::size_t>(options.harvest.poolStage);
+}
+
+/// Thresholds are set by faces as they are: nothing is drawn over the held ones and their light is their own. Early
+/// stages, in which nearly all of the detector's time goes, see fewer of the hard windows.
+Framing FramingOf(const TrainOptions& options, std::size_t stage, bool held) {
+    constexpr double kEarly = 0.3;
+    Framing framing = options.framing;
+    if (!IsLate(options, stage)) {
+        framing.relit *= kEarly;
+        framing.covered *= kEarly;
+        framing.yaw *= kEarly;
+        framing.roll *= 0.8;
+    }
+    if (held) framing.relit = framing.covered = 0.0;
+    return framing;
+}
+
 struct Faces {
     std::vector<Window> windows;
-    double reached = 1.0; // share of what was cut that passed the cascade so far
+    std::vector<std::size_t> sources; // of the crops that they were cut out of
+    double reached = 1.0;             // share of the crops' first windows that passed the cascade so far
 };
 
-/// Cuts windows until `wanted` pass the cascade so far. Gives up when hardly any does.
+constexpr int kCuts = 6; // windows of a crop, until one passes
+
+/// Draws crops and cuts windows out of each until one passes the cascade so far, so that faces that are hard for the
+/// cascade come as often as easy ones. Gives up when hardly any window passes.
 Faces CutFaces(const TrainOptions& options, const TrainData& data, const Cascade& cascade, bool held,
                std::size_t wanted) {
+    const Framing framing = FramingOf(options, cascade.stages.size(), held);
     const CropLottery lottery(data.crops, held);
     Faces faces;
     if (lottery.Empty()) return faces;
     const Evaluator evaluator(cascade);
     constexpr std::size_t kBlock = 1024;
-    std::size_t cut = 0;
-    while (faces.windows.size() < wanted && cut < 20 * wanted + kBlock) {
-        std::vector<Window> block(kBlock);
-        std::vector<char> passed(kBlock);
+    std::size_t drawn = 0;
+    std::size_t atOnce = 0;
+    while (faces.windows.size() < wanted && drawn < 20 * wanted + kBlock) {
+        struct Cut {
+            Window window;
+            std::size_t source = 0;
+            int number = 0;
+        };
+        std::vector<Cut> block(kBlock);
         ForEachIndex(kBlock, options.harvest.threads, [&](std::size_t i) {
-            Random random({options.seed, cascade.stages.size(), held ? 11u : 10u, cut + i});
-            block[i] = CutWindow(lottery.Draw(random), options.framing, cascade.windowSize, random);
-            passed[i] = evaluator.Passes(Patch(block[i].data(), cascade.windowSize)) ? 1 : 0;
+            Random random({options.seed, cascade.stages.size(), held ? 11u : 10u, drawn + i});
+            const FaceCrop& crop = lottery.Draw(random);
+            Cut& cut = block[i];
+            cut.source = crop.source;
+            for (; cut.number < kCuts; ++cut.number) {
+                cut.window = CutWindow(crop, framing, cascade.windowSize, random);
+                if (evaluator.Passes(Patch(cut.window.data(), cascade.windowSize))) return;
+            }
         });
-        for (std::size_t i = 0; i < kBlock && faces.windows.size() < wanted; ++i, ++cut) {
-            if (passed[i] != 0) faces.windows.push_back(std::move(block[i]));
+        for (std::size_t i = 0; i < kBlock && faces.windows.size() < wanted; ++i, ++drawn) {
+            if (block[i].number == 0) ++atOnce;
+            if (block[i].number == kCuts) continue;
+            faces.windows.push_back(std::move(block[i].window));
+            faces.sources.push_back(block[i].source);
         }
     }
-    faces.reached = static_cast<double>(faces.windows.size()) / static_cast<double>(std::max<std::size_t>(cut, 1));
+    faces.reached = static_cast<double>(atOnce) / static_cast<double>(std::max<std::size_t>(drawn, 1));
     return faces;
 }
 
@@ -56,8 +93,12 @@ std::vector<Patch> PatchesOf(std::initializer_list<const std::vector<Window>*> p
     return patches;
 }
 
-/// The features that the search for stump `number` looks at: a random part of the pool. The first stump of
-/// all must reach the window's last column and row, since the detector sizes its planes by the rectangles.
+constexpr double kEarlySlack = 5.0;
+constexpr std::size_t kThoroughStages = 5; // nearly all of the detector's time goes into these few stumps
+
+/// The features that the search for stump `number` looks at: a random part of the pool, and all of it in early stages.
+/// The first stump of all must reach the window's last column and row, since the detector sizes its planes by the
+/// rectangles.
 std::vector<std::uint32_t> Candidates(const TrainOptions& options, const std::vector<Feature>& pool, std::size_t stage,
                                       std::size_t number) {
     std::vector<std::uint32_t> chosen;
@@ -73,8 +114,12 @@ std::vector<std::uint32_t> Candidates(const TrainOptions& options, const std::ve
         }
         if (!chosen.empty()) return chosen;
     }
-    Random random({options.seed, stage, 20, number});
     const auto n = static_cast<std::uint32_t>(pool.size());
+    if (stage < kThoroughStages) {
+        for (std::uint32_t f = 0; f < n; ++f) chosen.push_back(f);
+        return chosen;
+    }
+    Random random({options.seed, stage, 20, number});
     for (int i = 0; i < options.candidates; ++i) chosen.push_back(random.Below(n));
     std::sort(chosen.begin(), chosen.end());
     chosen.erase(std::unique(chosen.begin(), chosen.end()), chosen.end());
@@ -84,8 +129,9 @@ std::vector<std::uint32_t> Candidates(const TrainOptions& options, const std::ve
 /// The held samples' sums, kept up to date stump by stump.
 class HeldScores {
 public:
-    HeldScores(std::vector<Patch> patches, std::size_t faces, float norm)
-        : patches_(std::move(patches)), faces_(faces), norm_(norm), scores_(patches_.size(), 0.0) {}
+    /// @param sources of the faces, which stand before the negatives
+    HeldScores(std::vector<Patch> patches, std::vector<std::size_t> sources, float norm)
+        : patches_(std::move(patches)), sources_(std::move(sources)), norm_(norm), scores_(patches_.size(), 0.0) {}
 
     /// Sets the scores to the detector's own sums of a stage.
     void Compute(const Evaluator& evaluator, std::size_t stage) {
@@ -102,19 +148,21 @@ public:
         });
     }
 
-    /// The largest sum that still lets `hitRate` of the faces pass.
-    double ThresholdFor(double hitRate) const {
-        return LeastSumFor({scores_.begin(), scores_.begin() + static_cast<std::ptrdiff_t>(faces_)}, hitRate);
+    /// The largest sum that still lets `hitRate` of the faces pass, and of each source no more than `slack` less.
+    double ThresholdFor(double hitRate, double slack) const {
+        return LeastSumForAll({scores_.begin(), scores_.begin() + Faces()}, sources_, hitRate, slack);
     }
 
-    double FacesKept(double least) const { return ShareAtLeast(scores_, 0, faces_, least); }
-    double NegativesKept(double least) const { return ShareAtLeast(scores_, faces_, scores_.size(), least); }
+    double FacesKept(double least) const { return ShareAtLeast(scores_, 0, sources_.size(), least); }
+    double NegativesKept(double least) const { return ShareAtLeast(scores_, sources_.size(), scores_.size(), least); }
 
 private:
     static constexpr std::size_t kChunk = 1024;
 
+    std::ptrdiff_t Faces() const { return static_cast<std::ptrdiff_t>(sources_.size()); }
+
     std::vector<Patch> patches_;
-    std::size_t faces_;
+    std::vector<std::size_t> sources_;
     float norm_;
     std::vector<double> scores_;
 };
@@ -154,7 +202,7 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
     const std::vector<Feature> pool = MakeFeaturePool(size, options.features, options.seed * 1000 + index);
     const std::vector<Patch> patches = PatchesOf({&faces.windows, &negatives.windows, &negatives.refused}, size);
     const QuantisedValues values(pool, patches, norm, threads);
-    HeldScores scores(PatchesOf({&held.windows, &negatives.held}, size), held.windows.size(), norm);
+    HeldScores scores(PatchesOf({&held.windows, &negatives.held}, size), held.sources, norm);
     std::vector<double> earlier;
     if (index > 0) {
         const Evaluator evaluator(cascade);
@@ -165,12 +213,14 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
 
     cascade.stages.push_back({0.0f, index > 0, {}});
     Stage& stage = cascade.stages.back();
-    const bool late = index >= static_cast<std::size_t>(options.harvest.poolStage);
+    const bool late = IsLate(options, index);
+    const double slack = options.sourceSlack * (late ? 1.0 : kEarlySlack);
     const double hitRate = late ? options.lateHitRate : options.hitRate;
-    while (static_cast<int>(stage.stumps.size()) < options.maxStumps) {
+    const int most = std::min(options.maxStumps, options.firstStumps * static_cast<int>(index + 1));
+    while (static_cast<int>(stage.stumps.size()) < most) {
         stage.stumps.push_back(booster.AddStump(Candidates(options, pool, index, stage.stumps.size())));
         scores.Add(stage.stumps.back(), threads);
-        const double threshold = scores.ThresholdFor(hitRate);
+        const double threshold = scores.ThresholdFor(hitRate, slack);
         const double alarms = scores.NegativesKept(threshold);
         if (stage.stumps.size() % 20 == 0) {
             SayStump(progress, report.stage, stage.stumps.size(), scores.FacesKept(threshold), alarms);
@@ -178,7 +228,7 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
         if (alarms <= options.falseAlarms) break;
     }
     scores.Compute(Evaluator(cascade), index);
-    stage.threshold = FileThreshold(scores.ThresholdFor(hitRate));
+    stage.threshold = FileThreshold(scores.ThresholdFor(hitRate, slack));
     const double passing = stage.threshold - kThresholdBias;
     report.hitRate = scores.FacesKept(passing);
     report.falseAlarms = scores.NegativesKept(passing);
@@ -241,15 +291,18 @@ std::string Fingerprint(const TrainOptions& o, const TrainData& data) {
     };
     for (const FaceCrop& crop : data.crops) mix(crop.pixels);
     for (const GreyPicture& picture : data.pictures.pictures) mix(picture.pixels);
-    char text[512];
+    char text[768];
     std::snprintf(
         text, sizeof text,
-        "classes %s seed %llu window %dx%d stumps %d hit %g late %g alarms %g features %d of %d faces %zu balance %g "
-        "framing %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d refused %zu data %zu %zu "
+        "classes %s without %s drawn %zu seed %llu window %dx%d stumps %d first %d hit %g late %g slack %g alarms %g "
+        "features %d of %d faces %zu balance %g "
+        "framing %g %g %g %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d refused %zu "
+        "data %zu %zu "
         "%016llx",
-        o.classes.c_str(), static_cast<unsigned long long>(o.seed), o.windowSize.width, o.windowSize.height,
-        o.maxStumps, o.hitRate, o.lateHitRate, o.falseAlarms, o.candidates, o.features, o.faces, o.balance,
-        o.framing.windowToBox, o.framing.shift, o.framing.scale, o.framing.roll, o.harvest.wanted, o.leastNegatives,
+        o.classes.c_str(), o.without.c_str(), o.drawn, static_cast<unsigned long long>(o.seed), o.windowSize.width,
+        o.windowSize.height, o.maxStumps, o.firstStumps, o.hitRate, o.lateHitRate, o.sourceSlack, o.falseAlarms,
+        o.candidates, o.features, o.faces, o.balance, o.framing.windowToBox, o.framing.shift, o.framing.scale,
+        o.framing.roll, o.framing.yaw, o.framing.relit, o.framing.covered, o.harvest.wanted, o.leastNegatives,
         o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage, o.harvest.refused,
         data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
     return text;

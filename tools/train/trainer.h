@@ -13,18 +13,22 @@ struct TrainOptions {
     std::string out;  // the classifier file
     std::string work; // checkpoints; empty: none are kept
     std::string classes = "ABC";
+    std::string without;     // sources of negatives that are left out, comma-separated
+    std::size_t drawn = 400; // pictures drawn out of nothing, beside those of the data
     uint64 seed = 1;
     ImageSize windowSize{24, 24};
-    int stages = 24;
+    int stages = 26;
     int maxStumps = 200;              // of a stage
+    int firstStumps = 10;             // of the first stage, twice as many of the second and so on
     double hitRate = 0.993;           // faces that a stage keeps
     double lateHitRate = 0.997;       // the same from the harvest's pool stage on
+    double sourceSlack = 0.004;       // by so much less of any one source
     double falseAlarms = 0.4;         // negatives that a stage may keep; fewer stumps reach it in early stages
     int features = 8000;              // the pool
     int candidates = 1200;            // features looked at for one stump
     std::size_t faces = 12000;        // windows for a stage, held ones among them
     std::size_t leastNegatives = 200; // training ends when a harvest brings fewer out of pictures
-    double balance = 0.6;
+    double balance = 0.2;
     Framing framing;
     HarvestOptions harvest;
 };
