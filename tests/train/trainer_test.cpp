@@ -91,6 +91,29 @@ TEST_F(Training, GivesTheSameBytesForTheSameSeedOnAnyNumberOfThreads) {
     EXPECT_NE(Result(options), first);
 }
 
+TEST_F(Training, ALastStageMadeStricterTakesFewerWindowsAndLosesAsManyFacesAsAsked) {
+    const TrainOptions options = SmallTraining(folder_);
+    Cascade cascade;
+    ASSERT_TRUE(FromFile(Result(options), cascade));
+    const Cascade stricter = WithLastHitRate(options, data_, cascade, 0.5);
+    EXPECT_GT(stricter.stages.back().threshold, cascade.stages.back().threshold);
+    EXPECT_EQ(WithLastHitRate(options, data_, stricter, 0.9).stages.back().threshold, stricter.stages.back().threshold);
+    Framing framing;
+    framing.relit = framing.covered = 0.0;
+    Random random({78});
+    int before = 0;
+    int after = 0;
+    for (int i = 0; i < 400; ++i) { // crops 0, 4, 8 and on are held apart
+        const Window face = CutWindow(data_.crops[static_cast<std::size_t>(i % 10 * 4)], framing, {14, 14}, random);
+        before += Evaluator(cascade).Passes(Patch(face.data(), {14, 14})) ? 1 : 0;
+        after += Evaluator(stricter).Passes(Patch(face.data(), {14, 14})) ? 1 : 0;
+    }
+    EXPECT_NEAR(after, before / 2, 60);
+    TrainOptions strict = options;
+    strict.lastHitRate = 0.5;
+    EXPECT_EQ(Result(strict), ToFile(stricter));
+}
+
 TEST_F(Training, GoesOnBehindTheLastStageWithTheSameResult) {
     TrainOptions options = SmallTraining(folder_);
     const std::vector<uint8> whole = Result(options);

@@ -22,24 +22,25 @@ constexpr const char* kUsage =
     "  --drawn N            face-free pictures drawn out of nothing beside them, 400\n"
     "  --seed N             same seed and data, same file (1)\n"
     "  --threads N          changes the time, never the result (the processor's)\n"
-    "  --stages N           at most, 26          --hit-rate R         of each stage, 0.993\n"
-    "  --first-stumps N     of the first stage, twice as many of the second and so on, 10\n"
-    "  --max-stumps N       a stage, 200  --false-alarms R   of each stage, 0.4\n"
+    "  --stages N           at most, 30          --hit-rate R         of each stage, 0.993\n"
+    "  --first-stumps N     of the first stage, twice as many of the second and so on, 9\n"
+    "  --max-stumps N       a stage, 220  --false-alarms R   of each stage, 0.4\n"
     "  --faces N            windows a stage, 12000           --negatives N  windows a stage, 12000\n"
     "  --least-negatives N  end when a harvest brings fewer out of pictures, 200\n"
-    "  --passes N           over all pictures for one harvest, four to a whole scan, 24\n"
-    "  --late-hit-rate R    the same from the pool stage on, 0.997\n"
-    "  --source-slack R     by so much less of any one source of faces, 0.004\n"
-    "  --pool-stage N       from this stage on, choose among all windows of all passes, 10\n"
+    "  --passes N           over all pictures for one harvest, four to a whole scan, 20\n"
+    "  --late-hit-rate R    the same from the pool stage on, 0.992\n"
+    "  --last-hit-rate R    of the last stage alone; 1: as the others, 1\n"
+    "  --source-slack R     by so much less of any one source of faces, 0.04\n"
+    "  --pool-stage N       from this stage on, choose among all windows of all passes, 12\n"
     "  --refused N          of these that are refused already, for boosting against, 20000\n"
     "  --per-picture N      windows of one picture and pass, 24\n"
     "  --crop-share R       share of the negatives out of face crops, 0.2\n"
-    "  --features N         pool of a stage, 8000            --candidates N  looked at for a stump, 1200\n"
+    "  --features N         pool of a stage, 8000            --candidates N  looked at for a stump, 1000\n"
     "  --balance R          1: sources in their proportions, 0: all alike, 0.2\n"
     "  --window N           side of the window, 24           --framing R  window over face box, 0.85\n"
     "  --shift R --scale R --roll DEG  how far faces stray in training, 0.06 0.08 9 (roll: the deviation)\n"
     "  --yaw R --relit R --covered R   how far they are turned, how many are in hard light and wear something,\n"
-    "                       0.12 0.35 0.25\n"
+    "                       0.036 0.105 0.075\n"
     "\n"
     "evaluate: runs the detector over portraits.csv, portraits/, nofaces.csv and nofaces/ of FOLDER\n"
     "  --quick              the detector's quick mode\n"
@@ -111,8 +112,8 @@ private:
 
 bool IsSensible(const TrainOptions& o) {
     return o.stages >= 1 && o.maxStumps >= 1 && o.firstStumps >= 1 && o.hitRate > 0.0 && o.hitRate <= 1.0 &&
-           o.lateHitRate > 0.0 && o.lateHitRate <= 1.0 && o.falseAlarms > 0.0 && o.falseAlarms < 1.0 &&
-           o.features >= 1 && o.candidates >= 1 && o.faces >= 100 && o.harvest.wanted >= 100 &&
+           o.lateHitRate > 0.0 && o.lateHitRate <= 1.0 && o.lastHitRate > 0.0 && o.falseAlarms > 0.0 &&
+           o.falseAlarms < 1.0 && o.features >= 1 && o.candidates >= 1 && o.faces >= 100 && o.harvest.wanted >= 100 &&
            o.harvest.perPicture >= 1 && o.harvest.threads >= 1 && o.windowSize.width >= 12 &&
            o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 && o.framing.windowToBox <= 1.5 &&
            o.leastNegatives >= 1 && o.harvest.poolStage >= 1;
@@ -135,6 +136,7 @@ int RunTrain(int count, char** values) {
     arguments.AddCount("--first-stumps", o.firstStumps);
     arguments.Add("--hit-rate", o.hitRate);
     arguments.Add("--late-hit-rate", o.lateHitRate);
+    arguments.Add("--last-hit-rate", o.lastHitRate);
     arguments.Add("--source-slack", o.sourceSlack);
     arguments.Add("--false-alarms", o.falseAlarms);
     arguments.AddCount("--faces", o.faces);

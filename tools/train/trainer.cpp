@@ -23,16 +23,10 @@ bool IsLate(const TrainOptions& options, std::size_t stage) {
 }
 
 /// Thresholds are set by faces as they are: nothing is drawn over the held ones and their light is their own. Early
-/// stages, in which nearly all of the detector's time goes, see fewer of the hard windows.
+/// stages, in which nearly all of the detector's time goes, see faces less turned.
 Framing FramingOf(const TrainOptions& options, std::size_t stage, bool held) {
-    constexpr double kEarly = 0.3;
     Framing framing = options.framing;
-    if (!IsLate(options, stage)) {
-        framing.relit *= kEarly;
-        framing.covered *= kEarly;
-        framing.yaw *= kEarly;
-        framing.roll *= 0.8;
-    }
+    if (!IsLate(options, stage)) framing.roll *= 0.8;
     if (held) framing.relit = framing.covered = 0.0;
     return framing;
 }
@@ -93,7 +87,7 @@ std::vector<Patch> PatchesOf(std::initializer_list<const std::vector<Window>*> p
     return patches;
 }
 
-constexpr double kEarlySlack = 5.0;
+constexpr double kEarlySlack = 0.02;       // of one source of faces, in early stages
 constexpr std::size_t kThoroughStages = 5; // nearly all of the detector's time goes into these few stumps
 
 /// The features that the search for stump `number` looks at: a random part of the pool, and all of it in early stages.
@@ -214,9 +208,10 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
     cascade.stages.push_back({0.0f, index > 0, {}});
     Stage& stage = cascade.stages.back();
     const bool late = IsLate(options, index);
-    const double slack = options.sourceSlack * (late ? 1.0 : kEarlySlack);
+    const int most =
+        late ? options.maxStumps : std::min(options.maxStumps, options.firstStumps * static_cast<int>(index + 1));
+    const double slack = late ? options.sourceSlack : kEarlySlack;
     const double hitRate = late ? options.lateHitRate : options.hitRate;
-    const int most = std::min(options.maxStumps, options.firstStumps * static_cast<int>(index + 1));
     while (static_cast<int>(stage.stumps.size()) < most) {
         stage.stumps.push_back(booster.AddStump(Candidates(options, pool, index, stage.stumps.size())));
         scores.Add(stage.stumps.back(), threads);
@@ -235,6 +230,21 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
     report.stumps = static_cast<int>(stage.stumps.size());
     report.seconds = SecondsSince(start);
     return true;
+}
+
+Cascade WithLastHitRate(const TrainOptions& options, const TrainData& data, const Cascade& cascade, double hitRate) {
+    Cascade before = cascade;
+    before.stages.pop_back();
+    const Faces held = CutFaces(options, data, before, true, options.faces / 5);
+    if (held.windows.empty()) return cascade;
+    const Evaluator evaluator(cascade);
+    std::vector<double> sums;
+    for (const Window& window : held.windows)
+        sums.push_back(evaluator.StageSum(cascade.stages.size() - 1, Patch(window.data(), cascade.windowSize)));
+    Cascade stricter = cascade;
+    float& threshold = stricter.stages.back().threshold;
+    threshold = std::max(threshold, FileThreshold(LeastSumFor(std::move(sums), hitRate)));
+    return stricter;
 }
 
 int Train(const TrainOptions& options, const TrainData& data, std::FILE* progress) {
@@ -277,6 +287,7 @@ int Train(const TrainOptions& options, const TrainData& data, std::FILE* progres
         std::fprintf(progress, "the cascade is of no use: %s\n", fault.c_str());
         return 1;
     }
+    if (options.lastHitRate < 1.0) cascade = WithLastHitRate(options, data, cascade, options.lastHitRate);
     if (!WriteFile(options.out, ToFile(cascade))) {
         std::fprintf(progress, "cannot write %s\n", options.out.c_str());
         return 1;

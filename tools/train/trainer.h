@@ -17,15 +17,16 @@ struct TrainOptions {
     std::size_t drawn = 400; // pictures drawn out of nothing, beside those of the data
     uint64 seed = 1;
     ImageSize windowSize{24, 24};
-    int stages = 26;
-    int maxStumps = 200;              // of a stage
-    int firstStumps = 10;             // of the first stage, twice as many of the second and so on
+    int stages = 30;
+    int maxStumps = 220;              // of a stage
+    int firstStumps = 9;             // of the first stage, twice as many of the second and so on
     double hitRate = 0.993;           // faces that a stage keeps
-    double lateHitRate = 0.997;       // the same from the harvest's pool stage on
-    double sourceSlack = 0.004;       // by so much less of any one source
+    double lateHitRate = 0.992;       // the same from the harvest's pool stage on
+    double sourceSlack = 0.04;       // by so much less of any one source
+    double lastHitRate = 1.0;         // of the last stage, whose sum knows most; 1: as the others
     double falseAlarms = 0.4;         // negatives that a stage may keep; fewer stumps reach it in early stages
     int features = 8000;              // the pool
-    int candidates = 1200;            // features looked at for one stump
+    int candidates = 1000;            // features looked at for one stump
     std::size_t faces = 12000;        // windows for a stage, held ones among them
     std::size_t leastNegatives = 200; // training ends when a harvest brings fewer out of pictures
     double balance = 0.2;
@@ -56,6 +57,10 @@ struct TrainData {
 /// Depends on nothing but the arguments: no state is carried from stage to stage.
 bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& harvester, Cascade& cascade,
                 StageReport& report, std::FILE* progress);
+
+/// The cascade with its last stage's threshold set anew, so that it keeps `hitRate` of the held faces that reach it.
+/// It never becomes lower.
+Cascade WithLastHitRate(const TrainOptions& options, const TrainData& data, const Cascade& cascade, double hitRate);
 
 /// Trains up to `options.stages` stages and writes the classifier file. With a work folder every stage is
 /// written down as it ends, and a training that was stopped goes on behind its last whole stage.
