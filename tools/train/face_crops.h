@@ -25,9 +25,9 @@ struct Framing {
     double shift = 0.06;       // positions stray by this share of the window, each way
     double scale = 0.08;       // sizes by this, natural logarithm
     double roll = 9.0;         // degrees, on top of the face's own: the standard deviation
-    double yaw = 0.036;         // faces are made narrower by up to this share, and one half of a face the wider
-    double relit = 0.105;       // so many are put in hard light
-    double covered = 0.075;     // so many get glasses, a beard, a hat or a scarf
+    double yaw = 0.036;        // faces are made narrower by up to this share, and one half of a face the wider
+    double relit = 0.105;      // so many are put in hard light
+    double covered = 0.075;    // so many get glasses, a beard, a hat or a scarf
 };
 
 struct CropSet {

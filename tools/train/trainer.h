@@ -19,10 +19,10 @@ struct TrainOptions {
     ImageSize windowSize{24, 24};
     int stages = 30;
     int maxStumps = 220;              // of a stage
-    int firstStumps = 9;             // of the first stage, twice as many of the second and so on
+    int firstStumps = 9;              // of the first stage, twice as many of the second and so on
     double hitRate = 0.993;           // faces that a stage keeps
     double lateHitRate = 0.992;       // the same from the harvest's pool stage on
-    double sourceSlack = 0.04;       // by so much less of any one source
+    double sourceSlack = 0.04;        // by so much less of any one source
     double lastHitRate = 1.0;         // of the last stage, whose sum knows most; 1: as the others
     double falseAlarms = 0.4;         // negatives that a stage may keep; fewer stumps reach it in early stages
     int features = 8000;              // the pool
