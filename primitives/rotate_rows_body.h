@@ -199,16 +199,21 @@ struct PieceStart {
 constexpr float kRaise = 256.5F; // by which a sample's fraction has 15 bits, and a half is added
 constexpr int32 kRunDoubt = 8;   // of these: 2^-12
 
-/// How far the samples of eight flat elements lie from the first of a group, along both axes.
-struct GroupWays {
-    __m256 x[3], y[3];
+/// Vectors of a run, and its pixels: a longer one is cut.
+constexpr int32 kRunVectors = 24;
+constexpr int64 kRunPixels = kRunVectors * 8 / 3;
 
-    GroupWays(double xStep, double yStep) {
-        const __m256 pixels[3] = {_mm256_setr_ps(0, 0, 0, 1, 1, 1, 2, 2), _mm256_setr_ps(2, 3, 3, 3, 4, 4, 4, 5),
-                                  _mm256_setr_ps(5, 5, 6, 6, 6, 7, 7, 7)};
-        for (int32 i = 0; i < 3; ++i) {
-            x[i] = _mm256_mul_ps(pixels[i], _mm256_set1_ps(static_cast<float>(xStep)));
-            y[i] = _mm256_mul_ps(pixels[i], _mm256_set1_ps(static_cast<float>(yStep)));
+/// How far the pixel of each byte of a run lies from its first, along both axes.
+struct RunWays {
+    float x[kRunVectors][8], y[kRunVectors][8];
+
+    RunWays(float xStep, float yStep) {
+        const __m256i thirds = _mm256_set1_epi32(21846); // of 2^16, and a little more
+        __m256i bytes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+        for (int32 i = 0; i < kRunVectors; ++i, bytes = _mm256_add_epi32(bytes, _mm256_set1_epi32(8))) {
+            const __m256 pixels = _mm256_cvtepi32_ps(_mm256_srli_epi32(_mm256_mullo_epi32(bytes, thirds), 16));
+            _mm256_storeu_ps(x[i], _mm256_mul_ps(pixels, _mm256_set1_ps(xStep)));
+            _mm256_storeu_ps(y[i], _mm256_mul_ps(pixels, _mm256_set1_ps(yStep)));
         }
     }
 };
@@ -244,23 +249,17 @@ inline uint32 ZerosOf(__m256i certainty) {
         _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpeq_epi32(certainty, _mm256_setzero_si256()))));
 }
 
-/// Samples up to eight pixels. Writes the bytes of as many vectors as those need; a bit for each byte in doubt.
-inline uint32 SampleGroup(const uint8* upper, const uint8* lower, __m256 x, __m256 y, const GroupWays& ways,
-                          int64 pixels, uint8* to) {
-    const auto sample = [&](int32 i) {
-        const __m256i raised =
-            RaisedEight(upper + 8 * i, lower + 8 * i, _mm256_add_ps(x, ways.x[i]), _mm256_add_ps(y, ways.y[i]));
-        StoreRaised(raised, to + 8 * i);
-        return Certainty(raised);
-    };
-    const __m256i a = sample(0);
-    if (pixels <= 2) return ZerosOf(a);
-    const __m256i b = sample(1);
-    const __m256i both = _mm256_min_epu32(a, b);
-    if (pixels <= 5) return ZerosOf(both) == 0 ? 0 : ZerosOf(a) | ZerosOf(b) << 8;
-    const __m256i c = sample(2);
-    return ZerosOf(_mm256_min_epu32(both, c)) == 0 ? 0 : ZerosOf(a) | ZerosOf(b) << 8 | ZerosOf(c) << 16;
-}
+/// Some samples between two rows: the first one's place.
+struct Run {
+    const uint8* upper;
+    const uint8* lower;
+    __m256 x, y;
+
+    __m256i Raised(const RunWays& ways, int32 i) const {
+        return RaisedEight(upper + 8 * i, lower + 8 * i, _mm256_add_ps(x, _mm256_loadu_ps(ways.x[i])),
+                           _mm256_add_ps(y, _mm256_loadu_ps(ways.y[i])));
+    }
+};
 
 /// Which of the samples is the first beyond the pixel, or line of pixels, that is the `number`-th after the one of the
 /// first sample, whose fraction is `fraction` and goes by `step`; at most `most`.
@@ -274,10 +273,39 @@ inline bool GoesByRuns(const TurnedPath& path) {
     return path.uStep > 0.9 && path.uStep < 1.0 && path.vStep < 0.25 && path.vStep > -0.25;
 }
 
+/// Samples `first` to before `end` of a piece, which make up a run.
+inline void SampleRun(const TurnedPath& path, const PieceStart& start, const Run& run, const RunWays& ways, int64 first,
+                      int64 end, int64 count, uint8* piece) {
+    const auto bytes = static_cast<int32>(3 * (end - first));
+    const int64 room = 3 * (count - first); // to the end of the piece, which nothing may leave
+    uint8* to = piece + 3 * first;
+    __m256i certainty = _mm256_set1_epi32(-1);
+    int32 i = 0;
+    for (; 8 * i < bytes && 8 * i + 8 <= room; ++i) {
+        const __m256i raised = run.Raised(ways, i);
+        StoreRaised(raised, to + 8 * i);
+        certainty = _mm256_min_epu32(certainty, Certainty(raised));
+    }
+    if (8 * i < bytes) {
+        uint8 apart[8];
+        const __m256i raised = run.Raised(ways, i);
+        StoreRaised(raised, apart);
+        for (int32 k = 0; 8 * i + k < bytes; ++k) to[8 * i + k] = apart[k];
+        certainty = _mm256_min_epu32(certainty, Certainty(raised));
+    }
+    if (ZerosOf(certainty) == 0) return;
+    for (i = 0; 8 * i < bytes; ++i) {
+        for (uint32 doubts = ZerosOf(Certainty(run.Raised(ways, i))); doubts != 0; doubts &= doubts - 1) {
+            const int32 pixel = (8 * i + __builtin_ctz(doubts)) / 3;
+            if (3 * pixel < bytes) start.Decide(path, first + pixel, to + 3 * pixel);
+        }
+    }
+}
+
 void SampleRuns(const TurnedPath& path, const PieceStart& start, int64 count, uint8* to) {
     const double xStep = path.uStep - 1.0, yStep = path.vStep;
     const double xInverse = 1.0 / xStep, yInverse = 1.0 / yStep;
-    const GroupWays ways(xStep, yStep);
+    const RunWays ways(static_cast<float>(xStep), static_cast<float>(yStep));
     const auto column0 = static_cast<int32>(start.u), row0 = static_cast<int32>(start.v);
     const double x0 = start.u - column0, y0 = start.v - row0;
     const std::ptrdiff_t nextRow = yStep > 0.0 ? path.srcStep : -path.srcStep;
@@ -286,24 +314,15 @@ void SampleRuns(const TurnedPath& path, const PieceStart& start, int64 count, ui
     int32 rows = 0, columns = 0;
     int64 rowEnd = FirstBeyond(0, y0, yStep, yInverse, count), columnEnd = FirstBeyond(0, x0, xStep, xInverse, count);
     for (int64 done = 0; done < count;) {
-        const int64 end = rowEnd < columnEnd ? rowEnd : columnEnd;
-        const double xBase = x0 + columns, yBase = y0 - rows * oneRow;
-        for (int64 i = done; i < end; i += kSamples) {
-            const uint8* from = upper + 3 * i;
-            Ahead(path, from - path.src);
-            const int64 pixels = end - i < kSamples ? end - i : kSamples;
-            uint8 apart[3 * kSamples]; // for what would leave the piece
-            const bool spills = count - i < kSamples;
-            const auto at = static_cast<double>(i);
-            const uint32 doubts = SampleGroup(
-                from, from + path.srcStep, _mm256_set1_ps(static_cast<float>(xBase + at * xStep)),
-                _mm256_set1_ps(static_cast<float>(yBase + at * yStep)), ways, pixels, spills ? apart : to + 3 * i);
-            if (spills) __builtin_memcpy(to + 3 * i, apart, static_cast<std::size_t>(3 * pixels));
-            if (doubts == 0) continue;
-            for (int64 k = 0; k < pixels; ++k) {
-                if ((doubts >> 3 * k & 7) != 0) start.Decide(path, i + k, to + 3 * (i + k));
-            }
-        }
+        int64 end = rowEnd < columnEnd ? rowEnd : columnEnd;
+        if (end - done > kRunPixels) end = done + kRunPixels;
+        const uint8* from = upper + 3 * done;
+        for (int64 i = 0; i < 3 * (end - done); i += 64) Ahead(path, from + i - path.src);
+        const auto at = static_cast<double>(done);
+        const auto x = static_cast<float>(x0 + columns + at * xStep);
+        const auto y = static_cast<float>(y0 - rows * oneRow + at * yStep);
+        SampleRun(path, start, {from, from + path.srcStep, _mm256_set1_ps(x), _mm256_set1_ps(y)}, ways, done, end,
+                  count, to);
         done = end;
         if (done == rowEnd) {
             rowEnd = FirstBeyond(++rows, y0, yStep, yInverse, count);
@@ -326,7 +345,7 @@ inline void SampleBlocks(const TurnedPath& path, const PieceStart& start, int64 
     constexpr int64 kBlockBytes = kSamples * Channels;
     for (int64 done = 0; done < count; done += kSamples, to += kBlockBytes) {
         uint8 apart[32]; // for a last block, whose spill would leave the row
-        const bool spills = Channels == 3 && count - done < kSamples + 2;
+        const bool spills = Channels == 3 && count - done < kSamples + 2; // also where the row goes on
         const Places places = PlacesAt(u, v, Channels, path.srcStep);
         uint8* const pixels = spills ? apart : to;
         uint32 doubts = Channels == 3 ? SampleBlock3(path, places, pixels) : SampleBlock1(path, places, pixels);
@@ -342,17 +361,24 @@ inline void SampleBlocks(const TurnedPath& path, const PieceStart& start, int64 
 template <int32 Channels>
 int64 RunTurnedRow(const TurnedPath& turned, double& uAt, double& vAt, int64 count, uint8* to) {
     const TurnedPath path = turned; // which no pixel can change
-    const PieceStart start = {uAt, vAt};
-    const bool byRuns = Channels == 3 && GoesByRuns(path);
-    const int64 rest = byRuns ? 0 : count % kSamples;
-    if (byRuns) {
-        SampleRuns(path, start, count, to);
-    } else {
-        SampleBlocks<Channels>(path, start, count - rest, to);
+    const auto advance = [&](int64 samples) {
+        uAt = RoundedSum(uAt, path.uStep, samples);
+        vAt = RoundedSum(vAt, path.vStep, samples);
+    };
+    if (Channels == 3 && GoesByRuns(path)) {
+        SampleRuns(path, {uAt, vAt}, count, to);
+        advance(count);
+        return 0;
     }
-    uAt = RoundedSum(start.u, path.uStep, count - rest);
-    vAt = RoundedSum(start.v, path.vStep, count - rest);
-    return rest;
+    constexpr int64 kPiece = 128; // what the errors of fixed point go by
+    while (count >= kSamples) {
+        const int64 samples = count < kPiece ? count - count % kSamples : kPiece;
+        SampleBlocks<Channels>(path, {uAt, vAt}, samples, to);
+        advance(samples);
+        to += samples * Channels;
+        count -= samples;
+    }
+    return count;
 }
 
 #endif
