@@ -149,7 +149,7 @@ struct RowKernels {
     void (*sumOfThree)(const uint8* const (&rows)[3], uint16* sums, int64 width);
 
     /// Means of nine: of three sums of three each.
-    void (*meanOfNine)(const uint16* sums, uint8* result, int64 width);
+    void (*meanOfNine)(const uint16* const (&sums)[3], uint8* result, int64 width);
 
     /// Weighted sums of rows, and of neighbours in a line of them, by each of the gradient kernels.
     void (*columnSums[kGradientKernels])(const uint8* const* rows, int16* to, int32 count);
