@@ -196,8 +196,11 @@ struct PieceStart {
 // axes 2^-14.5 of a sample. Pairs that begin within 1e-7 cost 2^-13.2, as above; rows, their difference and the sample
 // are rounded by 2^-17 each, the raised sample by 2^-16: 2^-14.6. In all less than 2^-12.3.
 
-constexpr float kRaise = 256.5F; // by which a sample's fraction has 15 bits, and a half is added
-constexpr int32 kRunDoubt = 8;   // of these: 2^-12
+/// Which of a sample's fraction, that has 15 bits once it is raised, is doubt: 2^-12 to either side of a whole number.
+constexpr int32 kRunDoubt = 8;
+/// Raises a sample, adds a half to round it and as much as it may be below a whole number: with that a fraction in
+/// doubt is a small one, and only of such a sample the whole number changes.
+constexpr float kRaise = 256.5F + static_cast<float>(kRunDoubt) / 32768;
 
 /// Vectors of a run, and its pixels: a longer one is cut.
 constexpr int32 kRunVectors = 24;
@@ -222,31 +225,28 @@ inline __m256 EightFloats(const uint8* bytes) {
     return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))));
 }
 
-/// Eight bytes of samples, raised.
-inline __m256i RaisedEight(const uint8* upper, const uint8* lower, __m256 x, __m256 y) {
+/// Eight bytes of samples: the byte in bits 16 to 23 of a number, the fraction below.
+inline __m256i SampleEight(const uint8* upper, const uint8* lower, __m256 x, __m256 y) {
     const __m256 p00 = EightFloats(upper), p01 = EightFloats(lower);
     const __m256 top = _mm256_fmadd_ps(_mm256_sub_ps(EightFloats(upper + 3), p00), x, p00);
     const __m256 bottom = _mm256_fmadd_ps(_mm256_sub_ps(EightFloats(lower + 3), p01), x, p01);
     const __m256 sample = _mm256_fmadd_ps(_mm256_sub_ps(bottom, top), y, top);
-    return _mm256_castps_si256(_mm256_add_ps(sample, _mm256_set1_ps(kRaise)));
+    const __m256i raised = _mm256_castps_si256(_mm256_add_ps(sample, _mm256_set1_ps(kRaise)));
+    return _mm256_add_epi32(raised, raised);
 }
 
-inline void StoreRaised(__m256i raised, uint8* to) {
+inline void StoreEight(__m256i samples, uint8* to) {
     const __m256i third = TwiceTheSame(_mm_setr_epi8(2, 6, 10, 14, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
-    const __m256i bytes = _mm256_shuffle_epi8(_mm256_add_epi32(raised, raised), third);
+    const __m256i bytes = _mm256_shuffle_epi8(samples, third);
     const __m256i inOrder = _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 0, 4, 0, 4, 0, 4));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm256_castsi256_si128(inOrder));
 }
 
-/// 0 where the fraction is so near to a whole number that this may be the wrong one.
-inline __m256i Certainty(__m256i raised) {
-    return _mm256_and_si256(_mm256_add_epi32(raised, _mm256_set1_epi32(kRunDoubt)),
-                            _mm256_set1_epi32(0x7FFF & ~(2 * kRunDoubt - 1)));
-}
-
-inline uint32 ZerosOf(__m256i certainty) {
-    return static_cast<uint32>(
-        _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpeq_epi32(certainty, _mm256_setzero_si256()))));
+/// A bit for each byte in doubt.
+inline uint32 DoubtsOf(__m256i samples) {
+    const __m256i certain = _mm256_and_si256(samples, _mm256_set1_epi32(0xFFFF & ~(4 * kRunDoubt - 1)));
+    const __m256i doubts = _mm256_cmpeq_epi32(certain, _mm256_setzero_si256());
+    return static_cast<uint32>(_mm256_movemask_ps(_mm256_castsi256_ps(doubts)));
 }
 
 /// Some samples between two rows: the first one's place.
@@ -255,8 +255,8 @@ struct Run {
     const uint8* lower;
     __m256 x, y;
 
-    __m256i Raised(const RunWays& ways, int32 i) const {
-        return RaisedEight(upper + 8 * i, lower + 8 * i, _mm256_add_ps(x, _mm256_loadu_ps(ways.x[i])),
+    __m256i Eight(const RunWays& ways, int32 i) const {
+        return SampleEight(upper + 8 * i, lower + 8 * i, _mm256_add_ps(x, _mm256_loadu_ps(ways.x[i])),
                            _mm256_add_ps(y, _mm256_loadu_ps(ways.y[i])));
     }
 };
@@ -279,23 +279,23 @@ inline void SampleRun(const TurnedPath& path, const PieceStart& start, const Run
     const auto bytes = static_cast<int32>(3 * (end - first));
     const int64 room = 3 * (count - first); // to the end of the piece, which nothing may leave
     uint8* to = piece + 3 * first;
-    __m256i certainty = _mm256_set1_epi32(-1);
+    __m256i least = _mm256_set1_epi32(-1); // of the fractions
     int32 i = 0;
     for (; 8 * i < bytes && 8 * i + 8 <= room; ++i) {
-        const __m256i raised = run.Raised(ways, i);
-        StoreRaised(raised, to + 8 * i);
-        certainty = _mm256_min_epu32(certainty, Certainty(raised));
+        const __m256i samples = run.Eight(ways, i);
+        StoreEight(samples, to + 8 * i);
+        least = _mm256_min_epu16(least, samples);
     }
     if (8 * i < bytes) {
         uint8 apart[8];
-        const __m256i raised = run.Raised(ways, i);
-        StoreRaised(raised, apart);
+        const __m256i samples = run.Eight(ways, i);
+        StoreEight(samples, apart);
         for (int32 k = 0; 8 * i + k < bytes; ++k) to[8 * i + k] = apart[k];
-        certainty = _mm256_min_epu32(certainty, Certainty(raised));
+        least = _mm256_min_epu16(least, samples);
     }
-    if (ZerosOf(certainty) == 0) return;
+    if (DoubtsOf(least) == 0) return;
     for (i = 0; 8 * i < bytes; ++i) {
-        for (uint32 doubts = ZerosOf(Certainty(run.Raised(ways, i))); doubts != 0; doubts &= doubts - 1) {
+        for (uint32 doubts = DoubtsOf(run.Eight(ways, i)); doubts != 0; doubts &= doubts - 1) {
             const int32 pixel = (8 * i + __builtin_ctz(doubts)) / 3;
             if (3 * pixel < bytes) start.Decide(path, first + pixel, to + 3 * pixel);
         }
