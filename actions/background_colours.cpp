@@ -76,14 +76,12 @@ bool MarkPairs(const Samples& samples, int32 radius, uint8* marks) {
 /// From marks by value and saturation to those by largest channel and range, of which each largest channel has no
 /// more than itself.
 void SortByRanges(const uint8* marks, uint8* byRange) {
-    for (int32 v = 0; v < kColourLevels; ++v) {
+    for (int32 v = 0; v < kColourLevels; ++v, marks += kColourLevels, byRange += kColourLevels) {
         uint8 pixels[3 * kColourLevels], values[kColourLevels], saturations[kColourLevels];
         std::memset(pixels, v, sizeof pixels);
-        for (int32 range = 0; range <= v; ++range) pixels[3 * range] = static_cast<uint8>(v - range);
+        for (int32 range = 0; range <= v; ++range) pixels[std::ptrdiff_t{3} * range] = static_cast<uint8>(v - range);
         SplitValueAndSaturation(pixels, sizeof pixels, values, saturations, sizeof values, {v + 1, 1});
-        for (int32 range = 0; range <= v; ++range) {
-            byRange[kColourLevels * v + range] = marks[kColourLevels * v + saturations[range]];
-        }
+        for (int32 range = 0; range <= v; ++range) byRange[range] = marks[saturations[range]];
     }
 }
 
