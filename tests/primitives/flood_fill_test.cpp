@@ -101,6 +101,45 @@ TEST(FloodFill, EqualsThePlainFormOverRandomPictures) {
     }
 }
 
+TEST(FloodFill, EqualsThePlainFormOverWidePictures) {
+    Random random(3);
+    for (int32 round = 0; round < 300; ++round) {
+        const ImageSize roi{random.Int(60, 330), random.Int(1, 40)};
+        Bytes plane = Bytes::Output(roi.width, roi.height, random);
+        const int32 walls = random.Int(0, 6); // of ten pixels
+        for (int32 y = 0; y < roi.height; ++y) {
+            for (int32 x = 0; x < roi.width; ++x) plane.At(x, y) = random.Int(0, 9) < walls ? 20 : 10;
+        }
+        Judge(plane, {random.Int(0, roi.width - 1), random.Int(0, roi.height - 1)}, 77, round % 2 == 0 ? 4 : 8,
+              random.Int(0, 7));
+        if (HasFailure()) return;
+    }
+}
+
+/// Ways that come back to the same rows and words again and again.
+TEST(FloodFill, EqualsThePlainFormOverWidePaths) {
+    constexpr int32 kSide = 191;
+    const auto spiral = [](int32 x, int32 y) {
+        const int32 ring = std::min(std::min(x, y), std::min(kSide - 1 - x, kSide - 1 - y));
+        if (ring % 2 == 0) return !(ring > 0 && x == ring && y == ring + 1); // a wall that lets no ring close
+        return x == ring && y == ring + 1;                                   // the way to the next ring
+    };
+    const auto upAndDown = [](int32 x, int32 y) { return x % 2 == 0 || y == (x % 4 == 1 ? 0 : kSide - 1); };
+    const auto backAndForth = [](int32 x, int32 y) { return y % 2 == 0 || x == (y % 4 == 1 ? 0 : kSide - 1); };
+    const auto steps = [](int32 x, int32 y) { return (x + y) % 3 == 0; };
+    for (const std::function<bool(int32, int32)>& isOpen :
+         {std::function<bool(int32, int32)>(spiral), std::function<bool(int32, int32)>(upAndDown),
+          std::function<bool(int32, int32)>(backAndForth), std::function<bool(int32, int32)>(steps)}) {
+        const Bytes plane = Drawn({kSide, kSide}, isOpen);
+        for (const int32 neighbours : {4, 8}) {
+            for (const ImagePoint seed : {ImagePoint{0, 0}, ImagePoint{kSide / 2, kSide / 2}, ImagePoint{96, 0}}) {
+                Judge(plane, seed, 77, neighbours, 1);
+                if (HasFailure()) return;
+            }
+        }
+    }
+}
+
 TEST(FloodFill, EqualsThePlainFormOverLongRuns) {
     Random random;
     for (int32 width = 1; width <= 100; ++width) {
@@ -133,8 +172,8 @@ TEST(FloodFill, TheWorkFitsItsBufferOnEveryShape) {
         {"columns", [](int32 x, int32) { return x % 2 == 0; }},
         {"snake", [](int32 x, int32 y) { return y % 2 == 0 || x == (y % 4 == 1 ? 0 : 8); }},
     };
-    const ImageSize sizes[] = {{9, 3},  {1, 1},  {1, 60}, {2, 60},  {3, 60}, {5, 41},
-                               {60, 1}, {61, 2}, {61, 3}, {33, 33}, {64, 31}};
+    const ImageSize sizes[] = {{9, 3},  {1, 1},   {1, 60},  {2, 60}, {3, 60}, {5, 41}, {60, 1},  {61, 2},
+                               {61, 3}, {33, 33}, {64, 31}, {63, 9}, {64, 1}, {65, 9}, {128, 3}, {129, 40}};
     for (const auto& shape : shapes) {
         for (const ImageSize size : sizes) {
             const Bytes plane = Drawn(size, shape.isOpen);
