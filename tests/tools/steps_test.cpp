@@ -44,7 +44,7 @@ TEST(Steps, HoldThePicturesRowsAndTheMaskAsGrey) {
     EXPECT_EQ(steps[1].name, "1-background");
     EXPECT_EQ(steps[0].picture.width, 3);
     EXPECT_EQ(steps[0].picture.height, 2);
-    EXPECT_EQ(steps[0].picture.pixels,
+    EXPECT_EQ(AllRowsOf(steps[0].picture),
               (std::vector<uint8>{0, 1, 2, 3, 4, 5, 6, 7, 8, 0, 0, 0, 12, 13, 14, 15, 16, 17, 18, 19, 20, 0, 0, 0}))
         << "the padding of the rows is zero";
     EXPECT_EQ(steps[2].name, "1-mask");
@@ -52,7 +52,7 @@ TEST(Steps, HoldThePicturesRowsAndTheMaskAsGrey) {
     mask[0] = mask[1] = mask[2] = 255;
     mask[18] = mask[19] = mask[20] = 7;
     EXPECT_EQ(steps[2].picture.width, 3);
-    EXPECT_EQ(steps[2].picture.pixels, mask);
+    EXPECT_EQ(AllRowsOf(steps[2].picture), mask);
 }
 
 TEST(Steps, LeaveOutWhatHasNoPixels) {
