@@ -4,6 +4,7 @@
 
 #include "image/session_images.h"
 #include "session/session_state.h"
+#include "tests/support/tested_file.h"
 #include "tests/tools/bright_square.h"
 #include "tests/tools/process.h"
 #include "tests/tools/temp_folder.h"
@@ -131,9 +132,10 @@ TEST(StepNames, NoStepReplacesAPortraitOrAStepOfTheSameCallHoweverTheFolderIsSpe
 class ToolSteps : public testing::Test {
 protected:
     ToolSteps() {
+        const std::filesystem::path program = test::TestedFile(ORVANE_TOOL);
         std::error_code failed;
-        std::filesystem::create_hard_link(ORVANE_TOOL, home_ / "orvane", failed);
-        if (failed) std::filesystem::copy_file(ORVANE_TOOL, home_ / "orvane");
+        std::filesystem::create_hard_link(program, home_ / "orvane", failed);
+        if (failed) std::filesystem::copy_file(program, home_ / "orvane");
         home_.Put("Orvane.dat", BrightSquareClassifier());
         work_.Put("a.png", Encoded(".png", PhotoWithSquare(320, 240, 100, 80)));
         std::filesystem::create_directory(work_ / "steps");

@@ -7,6 +7,7 @@
 #include <wincodec.h>
 
 #include <limits>
+#include <vector>
 
 namespace orvane::tools {
 namespace {
