@@ -41,6 +41,7 @@ private:
 /// Processor seconds of a program from its start to its end; below 0 when it fails.
 double ProgramSeconds(std::vector<std::string> words) {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t quiet;

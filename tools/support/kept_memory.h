@@ -3,8 +3,8 @@
 
 namespace orvane::tools {
 
-/// Memory that was freed serves the next step and the next picture instead of going back to the system, which would hand
-/// it out again page by page. To be called before anything large is allocated.
+/// Memory that was freed serves the next step and the next picture instead of going back to the system, which would
+/// hand it out again page by page. To be called before anything large is allocated.
 void KeepFreedMemory();
 
 } // namespace orvane::tools
