@@ -46,14 +46,11 @@ int32 RemoveBackground(BackgroundAnalyzer& analyzer, int32 fillLevel, const Imag
     analyzer.fillLevel = fillLevel;
     mask.Fill(kMaskUnclassified);
     if (tolerance < kSmallestTolerance || !IsPicture(source)) return kNoPicture;
-    if (!analyzer.PrepareScratch(source.width, source.height)) return kNoPicture;
     destination.Remake(source.width, source.height, 3, kDepth8u);
     analyzer.ComputeSamplePoints(source.width, source.height);
-    analyzer.classPlane.Fill(kMaskUnclassified);
-    if (!analyzer.SplitColours(source)) return kNoPicture;
     const ImageRect rect{StartOf(face.centreX, face.faceWidth), StartOf(face.centreY, face.faceHeight), face.faceWidth,
                          face.faceHeight};
-    if (!BuildRegionMask(mask, analyzer, tolerance, rect)) return kNoPicture;
+    if (!BuildRegionMask(source, mask, analyzer, tolerance, rect)) return kNoPicture;
     const bool done =
         RefineAndComposite(source, destination, analyzer, mask, kPasses, softenEdges, originalWidth, originalHeight);
     return done ? kSuccess : kNoPicture;

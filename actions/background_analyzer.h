@@ -1,5 +1,5 @@
-// What the background removal knows of a picture: its planes of value and saturation, the points where
-// background is to be seen, and the levels of a mask.
+// What the background removal knows of a picture: the points where background is to be seen, and the levels of a
+// mask.
 #pragma once
 
 #include "image/image_buffer.h"
@@ -14,26 +14,14 @@ inline constexpr uint8 kMaskBackground = 0; // a background colour; later the ba
 inline constexpr uint8 kMaskSubject = 255;  // hangs together with the core of the face
 inline constexpr uint8 kMaskNeither = 100;  // what the subject does not reach
 
-/// Lives for one run. All planes have one channel of 8 bits and the picture's size.
 class BackgroundAnalyzer {
 public:
     static constexpr int32 kPointsPerSide = 15;
-
-    /// New planes classPlane, scratchA and scratchB. False without storage.
-    bool PrepareScratch(int32 width, int32 height);
 
     /// Spreads the sample points along the upper half of the left edge, the top edge and the upper half of
     /// the right edge; the upper rows are those with high numbers. Points of tiny pictures may lie beyond.
     void ComputeSamplePoints(int32 width, int32 height);
 
-    /// New planes of value and saturation of a picture of three channels. False without storage.
-    bool SplitColours(const ImageBuffer& source);
-
-    ImageBuffer classPlane; // the mask's start
-    ImageBuffer valuePlane;
-    ImageBuffer saturationPlane;
-    ImageBuffer scratchA;
-    ImageBuffer scratchB;
     int32 fillLevel = 255;
     std::array<ImagePoint, std::size_t{3} * kPointsPerSide> samplePoints{};
 };

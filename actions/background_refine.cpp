@@ -3,7 +3,10 @@
 #include "actions/assertion.h"
 #include "actions/plane_painting.h"
 #include "primitives/primitives.h"
+#include "primitives/row_kernels.h"
 #include "primitives/trunc.h"
+
+#include <algorithm>
 
 namespace orvane {
 namespace {
@@ -69,15 +72,22 @@ bool RefineMask(ImageBuffer& mask, int32 passes, bool softenEdges, ImageSize wor
     return true;
 }
 
+void PutOnFlatField(const ImageBuffer& source, ImageBuffer& destination, int32 fillLevel, const ImageBuffer& mask) {
+    const auto level = static_cast<uint8>(std::clamp(fillLevel, 0, 255));
+    const RowKernels& kernels = CurrentRowKernels();
+    for (int32 y = 0; y < source.height; ++y) {
+        kernels.cutOut(RowAt(source.data, source.Step(), y), RowAt(destination.data, destination.Step(), y),
+                       RowAt(mask.data, mask.Step(), y), level, source.width);
+    }
+}
+
 } // namespace
 
 bool RefineAndComposite(const ImageBuffer& source, ImageBuffer& destination, const BackgroundAnalyzer& analyzer,
                         ImageBuffer& mask, int32 passes, bool softenEdges, int32 originalWidth, int32 originalHeight) {
     if (destination.data == nullptr) return false;
     if (!RefineMask(mask, passes, softenEdges, WorkSize(originalWidth, originalHeight))) return false;
-    destination.Fill(analyzer.fillLevel);
-    ReportStatus(primCopyMasked_8u_C3(source.data, source.Step(), destination.data, destination.Step(), source.Size(),
-                                      mask.data, mask.Step()));
+    PutOnFlatField(source, destination, analyzer.fillLevel, mask);
     return true;
 }
 

@@ -16,11 +16,7 @@ constexpr float kSmallestBackground = 0.2F; // of the picture
 /// The work buffer of a flood fill.
 class FloodBuffer {
 public:
-    explicit FloodBuffer(ImageSize size) {
-        int32 bytes = 0;
-        ReportStatus(primFloodFillGetSize(size, &bytes));
-        data_ = static_cast<uint8*>(primMalloc(bytes));
-    }
+    explicit FloodBuffer(ImageSize size) : data_(static_cast<uint8*>(primMalloc(FloodFillUse(size)))) {}
     ~FloodBuffer() { primFree(data_); }
     FloodBuffer(const FloodBuffer&) = delete;
     FloodBuffer& operator=(const FloodBuffer&) = delete;
@@ -36,9 +32,9 @@ int32 Middle(int32 a, int32 b) { return TruncToInt32(static_cast<double>(int64{a
 
 } // namespace
 
-bool BuildRegionMask(ImageBuffer& mask, BackgroundAnalyzer& analyzer, int32 tolerance, ImageRect face) {
-    mask.CopyFrom(analyzer.classPlane);
-    if (!MarkAllSamples(analyzer, mask, tolerance)) return false;
+bool BuildRegionMask(const ImageBuffer& source, ImageBuffer& mask, const BackgroundAnalyzer& analyzer, int32 tolerance,
+                     ImageRect face) {
+    if (!MarkAllSamples(source, analyzer, mask, tolerance)) return false;
     const int32 left = TruncToInt32(face.x + 0.3 * face.width);
     const int32 top = TruncToInt32(face.y + 0.12 * face.height);
     const int32 right = TruncToInt32(face.x + 0.7 * face.width);

@@ -6,10 +6,12 @@
 
 namespace orvane {
 
-/// Makes `mask` anew: 255 for the subject, 0 for the background, 100 for what is neither.
+/// Makes `mask` anew: 255 for the subject of `source`, a picture of three channels, 0 for the background, 100 for
+/// what is neither.
 /// @param face in stored rows; it may lie anywhere
 /// True when the background is large enough to be one; false as well without storage.
-bool BuildRegionMask(ImageBuffer& mask, BackgroundAnalyzer& analyzer, int32 tolerance, ImageRect face);
+bool BuildRegionMask(const ImageBuffer& source, ImageBuffer& mask, const BackgroundAnalyzer& analyzer, int32 tolerance,
+                     ImageRect face);
 
 /// Takes the core of the face, the rectangle from (left, top) to before (right, bottom), for unclassified, and
 /// what hangs together with its middle, diagonals too, for the subject (255). All else becomes 100. What

@@ -2,11 +2,12 @@
 // the same run right after it.
 #pragma once
 
+#include "bench/processor_time.h"
+
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstring>
-#include <ctime>
 #include <vector>
 
 namespace orvane::bench {
@@ -16,22 +17,6 @@ inline double Median(std::vector<double> seconds) {
     const auto middle = seconds.begin() + static_cast<std::ptrdiff_t>(seconds.size() / 2);
     std::nth_element(seconds.begin(), middle, seconds.end());
     return *middle;
-}
-
-/// Processor time of this thread, in seconds.
-inline double ThreadSeconds() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-/// Seconds that one call takes of the processor, so that a busy machine does not distort the ratio.
-template <typename Operation>
-double SecondsOf(Operation&& operation) {
-    const double start = ThreadSeconds();
-    operation();
-    benchmark::ClobberMemory();
-    return ThreadSeconds() - start;
 }
 
 /// Seconds of one memcpy of `bytes`, with warm buffers.
@@ -54,7 +39,10 @@ inline double MemcpySeconds(std::size_t bytes) {
 template <typename Operation>
 void RunBesideMemcpy(benchmark::State& state, std::size_t bytes, Operation operation) {
     std::vector<double> seconds;
-    for (auto _ : state) seconds.push_back(SecondsOf(operation));
+    for (auto _ : state) {
+        seconds.push_back(SecondsOf(operation));
+        benchmark::ClobberMemory();
+    }
     const double once = Median(seconds);
     const double copy = MemcpySeconds(bytes);
     const double megabytes = static_cast<double>(bytes) * 1e-6;

@@ -77,7 +77,9 @@ int32 CopyToWork(const ImageBuffer& source, ImageBuffer& work) {
 class GreyPlane {
 public:
     /// @param work null, or where the copy goes
-    GreyPlane(const ImageBuffer& picture, ImageBuffer* work) : picture_(picture), work_(work) {}
+    /// @param grey where the plane is made
+    GreyPlane(const ImageBuffer& picture, ImageBuffer* work, ImageBuffer& grey)
+        : picture_(picture), work_(work), own_(grey) {}
 
     /// 0; -60 for a picture without pixels or a refused copy or conversion; -50 without storage.
     int32 Make() {
@@ -91,7 +93,7 @@ public:
             return kSuccess;
         }
         const ImageSize size = picture_.Size();
-        if (!own_.Create(size.width, size.height, 1, kDepth8u, 0)) return kOutOfMemory;
+        if (!own_.Remake(size.width, size.height, 1, kDepth8u)) return kOutOfMemory;
         if (primRGBToGray_8u_C3C1(picture_.data, picture_.Step(), own_.data, own_.Step(), size) != kOk) {
             return kNoPicture;
         }
@@ -105,7 +107,7 @@ public:
 private:
     const ImageBuffer& picture_;
     ImageBuffer* work_;
-    ImageBuffer own_;
+    ImageBuffer& own_;
     const ImageBuffer* grey_ = nullptr;
 };
 
@@ -274,9 +276,9 @@ int32 RunPass(GreyPlane& grey, float scaleFactor, int32 passTag) {
     return Scan(params, grey);
 }
 
-int32 Detect(bool quick, ImageBuffer* work) {
+int32 Detect(bool quick, ImageBuffer* work, ImageBuffer& plane) {
     if (g_detectorParams == nullptr) return kNoSession;
-    GreyPlane grey(g_sourceImage, work);
+    GreyPlane grey(g_sourceImage, work, plane);
     if (quick) return RunPass(grey, 1.09F, 2);
     const int32 status = RunPass(grey, 1.05F, 0);
     return status == kNoFace ? RunPass(grey, 1.02F, 1) : status;
@@ -291,12 +293,16 @@ float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
 }
 
 int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source) {
-    GreyPlane grey(source, &work);
+    ImageBuffer plane;
+    GreyPlane grey(source, &work, plane);
     return Scan(params, grey);
 }
 
-int32 RunDetection(bool quick) { return Detect(quick, &g_workImage); }
+int32 RunDetection(bool quick) {
+    ImageBuffer plane;
+    return Detect(quick, &g_workImage, plane);
+}
 
-int32 FindFace(bool quick) { return Detect(quick, nullptr); }
+int32 FindFace(bool quick, ImageBuffer& grey) { return Detect(quick, nullptr, grey); }
 
 } // namespace orvane

@@ -36,7 +36,8 @@ extern int32 g_pruneParameter; // argument of all pruning modes
 int32 RunDetection(bool quick);
 
 /// The same, but g_workImage stays as it is: for those who make a work picture of their own afterwards.
-int32 FindFace(bool quick);
+/// @param grey where the grey plane is made; its storage serves the next call that gets it
+int32 FindFace(bool quick, ImageBuffer& grey);
 
 /// One pass over all scales of `source`; `work` receives a copy of it.
 /// 0 or 10 as above; the load status when the classifier is not loaded; -60 for a picture without

@@ -30,4 +30,9 @@ int32 primFloodFill8_8u_C1I(uint8* image, int32 step, ImageSize roi, ImagePoint 
 int32 primFloodFillGetSize(ImageSize roi, int32* size);
 
 } // namespace generic
+
+/// Bytes of that buffer which a flood fill of the region truly uses, for whoever takes it for one fill alone; no
+/// more than 2^31 - 1. The region has pixels.
+int32 FloodFillUse(ImageSize roi);
+
 } // namespace orvane

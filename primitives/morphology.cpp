@@ -1,5 +1,5 @@
-// Window filters in place. A ring keeps copies of the rows that the window covers, as they were before
-// the call, so that a result may be written to its row at once.
+// Window filters in place. A ring keeps the rows that the window covers, as they were before the call, or what a
+// window takes of each of them, so that a result may be written to its row at once.
 #include "primitives/morphology.h"
 
 #include "primitives/heap_array.h"
@@ -84,16 +84,36 @@ private:
     int32 count_ = 0;
 };
 
-int32 Erode(const WindowedPlane& plane, const uint8* mask) {
+/// Of a full window the smallest of each row of it is found first, for all windows that share it. The ring holds those,
+/// so no row is copied.
+int32 ErodeFully(const WindowedPlane& plane) {
     RowRing ring(plane);
-    HeapArray<uint8> columns;
-    const int64 reach = plane.Reach();
-    if (!ring.Allocate() || !columns.Allocate(reach)) return kNoMemory;
+    if (!ring.Allocate()) return kNoMemory;
     const RowKernels& kernels = CurrentRowKernels();
     const ImageSize window = plane.window;
-    // Of a full mask the smallest of each column is found first, for all windows that share it.
+    const auto enter = [&](int64 row) {
+        LowestOfRows lowest(kernels, ring.Row(row), plane.roi.width);
+        for (int32 i = 0; i < window.width; ++i) lowest.Add(plane.SourceRow(row) + i);
+        lowest.Write();
+    };
+    for (int64 i = 0; i < window.height - 1; ++i) enter(i);
+    for (int32 y = 0; y < plane.roi.height; ++y) {
+        enter(int64{y} + window.height - 1);
+        LowestOfRows lowest(kernels, RowAt(plane.first, plane.step, y), plane.roi.width);
+        for (int32 j = 0; j < window.height; ++j) lowest.Add(ring.Row(int64{y} + j));
+        lowest.Write();
+    }
+    return kOk;
+}
+
+int32 Erode(const WindowedPlane& plane, const uint8* mask) {
+    const ImageSize window = plane.window;
     const int64 cells = int64{window.width} * window.height;
-    const bool full = std::find(mask, mask + cells, uint8{0}) == mask + cells;
+    if (std::find(mask, mask + cells, uint8{0}) == mask + cells) return ErodeFully(plane);
+    RowRing ring(plane);
+    const int64 reach = plane.Reach();
+    if (!ring.Allocate()) return kNoMemory;
+    const RowKernels& kernels = CurrentRowKernels();
     const auto enter = [&](int64 row) {
         std::memcpy(ring.Row(row), plane.SourceRow(row), static_cast<std::size_t>(reach));
     };
@@ -101,17 +121,10 @@ int32 Erode(const WindowedPlane& plane, const uint8* mask) {
     for (int32 y = 0; y < plane.roi.height; ++y) {
         enter(int64{y} + window.height - 1);
         LowestOfRows lowest(kernels, RowAt(plane.first, plane.step, y), plane.roi.width);
-        if (full) {
-            LowestOfRows lowestOfColumns(kernels, columns.data(), reach);
-            for (int32 j = 0; j < window.height; ++j) lowestOfColumns.Add(ring.Row(int64{y} + j));
-            lowestOfColumns.Write();
-            for (int32 i = 0; i < window.width; ++i) lowest.Add(columns.data() + i);
-        } else {
-            for (int32 j = 0; j < window.height; ++j) {
-                const uint8* wanted = RowAt(mask, window.width, j);
-                for (int32 i = 0; i < window.width; ++i) {
-                    if (wanted[i] != 0) lowest.Add(ring.Row(int64{y} + j) + i);
-                }
+        for (int32 j = 0; j < window.height; ++j) {
+            const uint8* wanted = RowAt(mask, window.width, j);
+            for (int32 i = 0; i < window.width; ++i) {
+                if (wanted[i] != 0) lowest.Add(ring.Row(int64{y} + j) + i);
             }
         }
         lowest.Write();
@@ -174,23 +187,24 @@ int32 FilterBox(const WindowedPlane& plane, Mean mean) {
     return kOk;
 }
 
-/// The box of three by three pixels, whose sums fit words.
+/// The box of three by three pixels, whose sums fit words: those of a row are found once for all boxes that share them.
 int32 FilterBox3x3(const WindowedPlane& plane) {
-    RowRing ring(plane);
-    HeapArray<uint16> sums;
-    const int64 reach = plane.Reach();
-    if (!ring.Allocate() || !sums.Allocate(reach)) return kNoMemory;
+    const int64 width = plane.roi.width;
+    HeapArray<uint16> ring;
+    if (!ring.Allocate(3 * width)) return kNoMemory;
     const RowKernels& kernels = CurrentRowKernels();
+    const auto sumsOf = [&](int64 row) { return ring.data() + row % 3 * width; };
     const auto enter = [&](int64 row) {
-        std::memcpy(ring.Row(row), plane.SourceRow(row), static_cast<std::size_t>(reach));
+        const uint8* first = plane.SourceRow(row);
+        const uint8* const columns[3] = {first, first + 1, first + 2};
+        kernels.sumOfThree(columns, sumsOf(row), width);
     };
     enter(0);
     enter(1);
     for (int64 y = 0; y < plane.roi.height; ++y) {
         enter(y + 2);
-        const uint8* const rows[3] = {ring.Row(y), ring.Row(y + 1), ring.Row(y + 2)};
-        kernels.sumOfThree(rows, sums.data(), reach);
-        kernels.meanOfNine(sums.data(), RowAt(plane.first, plane.step, static_cast<int32>(y)), plane.roi.width);
+        const uint16* const sums[3] = {sumsOf(y), sumsOf(y + 1), sumsOf(y + 2)};
+        kernels.meanOfNine(sums, RowAt(plane.first, plane.step, static_cast<int32>(y)), width);
     }
     return kOk;
 }

@@ -103,20 +103,59 @@ void RunHsv(const uint8* src, uint8* dst, int32 width) {
     for (; x < width; ++x, src += 3, dst += 3) PixelToHsv(src, dst);
 }
 
+/// The largest channel, and how far the smallest lies below.
+struct LevelsOfPixels {
+    Vector largest, range;
+};
+
+inline LevelsOfPixels LevelsOf(const ThreeVectors& pixels) {
+    const Vector largest = Largest(Largest(pixels.a, pixels.b), pixels.c);
+    return {largest, Less(largest, Smallest(Smallest(pixels.a, pixels.b), pixels.c))};
+}
+
 void RunValueAndSaturation(const uint8* src, uint8* values, uint8* saturations, int32 width) {
     int32 x = 0;
     for (; width - x >= kBytes; x += kBytes, src += 3 * kBytes) {
-        const ThreeVectors pixels = Channels(src);
-        const Vector largest = Largest(Largest(pixels.a, pixels.b), pixels.c);
-        const Vector range = Less(largest, Smallest(Smallest(pixels.a, pixels.b), pixels.c));
-        StoreBytes(values + x, largest);
-        StoreBytes(saturations + x, SaturationOfBytes(range, largest));
+        const LevelsOfPixels of = LevelsOf(Channels(src));
+        StoreBytes(values + x, of.largest);
+        StoreBytes(saturations + x, SaturationOfBytes(of.range, of.largest));
     }
     for (; x < width; ++x, src += 3) {
         const int32 largest = Larger(Larger(src[0], src[1]), src[2]);
         const int32 smallest = Smaller(Smaller(src[0], src[1]), src[2]);
         values[x] = static_cast<uint8>(largest);
         saturations[x] = largest == smallest ? uint8{0} : SaturationOf(largest - smallest, largest);
+    }
+}
+
+/// Pairs of bytes, in the order of the pixels.
+inline void StorePairs(Vector low, Vector high, uint16* to) {
+#if ORVANE_WIDE
+    low = _mm256_permute4x64_epi64(low, 0xD8);
+    high = _mm256_permute4x64_epi64(high, 0xD8);
+    StoreBytes(to, _mm256_unpacklo_epi8(low, high));
+    StoreBytes(to + kBytes / 2, _mm256_unpackhi_epi8(low, high));
+#else
+    StoreBytes(to, _mm_unpacklo_epi8(low, high));
+    StoreBytes(to + kBytes / 2, _mm_unpackhi_epi8(low, high));
+#endif
+}
+
+void RunLookUpColours(const uint8* src, const uint8* table, uint8* to, int32 width) {
+    constexpr int32 kPixels = 4 * kBytes;
+    int32 x = 0;
+    for (; width - x >= kPixels; x += kPixels) {
+        uint16 pairs[kPixels];
+        for (int32 i = 0; i < kPixels; i += kBytes, src += 3 * kBytes) {
+            const LevelsOfPixels of = LevelsOf(Channels(src));
+            StorePairs(of.range, of.largest, pairs + i);
+        }
+        for (int32 i = 0; i < kPixels; ++i) to[x + i] = table[pairs[i]];
+    }
+    for (; x < width; ++x, src += 3) {
+        const int32 largest = Larger(Larger(src[0], src[1]), src[2]);
+        const int32 smallest = Smaller(Smaller(src[0], src[1]), src[2]);
+        to[x] = table[256 * largest + (largest - smallest)];
     }
 }
 
@@ -286,6 +325,29 @@ void RunCopyMasked(const uint8* from, uint8* to, const uint8* mask, int32 width)
     }
     for (; x < width; ++x, from += 3, to += 3) {
         if (mask[x] != 0) __builtin_memcpy(to, from, 3);
+    }
+}
+
+void RunCutOut(const uint8* from, uint8* to, const uint8* mask, uint8 level, int32 width) {
+    const Vector flat = Splat(level);
+    int32 x = 0;
+    for (; width - x >= kBytes; x += kBytes, from += 3 * kBytes, to += 3 * kBytes) {
+        const Vector unset = Equal(LoadBytes(mask + x), Zero());
+        const uint32 bits = SetBits(unset);
+        ThreeVectors pixels{flat, flat, flat};
+        if (bits != kAllBits) {
+            pixels = {LoadBytes(from), LoadBytes(from + kBytes), LoadBytes(from + 2 * kBytes)};
+            if (bits != 0) {
+                const ThreeVectors cut = Tripled(unset);
+                pixels = {Choose(cut.a, flat, pixels.a), Choose(cut.b, flat, pixels.b), Choose(cut.c, flat, pixels.c)};
+            }
+        }
+        StoreBytes(to, pixels.a);
+        StoreBytes(to + kBytes, pixels.b);
+        StoreBytes(to + 2 * kBytes, pixels.c);
+    }
+    for (; x < width; ++x, from += 3, to += 3) {
+        for (int32 c = 0; c < 3; ++c) to[c] = mask[x] != 0 ? from[c] : level;
     }
 }
 

@@ -193,8 +193,8 @@ public:
     }
 
 private:
-    static constexpr int32 kRows = 64;
-    static constexpr int64 kColumns = 128;
+    static constexpr int32 kRows = 32;
+    static constexpr int64 kColumns = 512;
 
     static void FillBlock(const RotateFrame& f, RowRest& row, int64 blockEnd) {
         const int64 count = std::min(row.end, blockEnd) - row.x;

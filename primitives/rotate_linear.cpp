@@ -61,9 +61,9 @@ void SampleOne(const LinearPath& path, SourcePosition at, uint8* to) {
 
 constexpr float kDoubt = 1.0F / 2048;
 
-/// Pixels of a piece, and the farthest that it may lie: what the errors above go by.
-constexpr int64 kLongestPiece = 128;
-constexpr double kFarthest = 1 << 20;
+/// Pixels of a piece, and the farthest that it may lie: what the errors above go by. A wide kernel takes longer ones.
+constexpr int64 kLongestPiece = 128, kLongestWidePiece = 512;
+constexpr double kFarthest = 1 << 16;
 
 /// Whether all positions from `at` on lie so far inside the picture that no rounding leads out, nor eight bytes
 /// out of a row.
@@ -295,7 +295,8 @@ void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uin
     const auto turnedRow = Offsets32(path) ? TurnedRow<Channels>() : nullptr;
 #ifdef __SSE2__
     constexpr int64 kShortestPiece = 8;
-    int64 piece = kLongestPiece;
+    const int64 longest = turnedRow != nullptr ? kLongestWidePiece : kLongestPiece;
+    int64 piece = longest;
     while (count > kShortestPiece) {
         piece = std::min(piece, count);
         const bool inside = LiesInside(way, at, piece);
@@ -309,7 +310,7 @@ void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uin
         SampleExactly<Channels>(way, at, rest, to + (piece - rest) * Channels);
         to += piece * Channels;
         count -= piece;
-        piece = kLongestPiece;
+        piece = longest;
     }
 #endif
     SampleExactly<Channels>(way, at, count, to);

@@ -104,6 +104,9 @@ struct RowKernels {
     /// Value and saturation alone.
     void (*valueAndSaturation)(const uint8* src, uint8* values, uint8* saturations, int32 width);
 
+    /// What a table has for each pixel, by 256 times its largest channel plus how far the smallest lies below.
+    void (*lookUpColours)(const uint8* src, const uint8* table, uint8* to, int32 width);
+
     void (*grey)(const uint8* src, uint8* dst, int32 width);
 
     void (*split)(const uint8* src, uint8* const (&planes)[3], int32 width);
@@ -115,6 +118,9 @@ struct RowKernels {
     void (*swap)(const uint8* src, uint8* dst, const int32* order, int32 width);
 
     void (*copyMasked)(const uint8* from, uint8* to, const uint8* mask, int32 width);
+
+    /// Pixels of three channels where the mask is not 0, the level in all channels elsewhere.
+    void (*cutOut)(const uint8* from, uint8* to, const uint8* mask, uint8 level, int32 width);
 
     /// The value where the mask is not 0.
     void (*setMasked)(uint8 value, uint8* to, const uint8* mask, int32 width);
@@ -143,7 +149,7 @@ struct RowKernels {
     void (*sumOfThree)(const uint8* const (&rows)[3], uint16* sums, int64 width);
 
     /// Means of nine: of three sums of three each.
-    void (*meanOfNine)(const uint16* sums, uint8* result, int64 width);
+    void (*meanOfNine)(const uint16* const (&sums)[3], uint8* result, int64 width);
 
     /// Weighted sums of rows, and of neighbours in a line of them, by each of the gradient kernels.
     void (*columnSums[kGradientKernels])(const uint8* const* rows, int16* to, int32 count);

@@ -14,11 +14,13 @@ using namespace kernels128;
 const RowKernels kRowKernels128 = {
     RunHsv,
     RunValueAndSaturation,
+    RunLookUpColours,
     RunGrey,
     RunSplit,
     RunReverse,
     RunSwap,
     RunCopyMasked,
+    RunCutOut,
     RunSetMasked,
     RunBitAnd,
     RunLimit,

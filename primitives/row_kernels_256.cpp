@@ -15,11 +15,13 @@ using namespace kernels256;
 const RowKernels kRowKernels256 = {
     RunHsv,
     RunValueAndSaturation,
+    RunLookUpColours,
     RunGrey,
     RunSplit,
     RunReverse,
     RunSwap,
     RunCopyMasked,
+    RunCutOut,
     RunSetMasked,
     RunBitAnd,
     RunLimit,

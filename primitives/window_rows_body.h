@@ -32,11 +32,14 @@ void RunLowest(const uint8* const* rows, int32 count, uint8* result, int64 width
 }
 
 void RunSumOfThree(const uint8* const (&rows)[3], uint16* sums, int64 width) {
-    const uint8* __restrict a = rows[0];
-    const uint8* __restrict b = rows[1];
-    const uint8* __restrict c = rows[2];
-    uint16* __restrict to = sums;
-    for (int64 x = 0; x < width; ++x) to[x] = static_cast<uint16>(a[x] + b[x] + c[x]);
+    const uint8* a = rows[0];
+    const uint8* b = rows[1];
+    const uint8* c = rows[2];
+    int64 x = 0;
+    for (; width - x >= kBytes / 2; x += kBytes / 2) {
+        StoreBytes(sums + x, AddWords(AddWords(WordsOf(a + x), WordsOf(b + x)), WordsOf(c + x)));
+    }
+    for (; x < width; ++x) sums[x] = static_cast<uint16>(a[x] + b[x] + c[x]);
 }
 
 /// FixedPointMean of nine is a multiplication by 3641 and a shift by 15; with twice that factor the result is
@@ -55,18 +58,16 @@ inline Vector HighProducts(Vector words, uint32 factor) {
 inline Vector PackInOrder(Vector low, Vector high) { return PackWords(low, high); }
 #endif
 
-inline Vector MeanOfWords(const uint16* sums) {
-    return HighProducts(AddWords(AddWords(LoadBytes(sums), LoadBytes(sums + 1)), LoadBytes(sums + 2)), kNinth);
-}
-
-void RunMeanOfNine(const uint16* sums, uint8* result, int64 width) {
+void RunMeanOfNine(const uint16* const (&sums)[3], uint8* result, int64 width) {
+    const uint16* a = sums[0];
+    const uint16* b = sums[1];
+    const uint16* c = sums[2];
+    const auto means = [&](int64 x) {
+        return HighProducts(AddWords(AddWords(LoadBytes(a + x), LoadBytes(b + x)), LoadBytes(c + x)), kNinth);
+    };
     int64 x = 0;
-    for (; width - x >= kBytes; x += kBytes) {
-        StoreBytes(result + x, PackInOrder(MeanOfWords(sums + x), MeanOfWords(sums + x + kBytes / 2)));
-    }
-    for (; x < width; ++x) {
-        result[x] = static_cast<uint8>((uint32{sums[x]} + sums[x + 1] + sums[x + 2]) * kNinth >> 16);
-    }
+    for (; width - x >= kBytes; x += kBytes) StoreBytes(result + x, PackInOrder(means(x), means(x + kBytes / 2)));
+    for (; x < width; ++x) result[x] = static_cast<uint8>((uint32{a[x]} + b[x] + c[x]) * kNinth >> 16);
 }
 
 } // namespace

@@ -157,7 +157,7 @@ bool COrvQuickViewDlg::DetectThreadStep() {
         }
     }
     int32 corners[4] = {0, 0, 0, 0}; // a scan that fails shows as "?"
-    const int32 status = ScanForFace(true, corners);
+    const int32 status = ScanForFace(true, corners, m_liveGrey);
 
     const auto lock = LockState(kStatePatience);
     if (!lock) return true;
@@ -198,6 +198,7 @@ void COrvQuickViewDlg::EndCapture() {
         m_stage = kAdjusting; // tells the live threads to go
     }
     StopLiveThreads();
+    m_liveGrey.Reset();
     m_capture.reset();
 }
 

@@ -24,8 +24,8 @@
 namespace orvane {
 
 /// Scans g_sourceImage for the face. A status of 0 or more stores the face's corners, top-down, in `corners` (left,
-/// top, right, bottom); all four are 0 without a face.
-int32 ScanForFace(bool quick, int32 corners[4]);
+/// top, right, bottom); all four are 0 without a face. `grey` is storage as of FindFace.
+int32 ScanForFace(bool quick, int32 corners[4], ImageBuffer& grey);
 
 /// One instance, made by orv_InitDLL and kept until orv_ReleaseDLL. Each detect call is one session on
 /// it. Outside a session all marks and anchors are -1 and m_stage is 1.
@@ -283,6 +283,7 @@ private:
     bool m_writing = false;                    // our own text goes to an edit
     std::thread m_frameThread;                 // of a live session
     std::thread m_detectThread;
+    ImageBuffer m_liveGrey; // grey plane of the detection, whose storage serves from frame to frame
 };
 
 } // namespace orvane

@@ -147,19 +147,17 @@ TEST(CornerRegion, WithoutMemoryIsNone) {
     EXPECT_FALSE(KeepFaceCore(mask, 1, 1, 3, 3));
 }
 
-TEST(RegionMask, StartsFromTheClassPlaneWhateverTheMaskHeld) {
+TEST(RegionMask, IsMadeAnewWhateverTheMaskHeld) {
     ImageBuffer picture;
     test::DrawPortrait({.width = 60, .height = 70}, picture);
     BackgroundAnalyzer analyzer;
-    ASSERT_TRUE(analyzer.PrepareScratch(60, 70) && analyzer.SplitColours(picture));
     analyzer.ComputeSamplePoints(60, 70);
-    analyzer.classPlane.Fill(154.0);
     ImageBuffer mask, other;
     test::MakeRandomPicture(mask, 60, 70, 1, 1);
     test::MakeRandomPicture(other, 7, 9, 3, 1);
     const ImageRect face{20, 25, 20, 20};
-    EXPECT_TRUE(BuildRegionMask(mask, analyzer, 40, face));
-    EXPECT_TRUE(BuildRegionMask(other, analyzer, 40, face));
+    EXPECT_TRUE(BuildRegionMask(picture, mask, analyzer, 40, face));
+    EXPECT_TRUE(BuildRegionMask(picture, other, analyzer, 40, face));
     EXPECT_SAME_PICTURE(mask, other);
     EXPECT_EQ(+*test::PixelAt(mask, 30, 35), 255);
     EXPECT_EQ(+*test::PixelAt(mask, 57, 67), 0);
@@ -171,11 +169,9 @@ TEST(RegionMask, PaintsTheCoreInsideTheFace) {
     ASSERT_TRUE(picture.Create(100, 100, 3, kDepth8u, 0));
     for (int32 i = 0; i < 10000; ++i) test::PaintPixel(picture, i % 100, i / 100, test::kBlueBackdrop);
     BackgroundAnalyzer analyzer;
-    ASSERT_TRUE(analyzer.PrepareScratch(100, 100) && analyzer.SplitColours(picture));
     analyzer.ComputeSamplePoints(100, 100);
-    analyzer.classPlane.Fill(154.0);
     ImageBuffer mask;
-    EXPECT_TRUE(BuildRegionMask(mask, analyzer, 40, {30, 20, 40, 50})); // 42 to 58, 26 to 64
+    EXPECT_TRUE(BuildRegionMask(picture, mask, analyzer, 40, {30, 20, 40, 50})); // 42 to 58, 26 to 64
     for (int32 y = 0; y < 100; ++y) {
         for (int32 x = 0; x < 100; ++x) {
             const bool core = x >= 42 && x < 58 && y >= 26 && y < 64;

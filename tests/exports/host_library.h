@@ -3,6 +3,7 @@
 
 #include "orvane/orvane.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/tested_file.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -65,7 +66,7 @@ public:
 private:
     // Without the library or one of its functions no test can say anything.
     [[noreturn]] static void Fail(const std::string& what) {
-        std::cerr << what << " of " << ORVANE_LIBRARY_FILE << " was not found\n";
+        std::cerr << what << " of " << TestedFile(ORVANE_LIBRARY_FILE) << " was not found\n";
         std::abort();
     }
 
@@ -101,7 +102,7 @@ public:
     explicit LibraryFolder(const char* fileName = LoadedLibrary::kFileName, const std::filesystem::path& inside = {})
         : place_(inside.empty() ? folder_.Path() : folder_.Path() / inside), file_(place_ / fileName) {
         std::filesystem::create_directories(place_);
-        std::filesystem::copy_file(ORVANE_LIBRARY_FILE, file_);
+        std::filesystem::copy_file(TestedFile(ORVANE_LIBRARY_FILE), file_);
     }
 
     /// Where the library looks for its files.

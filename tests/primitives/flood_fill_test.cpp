@@ -12,11 +12,15 @@ namespace {
 
 using Bytes = Plane<uint8>;
 
-/// A work buffer of exactly the documented size, with guard bytes on both sides, at any alignment.
+/// A work buffer of exactly the size that a fill says to use, which is within the documented one; with guard bytes on
+/// both sides, at any alignment.
 class WorkBuffer {
 public:
-    WorkBuffer(ImageSize roi, int32 misalignment) : before_(static_cast<std::size_t>(kGuard + misalignment)) {
-        EXPECT_EQ(kOk, primFloodFillGetSize(roi, &size_));
+    WorkBuffer(ImageSize roi, int32 misalignment)
+        : before_(static_cast<std::size_t>(kGuard + misalignment)), size_(FloodFillUse(roi)) {
+        int32 documented = 0;
+        EXPECT_EQ(kOk, primFloodFillGetSize(roi, &documented));
+        EXPECT_LE(size_, documented) << roi.width << "x" << roi.height;
         bytes_.assign(before_ + static_cast<std::size_t>(size_) + kGuard, kGuardByte);
     }
     uint8* Data() { return bytes_.data() + before_; }
@@ -30,7 +34,7 @@ private:
     static constexpr int32 kGuard = 64;
     static constexpr uint8 kGuardByte = 0xA5;
     std::size_t before_;
-    int32 size_ = 0;
+    int32 size_;
     std::vector<uint8> bytes_;
 };
 
@@ -59,7 +63,7 @@ void Judge(const Bytes& plane, ImagePoint seed, uint8 newValue, int32 neighbours
     const ConnectedRegion expectedRegion = reference::FloodFill(expected, roi, seed, newValue, neighbours);
     EXPECT_SAME_PLANE(uint8, result, expected);
     ExpectSameRegion(expectedRegion, region);
-    EXPECT_TRUE(buffer.GuardsStand()) << "the work outgrew the documented buffer";
+    EXPECT_TRUE(buffer.GuardsStand()) << "the work outgrew what it said";
     if (::testing::Test::HasFailure()) {
         FAIL() << roi.width << "x" << roi.height << ", " << neighbours << " neighbours, seed " << seed.x << ","
                << seed.y;
@@ -101,6 +105,50 @@ TEST(FloodFill, EqualsThePlainFormOverRandomPictures) {
     }
 }
 
+TEST(FloodFill, EqualsThePlainFormOverWidePictures) {
+    Random random(3);
+    for (int32 round = 0; round < 300; ++round) {
+        const ImageSize roi{random.Int(60, 330), random.Int(1, 40)};
+        Bytes plane = Bytes::Output(roi.width, roi.height, random);
+        const int32 walls = random.Int(0, 6); // of ten pixels
+        for (int32 y = 0; y < roi.height; ++y) {
+            for (int32 x = 0; x < roi.width; ++x) plane.At(x, y) = random.Int(0, 9) < walls ? 20 : 10;
+        }
+        Judge(plane, {random.Int(0, roi.width - 1), random.Int(0, roi.height - 1)}, 77, round % 2 == 0 ? 4 : 8,
+              random.Int(0, 7));
+        if (HasFailure()) return;
+    }
+}
+
+/// Ways that come back to the same rows and words again and again.
+TEST(FloodFill, EqualsThePlainFormOverWidePaths) {
+    constexpr int32 kSide = 191;
+    const auto spiral = [](int32 x, int32 y) {
+        const int32 ring = std::min(std::min(x, y), std::min(kSide - 1 - x, kSide - 1 - y));
+        if (ring % 2 == 0) return !(ring > 0 && x == ring && y == ring + 1); // a wall that lets no ring close
+        return x == ring && y == ring + 1;                                   // the way to the next ring
+    };
+    const auto upAndDown = [](int32 x, int32 y) { return x % 2 == 0 || y == (x % 4 == 1 ? 0 : kSide - 1); };
+    const auto backAndForth = [](int32 x, int32 y) { return y % 2 == 0 || x == (y % 4 == 1 ? 0 : kSide - 1); };
+    const auto steps = [](int32 x, int32 y) { return (x + y) % 3 == 0; };
+    const auto shortWays = [](int32 x, int32 y) { // up and down in bands of three rows, which meet at their ends
+        if (y % 4 == 3) return x == (y % 8 == 3 ? kSide - 1 : 0);
+        return x % 2 == 0 || y % 4 == (x % 4 == 1 ? 2 : 0);
+    };
+    for (const std::function<bool(int32, int32)>& isOpen :
+         {std::function<bool(int32, int32)>(spiral), std::function<bool(int32, int32)>(upAndDown),
+          std::function<bool(int32, int32)>(backAndForth), std::function<bool(int32, int32)>(steps),
+          std::function<bool(int32, int32)>(shortWays)}) {
+        const Bytes plane = Drawn({kSide, kSide}, isOpen);
+        for (const int32 neighbours : {4, 8}) {
+            for (const ImagePoint seed : {ImagePoint{0, 0}, ImagePoint{kSide / 2, kSide / 2}, ImagePoint{96, 0}}) {
+                Judge(plane, seed, 77, neighbours, 1);
+                if (HasFailure()) return;
+            }
+        }
+    }
+}
+
 TEST(FloodFill, EqualsThePlainFormOverLongRuns) {
     Random random;
     for (int32 width = 1; width <= 100; ++width) {
@@ -133,8 +181,8 @@ TEST(FloodFill, TheWorkFitsItsBufferOnEveryShape) {
         {"columns", [](int32 x, int32) { return x % 2 == 0; }},
         {"snake", [](int32 x, int32 y) { return y % 2 == 0 || x == (y % 4 == 1 ? 0 : 8); }},
     };
-    const ImageSize sizes[] = {{9, 3},  {1, 1},  {1, 60}, {2, 60},  {3, 60}, {5, 41},
-                               {60, 1}, {61, 2}, {61, 3}, {33, 33}, {64, 31}};
+    const ImageSize sizes[] = {{9, 3},  {1, 1},   {1, 60},  {2, 60}, {3, 60}, {5, 41}, {60, 1},  {61, 2},
+                               {61, 3}, {33, 33}, {64, 31}, {63, 9}, {64, 1}, {65, 9}, {128, 3}, {129, 40}};
     for (const auto& shape : shapes) {
         for (const ImageSize size : sizes) {
             const Bytes plane = Drawn(size, shape.isOpen);

@@ -283,7 +283,11 @@ TEST(Box, TestsInItsOrder) {
     }
     for (int allowed = 0; allowed < 2; ++allowed) {
         const HeapLimit limit(allowed);
-        EXPECT_EQ(kNoMemory, primFilterBox_8u_C1I(region, 9, {5, 5}, {3, 3}, {1, 1})) << allowed << " requests";
+        EXPECT_EQ(kNoMemory, primFilterBox_8u_C1I(region, 9, {5, 5}, {2, 3}, {1, 1})) << allowed << " requests";
+    }
+    {
+        const HeapLimit none(0);
+        EXPECT_EQ(kNoMemory, primFilterBox_8u_C1I(region, 9, {5, 5}, {3, 3}, {1, 1}));
     }
     EXPECT_EQ(std::vector<uint8>(81, 7), plane) << "a refused call wrote";
 }

@@ -1,6 +1,7 @@
 // The rounds of the two live threads, one by one: what is drawn, and how the rectangle comes, stays and goes.
 #include "image/packed_dib.h"
 #include "tests/session/live_fixture.h"
+#include "tests/support/heap_limit.h"
 
 #include <climits>
 
@@ -64,6 +65,28 @@ TEST_F(LiveSteps, TheDetectionIsQuick) {
     DuringDetection scan([] {});
     Show(FrameWithoutFace());
     EXPECT_EQ(scan.passes, 1) << "no second pass without a face";
+}
+
+TEST_F(LiveSteps, RoundsAfterTheFirstAskForNoPicturesMemory) {
+    constexpr int32 kWidth = 1280, kHeight = 960; // so that only pictures are so large
+    EndWithoutThreads();
+    video.devices[0].size = {kWidth, kHeight};
+    StartWithoutThreads();
+    const test::HeapWatch pictures(std::size_t{kWidth} * kHeight);
+    const auto requestsOfRound = [&](int32 left) {
+        EXPECT_TRUE(video.Deliver(test::FaceScene(kWidth, kHeight, left, 400, 320)));
+        EXPECT_TRUE(session.FrameThreadStep());
+        const int before = test::HeapWatch::Count();
+        EXPECT_TRUE(session.DetectThreadStep());
+        EXPECT_NEAR(session.m_markLeft, left, 40) << "each round looks at its own frame";
+        return test::HeapWatch::Count() - before;
+    };
+    EXPECT_EQ(requestsOfRound(300), 3) << "source, work picture and grey plane";
+    EXPECT_EQ(requestsOfRound(700), 0);
+    EXPECT_EQ(requestsOfRound(500), 0);
+    EndWithoutThreads();
+    StartWithoutThreads();
+    EXPECT_EQ(requestsOfRound(300), 1) << "the grey plane went with its session";
 }
 
 TEST_F(LiveSteps, ALostFaceKeepsItsRectangleForSevenRoundsAndGoesAtTheEighth) {

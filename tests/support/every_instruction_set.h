@@ -1,4 +1,4 @@
-// Runs all tests of a program once for each instruction set that this machine has, the widest last.
+// Runs all tests of a program once for each instruction set that this machine has, the widest last, or with that alone.
 #pragma once
 
 #include "primitives/instruction_set.h"
@@ -21,11 +21,15 @@ class SetOfIteration : public ::testing::EmptyTestEventListener {
     InstructionSet set_ = InstructionSet::baseline;
 };
 
-inline int RunOnEveryInstructionSet(int argc, char** argv) {
-    if (BestInstructionSet() != InstructionSet::baseline) ::testing::GTEST_FLAG(repeat) = 2;
+inline int RunOnWidestInstructionSet(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     ::testing::UnitTest::GetInstance()->listeners().Append(new SetOfIteration);
     return RUN_ALL_TESTS();
+}
+
+inline int RunOnEveryInstructionSet(int argc, char** argv) {
+    if (BestInstructionSet() != InstructionSet::baseline) ::testing::GTEST_FLAG(repeat) = 2;
+    return RunOnWidestInstructionSet(argc, argv);
 }
 
 } // namespace orvane::test

@@ -1,8 +1,9 @@
-// An exhausted heap for tests, and one that fails once.
+// An exhausted heap for tests, one that fails once, and one that is watched.
 #pragma once
 
 #include "primitives/memory.h"
 
+#include <cstddef>
 #include <cstdlib>
 
 namespace orvane::test {
@@ -39,6 +40,28 @@ public:
 
 private:
     static inline int left_ = 0;
+};
+
+/// While it lives, counts the requests for at least so many bytes. One at a time.
+class HeapWatch {
+public:
+    explicit HeapWatch(std::size_t least) {
+        least_ = least;
+        count_ = 0;
+        SetHeapAllocator([](std::size_t bytes) -> void* {
+            count_ += bytes >= least_ ? 1 : 0;
+            return std::calloc(bytes, 1);
+        });
+    }
+    ~HeapWatch() { SetHeapAllocator(nullptr); }
+    HeapWatch(const HeapWatch&) = delete;
+    HeapWatch& operator=(const HeapWatch&) = delete;
+
+    static int Count() { return count_; }
+
+private:
+    static inline std::size_t least_ = 0;
+    static inline int count_ = 0;
 };
 
 } // namespace orvane::test

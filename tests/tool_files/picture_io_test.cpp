@@ -68,7 +68,7 @@ TEST(PictureIo, TheBottomRowComesFirstAndPaddingIsZero) {
     const TempFolder folder;
     const std::string samples("\1\2\3\4\5\6", 6); // one column: two pixels, red green blue each
     const Picture picture = Read(folder.Put("p.png", PngFile({1, 2, 8, kPngColour}, samples)));
-    EXPECT_EQ(picture.pixels, (std::vector<uint8>{6, 5, 4, 0, 3, 2, 1, 0}));
+    EXPECT_EQ(AllRowsOf(picture), (std::vector<uint8>{6, 5, 4, 0, 3, 2, 1, 0}));
 }
 
 struct OrientationCase {

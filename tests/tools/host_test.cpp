@@ -77,6 +77,19 @@ TEST_F(HostTest, APortraitIsWhatAnyHostGets) {
     }
 }
 
+TEST_F(HostTest, ThePortraitIsTheSessionsOwnOutput) {
+    Picture portrait;
+    ASSERT_EQ(Make(Options(), &portrait).status, 0);
+    EXPECT_FALSE(portrait.pixels.empty());
+    orv_Handle block = nullptr;
+    EXPECT_EQ(orv_GetOutputImage(&block), ORV_NO_SESSION) << "it changed hands";
+    const Picture copy = portrait;
+    Picture next;
+    ASSERT_EQ(Make(Options(), &next).status, 0);
+    EXPECT_EQ(next.pixels, copy.pixels);
+    EXPECT_EQ(portrait.pixels, copy.pixels) << "the next photo leaves it alone";
+}
+
 TEST_F(HostTest, DetectAndPortraitFindTheSameFace) {
     PhotoReport detected;
     host_.Detect(photo_, &detected);

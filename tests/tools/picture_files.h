@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 namespace orvane::tools {
 
@@ -20,6 +21,9 @@ inline constexpr Colour kRed{220, 30, 30};
 inline constexpr Colour kGreen{30, 200, 40};
 inline constexpr Colour kBlue{20, 40, 230};
 inline constexpr Colour kYellow{240, 220, 20};
+
+/// All rows of a picture, as they lie.
+inline std::vector<uint8> AllRowsOf(const Picture& picture) { return {picture.pixels.begin(), picture.pixels.end()}; }
 
 /// Pixel of a picture, y counted from the top.
 inline Colour PixelAt(const Picture& picture, int32 x, int32 y) {
@@ -39,7 +43,7 @@ inline Picture BlackPicture(int32 width, int32 height) {
     picture.width = width;
     picture.height = height;
     picture.step = PictureStep(width);
-    picture.pixels.assign(static_cast<std::size_t>(picture.step) * static_cast<std::size_t>(height), 0);
+    picture.pixels = PixelBlock(PictureBytes(width, height));
     return picture;
 }
 

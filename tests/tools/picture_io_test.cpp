@@ -1,10 +1,12 @@
 // Picture files where names are bytes and the system has more loaders.
 #include "tools/support/picture_io.h"
 
+#include "tests/support/heap_limit.h"
 #include "tests/tools/picture_files.h"
 #include "tests/tools/temp_folder.h"
 
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace orvane::tools {
 namespace {
@@ -23,6 +25,54 @@ TEST(LinuxPictureIo, NamesMayHoldAnyBytes) {
     std::string error;
     ASSERT_TRUE(WritePicture(path, picture, false, &error)) << error;
     EXPECT_EQ(Read(path).pixels, picture.pixels);
+}
+
+// A picture has memory of its own only where the decoder's can't be handed over: here there is none to be had.
+TEST(LinuxPictureIo, RowsAreHandedOverWhereTheyNeedOnlyTurning) {
+    struct Case {
+        const char* what;
+        std::string content;
+        bool handedOver;
+    };
+    const std::string jpeg = Encoded(".jpg", ColourfulPicture(8, 5));
+    const Case kCases[] = {
+        {"rows without padding", Encoded(".png", ColourfulPicture(8, 5)), true},
+        {"rows with padding", Encoded(".png", ColourfulPicture(7, 5)), false},
+        {"an upright photograph", WithExif(jpeg, 1, true), true},
+        {"a turned photograph", WithExif(jpeg, 6, true), false},
+        {"a mirrored photograph", WithExif(jpeg, 2, true), false},
+        {"transparency", PngFile({4, 1, 8, kPngColourAlpha}, std::string(16, '\x80')), false},
+    };
+    const TempFolder folder;
+    for (const Case& c : kCases) {
+        const std::string path = folder.Put("p.any", c.content);
+        const Picture wanted = Read(path);
+        const test::HeapLimit none(0);
+        Picture picture;
+        std::string error;
+        EXPECT_EQ(ReadPicture(path, &picture, &error), c.handedOver) << c.what;
+        EXPECT_EQ(error, c.handedOver ? "" : "not enough memory") << c.what;
+        if (c.handedOver) {
+            EXPECT_EQ(picture.pixels, wanted.pixels) << c.what;
+        } else {
+            EXPECT_TRUE(picture.pixels.empty()) << c.what;
+        }
+    }
+}
+
+TEST(LinuxPictureIo, APictureThatIsGivenAwayIsEncodedWhereItLies) {
+    for (const std::string name : {"x.jpg", "x.png", "x.bmp", "x.tif"}) {
+        const Picture kept = ColourfulPicture(7, 5);
+        Picture givenAway = kept;
+        std::string wanted, encoded, error;
+        ASSERT_TRUE(EncodePicture(name, kept, &wanted, &error)) << error;
+        EXPECT_EQ(kept.pixels, givenAway.pixels) << "a picture that is kept stays as it is";
+        const test::HeapLimit none(0);
+        EXPECT_TRUE(EncodePicture(name, std::move(givenAway), &encoded, &error)) << error;
+        EXPECT_EQ(encoded, wanted) << name;
+        EXPECT_FALSE(EncodePicture(name, kept, &encoded, &error)) << "without memory for a copy";
+        EXPECT_EQ(error, "not enough memory");
+    }
 }
 
 TEST(LinuxPictureIo, APnmIsRead) {

@@ -4,6 +4,7 @@
 
 #include "image/session_images.h"
 #include "session/session_state.h"
+#include "tests/support/tested_file.h"
 #include "tests/tools/bright_square.h"
 #include "tests/tools/process.h"
 #include "tests/tools/temp_folder.h"
@@ -44,7 +45,7 @@ TEST(Steps, HoldThePicturesRowsAndTheMaskAsGrey) {
     EXPECT_EQ(steps[1].name, "1-background");
     EXPECT_EQ(steps[0].picture.width, 3);
     EXPECT_EQ(steps[0].picture.height, 2);
-    EXPECT_EQ(steps[0].picture.pixels,
+    EXPECT_EQ(AllRowsOf(steps[0].picture),
               (std::vector<uint8>{0, 1, 2, 3, 4, 5, 6, 7, 8, 0, 0, 0, 12, 13, 14, 15, 16, 17, 18, 19, 20, 0, 0, 0}))
         << "the padding of the rows is zero";
     EXPECT_EQ(steps[2].name, "1-mask");
@@ -52,7 +53,7 @@ TEST(Steps, HoldThePicturesRowsAndTheMaskAsGrey) {
     mask[0] = mask[1] = mask[2] = 255;
     mask[18] = mask[19] = mask[20] = 7;
     EXPECT_EQ(steps[2].picture.width, 3);
-    EXPECT_EQ(steps[2].picture.pixels, mask);
+    EXPECT_EQ(AllRowsOf(steps[2].picture), mask);
 }
 
 TEST(Steps, LeaveOutWhatHasNoPixels) {
@@ -131,9 +132,10 @@ TEST(StepNames, NoStepReplacesAPortraitOrAStepOfTheSameCallHoweverTheFolderIsSpe
 class ToolSteps : public testing::Test {
 protected:
     ToolSteps() {
+        const std::filesystem::path program = test::TestedFile(ORVANE_TOOL);
         std::error_code failed;
-        std::filesystem::create_hard_link(ORVANE_TOOL, home_ / "orvane", failed);
-        if (failed) std::filesystem::copy_file(ORVANE_TOOL, home_ / "orvane");
+        std::filesystem::create_hard_link(program, home_ / "orvane", failed);
+        if (failed) std::filesystem::copy_file(program, home_ / "orvane");
         home_.Put("Orvane.dat", BrightSquareClassifier());
         work_.Put("a.png", Encoded(".png", PhotoWithSquare(320, 240, 100, 80)));
         std::filesystem::create_directory(work_ / "steps");

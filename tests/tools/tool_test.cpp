@@ -1,4 +1,5 @@
 // The built program as its callers see it: exit codes, lines, files.
+#include "tests/support/tested_file.h"
 #include "tests/tools/bright_square.h"
 #include "tests/tools/json_reader.h"
 #include "tests/tools/process.h"
@@ -21,9 +22,10 @@ protected:
     Tool() {
         // The program goes by its own file when it looks for the classifier, so a link with a soft
         // destination would not do.
+        const std::filesystem::path program = test::TestedFile(ORVANE_TOOL);
         std::error_code failed;
-        std::filesystem::create_hard_link(ORVANE_TOOL, home_ / "orvane", failed);
-        if (failed) std::filesystem::copy_file(ORVANE_TOOL, home_ / "orvane");
+        std::filesystem::create_hard_link(program, home_ / "orvane", failed);
+        if (failed) std::filesystem::copy_file(program, home_ / "orvane");
         home_.Put("Orvane.dat", BrightSquareClassifier());
     }
 

@@ -40,7 +40,8 @@ protected:
     std::string Path(const std::string& name) const { return (files_.Path() / name).string(); }
 
     void AddPicture(const std::string& name, const test::Scene& scene) {
-        const tools::Picture picture{scene.width, scene.height, scene.Step(), scene.rows};
+        tools::Picture picture{scene.width, scene.height, scene.Step(), tools::PixelBlock(scene.rows.size())};
+        std::copy(scene.rows.begin(), scene.rows.end(), picture.pixels.begin());
         std::string error;
         ASSERT_TRUE(tools::WritePicture(Path(name), picture, false, &error)) << name << " " << error;
     }

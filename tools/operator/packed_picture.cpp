@@ -65,7 +65,8 @@ Picture UnpackPicture(orv_Handle block) {
     picture.width = rows.width;
     picture.height = rows.height;
     picture.step = rows.Step();
-    picture.pixels.assign(rows.pixels, rows.pixels + std::ptrdiff_t{picture.step} * rows.height);
+    picture.pixels = PixelBlock(PictureBytes(rows.width, rows.height));
+    std::memcpy(picture.pixels.data(), rows.pixels, picture.pixels.size());
     return picture;
 }
 

@@ -11,6 +11,8 @@
 #include "tools/support/status_text.h"
 #include "tools/support/utf8.h"
 
+#include <utility>
+
 namespace orvane::tools {
 namespace {
 
@@ -38,11 +40,11 @@ bool Decode(const std::string& photo, Picture* picture, PhotoReport* report) {
     return true;
 }
 
-void Encode(const std::string& path, const Picture& portrait, bool force, PhotoReport* report) {
+void Encode(const std::string& path, Picture&& portrait, bool force, PhotoReport* report) {
     double milliseconds = 0;
     {
         const StageClock clock(milliseconds);
-        if (WritePicture(path, portrait, force, &report->error)) {
+        if (WritePicture(path, std::move(portrait), force, &report->error)) {
             report->output = path;
         } else {
             report->error = "the output '" + path + "' " + report->error;
@@ -52,10 +54,11 @@ void Encode(const std::string& path, const Picture& portrait, bool force, PhotoR
 }
 
 /// Files for the steps, which must be good for `report` to be.
-void EncodeSteps(const Steps& steps, const Options& options, PhotoReport* report) {
-    for (const Step& step : steps) {
+void EncodeSteps(Steps& steps, const Options& options, PhotoReport* report) {
+    for (Step& step : steps) {
         const std::string path = StepFile(options.steps, report->photo, step.name);
-        if (!report->error.empty() || WritePicture(path, step.picture, options.force, &report->error)) continue;
+        if (!report->error.empty() || WritePicture(path, std::move(step.picture), options.force, &report->error))
+            continue;
         report->error = "the step '" + path + "' " + report->error;
     }
 }
@@ -82,7 +85,7 @@ PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput
         host.MakePortrait(picture, options, &portrait, &report, options.steps.empty() ? nullptr : &steps);
     }
     if (portrait.pixels.empty()) return report;
-    Encode(output.path, portrait, options.force, &report);
+    Encode(output.path, std::move(portrait), options.force, &report);
     EncodeSteps(steps, options, &report);
     return report;
 }

@@ -10,7 +10,9 @@
 #include "session/stage_clock.h"
 #include "tools/support/status_text.h"
 
+#include <memory>
 #include <new>
+#include <utility>
 
 namespace orvane::tools {
 namespace {
@@ -84,13 +86,14 @@ void Note(PhotoReport* report, Steps steps) {
     if (*report->status < kSuccess && report->error.empty()) report->error = StatusText(*report->status);
 }
 
+/// The output changes hands: nobody else asks the session for it.
 int32 FetchOutput(Picture* portrait) {
-    const Bitmap& output = g_dialog->m_resultBitmap;
-    if (output.IsEmpty()) return kNoSession;
-    portrait->width = output.Width();
-    portrait->height = output.Height();
-    portrait->step = PictureStep(output.Width());
-    portrait->pixels.assign(output.Bits(), output.Bits() + output.Header().biSizeImage);
+    if (g_dialog->m_resultBitmap.IsEmpty()) return kNoSession;
+    const auto output = std::make_shared<Bitmap>(std::move(g_dialog->m_resultBitmap));
+    portrait->width = output->Width();
+    portrait->height = output->Height();
+    portrait->step = PictureStep(output->Width());
+    portrait->pixels = PixelBlock({output, output->Bits()}, output->Header().biSizeImage);
     return kSuccess;
 }
 

@@ -1,6 +1,7 @@
 // orvane: portraits from the command line.
 #include "tools/orvane/commands.h"
 #include "tools/orvane/help_text.h"
+#include "tools/support/kept_memory.h"
 #include "tools/support/program_arguments.h"
 #include "tools/support/result_stream.h"
 
@@ -35,6 +36,7 @@ ExitCode Run(const std::vector<std::string>& arguments) {
 } // namespace
 
 int main(int count, char** arguments) try {
+    KeepFreedMemory();
     ReserveResultStream();
     return Run(ProgramArguments(count, arguments));
 } catch (const std::exception& problem) {

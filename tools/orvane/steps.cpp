@@ -18,7 +18,7 @@ Picture ToPicture(const ImageBuffer& image) {
     picture.width = image.width;
     picture.height = image.height;
     picture.step = PictureStep(image.width);
-    picture.pixels.resize(static_cast<std::size_t>(picture.step) * static_cast<std::size_t>(image.height));
+    picture.pixels = PixelBlock(PictureBytes(image.width, image.height));
     for (int32 y = 0; y < image.height; ++y) {
         const uint8* from = image.data + static_cast<std::ptrdiff_t>(image.Step()) * y;
         uint8* to = picture.pixels.data() + static_cast<std::ptrdiff_t>(picture.step) * y;

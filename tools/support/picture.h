@@ -3,9 +3,9 @@
 #pragma once
 
 #include "primitives/types.h"
+#include "tools/support/pixel_block.h"
 
 #include <cstddef>
-#include <vector>
 
 namespace orvane::tools {
 
@@ -17,12 +17,17 @@ inline constexpr int64 kMaxPicturePixels = 268000000;
 struct Picture {
     int32 width = 0;
     int32 height = 0;
-    int32 step = 0;            ///< Bytes of a row: three a pixel, rounded up to a multiple of 4.
-    std::vector<uint8> pixels; ///< `step` times `height` bytes.
+    int32 step = 0;    ///< Bytes of a row: three a pixel, rounded up to a multiple of 4.
+    PixelBlock pixels; ///< `step` times `height` bytes.
 };
 
 /// Bytes of a row of `width` pixels.
 constexpr int32 PictureStep(int32 width) { return (width * 3 + 3) / 4 * 4; }
+
+/// Bytes of a picture's rows; the size is within the caps.
+constexpr std::size_t PictureBytes(int32 width, int32 height) {
+    return static_cast<std::size_t>(PictureStep(width)) * static_cast<std::size_t>(height);
+}
 
 /// Whether a picture of this size is within the caps and not empty.
 constexpr bool IsPictureSizeAllowed(int64 width, int64 height) {

@@ -13,7 +13,8 @@ namespace orvane::tools {
 /// Throws std::bad_alloc.
 bool DecodePicture(const std::string& path, const std::string& content, Picture* picture, std::string* error);
 
-/// Encodes a picture that is within the caps. False gives `*error` one line. Throws std::bad_alloc.
-bool EncodePixels(PictureFormat format, const Picture& picture, std::string* encoded, std::string* error);
+/// Encodes a picture that is within the caps. Its rows serve the encoder where they lie, and are in the encoder's order
+/// afterwards. False gives `*error` one line. Throws std::bad_alloc.
+bool EncodePixels(PictureFormat format, Picture& picture, std::string* encoded, std::string* error);
 
 } // namespace orvane::tools

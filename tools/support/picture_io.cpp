@@ -4,8 +4,14 @@
 #include "tools/support/whole_file.h"
 
 #include <new>
+#include <utility>
 
 namespace orvane::tools {
+namespace {
+
+constexpr const char* kNoMemory = "not enough memory";
+
+} // namespace
 
 bool ReadPicture(const std::string& path, Picture* picture, std::string* error) try {
     *picture = Picture();
@@ -17,13 +23,20 @@ bool ReadPicture(const std::string& path, Picture* picture, std::string* error) 
     }
     return DecodePicture(path, content, picture, error);
 } catch (const std::bad_alloc&) {
-    *error = "not enough memory";
+    *error = kNoMemory;
     return false;
 }
 
 bool IsWritablePictureName(const std::string& path) { return FormatOfName(path).has_value(); }
 
 bool EncodePicture(const std::string& path, const Picture& picture, std::string* encoded, std::string* error) try {
+    return EncodePicture(path, Picture(picture), encoded, error);
+} catch (const std::bad_alloc&) {
+    *error = kNoMemory;
+    return false;
+}
+
+bool EncodePicture(const std::string& path, Picture&& picture, std::string* encoded, std::string* error) try {
     const std::optional<PictureFormat> format = FormatOfName(path);
     if (!format) {
         *error = kUnwritableName;
@@ -35,13 +48,18 @@ bool EncodePicture(const std::string& path, const Picture& picture, std::string*
     }
     return EncodePixels(*format, picture, encoded, error);
 } catch (const std::bad_alloc&) {
-    *error = "not enough memory";
+    *error = kNoMemory;
     return false;
 }
 
 bool WritePicture(const std::string& path, const Picture& picture, bool force, std::string* error) {
     std::string encoded;
     return EncodePicture(path, picture, &encoded, error) && WriteWholeFile(path, encoded, force, error);
+}
+
+bool WritePicture(const std::string& path, Picture&& picture, bool force, std::string* error) {
+    std::string encoded;
+    return EncodePicture(path, std::move(picture), &encoded, error) && WriteWholeFile(path, encoded, force, error);
 }
 
 } // namespace orvane::tools

@@ -24,10 +24,13 @@ bool IsWritablePictureName(const std::string& path);
 inline constexpr const char* kUnwritableName =
     "has no extension of a format that can be written (.jpg, .png, .bmp, .tif)";
 
-/// Encodes `picture` in the format that the extension of `path` names. False gives `*error` one line.
+/// Encodes `picture` in the format that the extension of `path` names. False gives `*error` one line. A picture that is
+/// given away is encoded where it lies; of one that is kept a copy is.
 bool EncodePicture(const std::string& path, const Picture& picture, std::string* encoded, std::string* error);
+bool EncodePicture(const std::string& path, Picture&& picture, std::string* encoded, std::string* error);
 
 /// Encodes `picture` and writes the file as `WriteWholeFile` does.
 bool WritePicture(const std::string& path, const Picture& picture, bool force, std::string* error);
+bool WritePicture(const std::string& path, Picture&& picture, bool force, std::string* error);
 
 } // namespace orvane::tools

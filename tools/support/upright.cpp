@@ -1,6 +1,9 @@
 #include "tools/support/upright.h"
 
+#include "primitives/primitives.h"
+
 #include <cstring>
+#include <vector>
 
 namespace orvane::tools {
 namespace {
@@ -43,9 +46,18 @@ uint8 OverWhite(unsigned value, unsigned alpha) {
     return static_cast<uint8>((value * alpha + 255 * (255 - alpha) + 127) / 255);
 }
 
+void SwapColours(const uint8* from, uint8* to, int32 width) {
+    constexpr int32 kOrder[3] = {2, 1, 0};
+    primSwapChannels_8u_C3(from, 3 * width, to, 3 * width, {width, 1}, kOrder);
+}
+
 /// One row; `blue` and `red` are the places of these samples in a stored pixel.
 void ConvertRow(const uint8* from, std::ptrdiff_t next, int blue, bool hasAlpha, uint8* to, int32 width) {
     const int red = 2 - blue;
+    if (!hasAlpha && next == 3 && blue == 2) {
+        SwapColours(from, to, width);
+        return;
+    }
     if (!hasAlpha) {
         for (int32 x = 0; x < width; ++x, from += next, to += 3) {
             to[0] = from[blue];
@@ -70,7 +82,7 @@ Picture UprightPicture(const StoredRows& stored, int orientation) {
     picture.width = walk.turned ? stored.height : stored.width;
     picture.height = walk.turned ? stored.width : stored.height;
     picture.step = PictureStep(picture.width);
-    picture.pixels.resize(static_cast<std::size_t>(picture.step) * static_cast<std::size_t>(picture.height));
+    picture.pixels = PixelBlock(PictureBytes(picture.width, picture.height));
     const uint8* from = stored.pixels + walk.origin;
     for (int32 y = 0; y < picture.height; ++y) {
         uint8* to = RowAt(picture.pixels.data(), picture.step, picture.height - 1 - y);
@@ -79,10 +91,20 @@ Picture UprightPicture(const StoredRows& stored, int orientation) {
     return picture;
 }
 
-void CopyFromTheTop(const Picture& picture, bool redFirst, uint8* rows, std::ptrdiff_t step) {
-    for (int32 y = 0; y < picture.height; ++y) {
-        const uint8* from = RowAt(picture.pixels.data(), picture.step, picture.height - 1 - y);
-        ConvertRow(from, 3, redFirst ? 2 : 0, false, rows + step * y, picture.width);
+void TurnOver(uint8* rows, int32 step, ImageSize size, bool swapColours) {
+    const auto used = std::size_t{3} * static_cast<std::size_t>(size.width);
+    std::vector<uint8> kept(used);
+    const auto copy = [&](const uint8* from, uint8* to) {
+        if (swapColours) {
+            SwapColours(from, to, size.width);
+        } else {
+            std::memcpy(to, from, used);
+        }
+    };
+    for (int32 low = 0, high = size.height - 1; low <= high; ++low, --high) {
+        copy(RowAt(rows, step, low), kept.data());
+        if (low < high) copy(RowAt(rows, step, high), RowAt(rows, step, low));
+        std::memcpy(RowAt(rows, step, high), kept.data(), used);
     }
 }
 

@@ -1,4 +1,5 @@
-// Stored pixels, in whatever order a decoder gives them, become the upright rows of a Picture.
+// Stored pixels, in whatever order a decoder gives them, become the upright rows of a Picture, and these the rows that
+// an encoder takes.
 #pragma once
 
 #include "tools/support/picture.h"
@@ -22,8 +23,8 @@ struct StoredRows {
 /// is upright) tells, transparency laid over white. Throws std::bad_alloc.
 Picture UprightPicture(const StoredRows& stored, int orientation);
 
-/// The rows of `picture` from the top, into `rows` with `step` bytes from one to the next; red first or
-/// blue first, three samples a pixel.
-void CopyFromTheTop(const Picture& picture, bool redFirst, uint8* rows, std::ptrdiff_t step);
+/// Turns rows of three samples a pixel over where they lie, `step` bytes apart: the last row comes first, and red and
+/// blue change places where `swapColours`. Padding stays as it is. Throws std::bad_alloc.
+void TurnOver(uint8* rows, int32 step, ImageSize size, bool swapColours);
 
 } // namespace orvane::tools

@@ -52,7 +52,7 @@ int32 Rounded(double value) { return static_cast<int32>(std::lround(std::clamp(v
 
 tools::Picture Blank(int32 width, int32 height, Colour colour) {
     tools::Picture picture{width, height, tools::PictureStep(width), {}};
-    picture.pixels.resize(static_cast<std::size_t>(picture.step) * static_cast<std::size_t>(height));
+    picture.pixels = tools::PixelBlock(tools::PictureBytes(width, height));
     FillArea(picture, 0, 0, width, height, colour);
     return picture;
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <memory>
+#include <utility>
 
 namespace orvane::tools {
 namespace {
@@ -56,6 +57,26 @@ StoredRows RowsOf(GdkPixbuf* pixbuf) {
     return rows;
 }
 
+/// Whether the decoder's rows need no more than turning over. Rows with padding stay the decoder's: the last one may
+/// end without.
+bool CanHandOver(const StoredRows& rows, int orientation) {
+    return orientation == 1 && rows.pixel == 3 && rows.row == std::ptrdiff_t{3} * rows.width &&
+           rows.row == PictureStep(rows.width);
+}
+
+/// The picture in the decoder's own memory.
+Picture HandOver(PixbufPtr pixbuf) {
+    Picture picture;
+    picture.width = gdk_pixbuf_get_width(pixbuf.get());
+    picture.height = gdk_pixbuf_get_height(pixbuf.get());
+    picture.step = PictureStep(picture.width);
+    uint8* rows = gdk_pixbuf_get_pixels(pixbuf.get());
+    TurnOver(rows, picture.step, {picture.width, picture.height}, true);
+    const std::shared_ptr<GdkPixbuf> owner(std::move(pixbuf));
+    picture.pixels = PixelBlock({owner, rows}, PictureBytes(picture.width, picture.height));
+    return picture;
+}
+
 /// The checks that come before decoding: of a known format, not too large, whole.
 bool CheckFile(const std::string& path, const std::string& content, std::string* error) {
     int width = 0;
@@ -97,12 +118,21 @@ Encoder EncoderFor(PictureFormat format) {
     return {"tiff", "", ""};
 }
 
+/// Takes what an encoder has ready; nothing may be thrown through it.
+gboolean AppendTo(const gchar* bytes, gsize count, GError** error, gpointer encoded) try {
+    static_cast<std::string*>(encoded)->append(bytes, count);
+    return TRUE;
+} catch (const std::exception&) {
+    g_set_error_literal(error, GDK_PIXBUF_ERROR, GDK_PIXBUF_ERROR_INSUFFICIENT_MEMORY, "");
+    return FALSE;
+}
+
 } // namespace
 
 bool DecodePicture(const std::string& path, const std::string& content, Picture* picture, std::string* error) {
     if (!CheckFile(path, content, error)) return false;
     GError* problem = nullptr;
-    const PixbufPtr pixbuf(gdk_pixbuf_new_from_file(path.c_str(), &problem));
+    PixbufPtr pixbuf(gdk_pixbuf_new_from_file(path.c_str(), &problem));
     if (pixbuf == nullptr) {
         *error = ErrorText(problem);
         return false;
@@ -113,32 +143,25 @@ bool DecodePicture(const std::string& path, const std::string& content, Picture*
         *error = TooLargeText(rows.width, rows.height);
         return false;
     }
-    *picture = UprightPicture(rows, Orientation(pixbuf.get()));
+    const int orientation = Orientation(pixbuf.get());
+    *picture = CanHandOver(rows, orientation) ? HandOver(std::move(pixbuf)) : UprightPicture(rows, orientation);
     return true;
 }
 
-bool EncodePixels(PictureFormat format, const Picture& picture, std::string* encoded, std::string* error) {
-    const PixbufPtr pixbuf(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, picture.width, picture.height));
-    if (pixbuf == nullptr) {
-        *error = "not enough memory";
-        return false;
-    }
-    CopyFromTheTop(picture, true, gdk_pixbuf_get_pixels(pixbuf.get()), gdk_pixbuf_get_rowstride(pixbuf.get()));
+bool EncodePixels(PictureFormat format, Picture& picture, std::string* encoded, std::string* error) {
+    TurnOver(picture.pixels.data(), picture.step, {picture.width, picture.height}, true);
+    const PixbufPtr pixbuf(gdk_pixbuf_new_from_data(picture.pixels.data(), GDK_COLORSPACE_RGB, FALSE, 8, picture.width,
+                                                    picture.height, picture.step, nullptr, nullptr));
     Encoder encoder = EncoderFor(format);
     char* keys[] = {encoder.option.empty() ? nullptr : encoder.option.data(), nullptr};
     char* values[] = {encoder.value.empty() ? nullptr : encoder.value.data(), nullptr};
-    gchar* buffer = nullptr;
-    gsize length = 0;
+    encoded->clear();
     GError* problem = nullptr;
-    const gboolean saved =
-        gdk_pixbuf_save_to_bufferv(pixbuf.get(), &buffer, &length, encoder.name.c_str(), keys, values, &problem);
-    const std::unique_ptr<char, decltype(&g_free)> owner(buffer, g_free);
-    if (saved == FALSE) {
-        *error = ErrorText(problem);
-        return false;
+    if (gdk_pixbuf_save_to_callbackv(pixbuf.get(), AppendTo, encoded, encoder.name.c_str(), keys, values, &problem)) {
+        return true;
     }
-    encoded->assign(buffer, length);
-    return true;
+    *error = ErrorText(problem);
+    return false;
 }
 
 } // namespace orvane::tools

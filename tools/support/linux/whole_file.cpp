@@ -73,6 +73,7 @@ bool ReadWholeFile(const std::string& path, std::string* content, std::string* e
         *error = S_ISDIR(status.st_mode) ? "is a folder" : "is not a regular file";
         return false;
     }
+    content->reserve(static_cast<std::size_t>(status.st_size)); // it may grow meanwhile
     char block[65536];
     ssize_t n = 0;
     while ((n = ::read(file, block, sizeof block)) != 0) {

@@ -7,6 +7,7 @@
 #include <wincodec.h>
 
 #include <limits>
+#include <vector>
 
 namespace orvane::tools {
 namespace {
@@ -111,8 +112,7 @@ HRESULT SetQuality(IPropertyBag2& options) {
     return options.Write(1, &property, &value);
 }
 
-HRESULT Encode(PictureFormat format, const Picture& picture, std::vector<uint8>& rows, IWICImagingFactory& factory,
-               IStream& stream) {
+HRESULT Encode(PictureFormat format, Picture& picture, IWICImagingFactory& factory, IStream& stream) {
     ComPtr<IWICBitmapEncoder> encoder;
     ComPtr<IWICBitmapFrameEncode> frame;
     ComPtr<IPropertyBag2> options;
@@ -129,7 +129,7 @@ HRESULT Encode(PictureFormat format, const Picture& picture, std::vector<uint8>&
     if (SUCCEEDED(result) && pixelFormat != GUID_WICPixelFormat24bppBGR) result = WINCODEC_ERR_UNSUPPORTEDPIXELFORMAT;
     if (SUCCEEDED(result)) {
         result = frame->WritePixels(static_cast<UINT>(picture.height), static_cast<UINT>(picture.step),
-                                    static_cast<UINT>(rows.size()), rows.data());
+                                    static_cast<UINT>(picture.pixels.size()), picture.pixels.data());
     }
     if (SUCCEEDED(result)) result = frame->Commit();
     if (SUCCEEDED(result)) result = encoder->Commit();
@@ -180,15 +180,14 @@ bool DecodePicture(const std::string&, const std::string& content, Picture* pict
     return true;
 }
 
-bool EncodePixels(PictureFormat format, const Picture& picture, std::string* encoded, std::string* error) {
+bool EncodePixels(PictureFormat format, Picture& picture, std::string* encoded, std::string* error) {
     const ComApartment apartment;
     ComPtr<IWICImagingFactory> factory;
     if (!CreateFactory(factory, error)) return false;
-    std::vector<uint8> rows(picture.pixels.size());
-    CopyFromTheTop(picture, false, rows.data(), picture.step);
+    TurnOver(picture.pixels.data(), picture.step, {picture.width, picture.height}, false);
     ComPtr<IStream> stream;
     HRESULT result = CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive());
-    if (SUCCEEDED(result)) result = Encode(format, picture, rows, *factory.Get(), *stream.Get());
+    if (SUCCEEDED(result)) result = Encode(format, picture, *factory.Get(), *stream.Get());
     if (SUCCEEDED(result)) result = ReadBack(*stream.Get(), encoded);
     return SUCCEEDED(result) || Fail(result, ("cannot be encoded (" + HexText(result) + ")").c_str(), error);
 }
