@@ -47,17 +47,17 @@ TEST_F(DataFolder, CropsAreChosenBySplitClassAndFlags) {
                            "0,one,A,train,16,1\n1,one,A,dev,16,2\n2,two,B,train,16,3\n"
                            "3,two,C,train,16,4\n4,two,A,train,20,5\n5,two,A,train,8,6\n");
     Write("positives.bin", std::string(6 * 48 * 48, 'x'));
-    EXPECT_EQ(ReadCrops(folder_, "ABC", 1.0).crops.size(), 3u);
-    EXPECT_EQ(ReadCrops(folder_, "A,B", 1.0).crops.size(), 2u);
-    EXPECT_EQ(ReadCrops(folder_, "A", 1.0).crops.size(), 1u);
-    EXPECT_NE(ReadCrops(folder_, "D", 1.0).error, "");
-    EXPECT_NE(ReadCrops(folder_ + "/none", "A", 1.0).error, "");
+    EXPECT_EQ(ReadCrops(folder_, {"ABC", 1.0, {}, {}}).crops.size(), 3u);
+    EXPECT_EQ(ReadCrops(folder_, {"A,B", 1.0, {}, {}}).crops.size(), 2u);
+    EXPECT_EQ(ReadCrops(folder_, {"A", 1.0, {}, {}}).crops.size(), 1u);
+    EXPECT_NE(ReadCrops(folder_, {"D", 1.0, {}, {}}).error, "");
+    EXPECT_NE(ReadCrops(folder_ + "/none", {"A", 1.0, {}, {}}).error, "");
 }
 
 TEST_F(DataFolder, AShortPixelFileIsRefused) {
     Write("positives.csv", "index,source,class,split,flags,person\n0,one,A,train,16,1\n1,one,A,train,16,2\n");
     Write("positives.bin", std::string(2 * 48 * 48 - 1, 'x'));
-    EXPECT_EQ(ReadCrops(folder_, "A", 1.0).error, "positives.bin is shorter than its table");
+    EXPECT_EQ(ReadCrops(folder_, {"A", 1.0, {}, {}}).error, "positives.bin is shorter than its table");
 }
 
 TEST_F(DataFolder, CropsLieWithTheirLowestRowFirst) {
@@ -65,7 +65,7 @@ TEST_F(DataFolder, CropsLieWithTheirLowestRowFirst) {
     std::string pixels(48 * 48, 'a');
     pixels.replace(47 * 48, 48, 48, 'z');
     Write("positives.bin", pixels);
-    const CropSet set = ReadCrops(folder_, "A", 1.0);
+    const CropSet set = ReadCrops(folder_, {"A", 1.0, {}, {}});
     ASSERT_EQ(set.crops.size(), 1u);
     EXPECT_EQ(set.crops[0].pixels[0], 'z');
     EXPECT_EQ(set.crops[0].pixels[48], 'a');
@@ -75,15 +75,56 @@ TEST_F(DataFolder, CropsOfASourceBearItsNumber) {
     Write("positives.csv", "index,source,class,split,flags,person\n"
                            "0,two,A,train,16,1\n1,one,A,train,16,2\n2,two,A,train,16,3\n");
     Write("positives.bin", std::string(3 * 48 * 48, 'x'));
-    const CropSet set = ReadCrops(folder_, "A", 1.0);
+    const CropSet set = ReadCrops(folder_, {"A", 1.0, {}, {}});
     ASSERT_EQ(set.crops.size(), 3u);
     EXPECT_EQ(set.crops[0].source, set.crops[2].source);
     EXPECT_NE(set.crops[0].source, set.crops[1].source);
 }
 
+TEST_F(DataFolder, ASourceMayBeFavouredAndCutShort) {
+    std::string table = "index,source,class,split,flags,person\n";
+    for (int i = 0; i < 40; ++i) {
+        table += std::to_string(i) + (i % 4 == 0 ? ",few,A,train,16," : ",many,A,train,16,") + std::to_string(i) + "\n";
+    }
+    Write("positives.csv", table);
+    std::string pixels;
+    for (int i = 0; i < 40; ++i) pixels += std::string(48 * 48, static_cast<char>(i));
+    Write("positives.bin", pixels);
+    const auto indicesOf = [](const CropSet& set) {
+        std::vector<int> indices;
+        for (const FaceCrop& crop : set.crops) indices.push_back(crop.pixels[0]);
+        return indices;
+    };
+    const CropSet all = ReadCrops(folder_, {"A", 0.0, {{"few", 3.0}}, {}});
+    ASSERT_EQ(all.crops.size(), 40u);
+    EXPECT_DOUBLE_EQ(all.crops[0].draw, 3.0 / 10);
+    EXPECT_DOUBLE_EQ(all.crops[1].draw, 1.0 / 30);
+
+    const std::vector<int> five = indicesOf(ReadCrops(folder_, {"A", 0.0, {}, {{"few", 5.0}, {"none", 1.0}}}));
+    const std::vector<int> six = indicesOf(ReadCrops(folder_, {"A", 0.0, {}, {{"few", 6.0}}}));
+    EXPECT_EQ(five.size(), 35u);
+    EXPECT_EQ(six.size(), 36u);
+    EXPECT_TRUE(std::is_sorted(five.begin(), five.end()));
+    EXPECT_TRUE(std::includes(six.begin(), six.end(), five.begin(), five.end()));
+    EXPECT_EQ(std::count_if(five.begin(), five.end(), [](int i) { return i % 4 == 0; }), 5);
+}
+
+TEST(SourceNumbers, AreReadByNameAndNonsenseIsRefused) {
+    SourceNumbers numbers;
+    EXPECT_TRUE(ReadSourceNumbers("", numbers));
+    EXPECT_TRUE(numbers.empty());
+    EXPECT_TRUE(ReadSourceNumbers("one=2,two=0.5", numbers));
+    EXPECT_EQ(numbers, (SourceNumbers{{"one", 2.0}, {"two", 0.5}}));
+    for (const char* text :
+         {"one", "=2", "one=", "one=x", "one=2x", "one=0", "one=-1", "one=nan", "one=1,one=2", ",", "one=1e10"}) {
+        EXPECT_FALSE(ReadSourceNumbers(text, numbers)) << text;
+    }
+}
+
 TEST_F(DataFolder, PicturesAreChosenBySplitClassAndSource) {
     std::filesystem::create_directory(folder_ + "/negatives");
-    const tools::Picture picture{2, 2, 6, std::vector<uint8>(12, 90)};
+    tools::Picture picture{2, 2, 6, tools::PixelBlock(12)};
+    std::fill(picture.pixels.begin(), picture.pixels.end(), uint8{90});
     std::string table = "file,split,source,class\n";
     for (const char* line : {"a,train,one,A", "b,train,two,A", "c,dev,one,A", "d,train,three,C", "e,train,on,A"}) {
         const std::string text = line;

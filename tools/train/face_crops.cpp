@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <map>
+#include <sstream>
 
 namespace orvane::train {
 namespace {
@@ -58,9 +60,50 @@ void Sharpen(std::vector<double>& plane, ImageSize size, double amount) {
     }
 }
 
+/// The rows of usable crops, in their order.
+std::vector<std::size_t> ChosenRows(const Table& table, const CropChoice& choice) {
+    std::vector<std::size_t> rows;
+    for (std::size_t i = 0; i < table.Rows(); ++i) {
+        if (table.Text(i, "split") != "train") continue;
+        if (choice.classes.find(table.Text(i, "class")) == std::string::npos) continue;
+        if ((static_cast<int>(table.Number(i, "flags")) & kUnusableFlags) == 0) rows.push_back(i);
+    }
+    for (const auto& [source, most] : choice.most) {
+        std::vector<std::pair<uint64, std::size_t>> lots;
+        for (const std::size_t i : rows) {
+            if (table.Text(i, "source") == source) lots.push_back({Random({HashOf(table.Text(i, "index"))}).Next(), i});
+        }
+        if (static_cast<double>(lots.size()) <= most) continue;
+        std::sort(lots.begin(), lots.end());
+        std::vector<bool> out(table.Rows());
+        for (auto at = static_cast<std::size_t>(most); at < lots.size(); ++at) out[lots[at].second] = true;
+        std::erase_if(rows, [&](std::size_t i) { return out[i]; });
+    }
+    return rows;
+}
+
+double NumberOf(const SourceNumbers& numbers, const std::string& source) {
+    const auto number = numbers.find(source);
+    return number == numbers.end() ? 1.0 : number->second;
+}
+
 } // namespace
 
-CropSet ReadCrops(const std::string& folder, const std::string& classes, double balance) {
+bool ReadSourceNumbers(const std::string& text, SourceNumbers& numbers) {
+    numbers.clear();
+    std::istringstream parts(text);
+    for (std::string part; std::getline(parts, part, ',');) {
+        const std::size_t sign = part.find('=');
+        if (sign == 0 || sign == std::string::npos) return false;
+        char* end = nullptr;
+        const double number = std::strtod(part.c_str() + sign + 1, &end);
+        if (end == part.c_str() + sign + 1 || *end != '\0' || !(number > 0.0) || number > 1e9) return false;
+        if (!numbers.emplace(part.substr(0, sign), number).second) return false;
+    }
+    return true;
+}
+
+CropSet ReadCrops(const std::string& folder, const CropChoice& choice) {
     Table table;
     std::vector<uint8> bytes;
     if (!table.Read(folder + "/positives.csv")) return {{}, "cannot read positives.csv"};
@@ -69,9 +112,7 @@ CropSet ReadCrops(const std::string& folder, const std::string& classes, double 
     CropSet set;
     std::vector<std::string> sources;
     std::map<std::string, int> counts;
-    for (std::size_t i = 0; i < table.Rows(); ++i) {
-        if (table.Text(i, "split") != "train" || classes.find(table.Text(i, "class")) == std::string::npos) continue;
-        if ((static_cast<int>(table.Number(i, "flags")) & kUnusableFlags) != 0) continue;
+    for (const std::size_t i : ChosenRows(table, choice)) {
         const auto index = static_cast<std::size_t>(table.Number(i, "index"));
         if ((index + 1) * kCropBytes > bytes.size()) return {{}, "positives.bin is shorter than its table"};
         FaceCrop crop;
@@ -82,7 +123,8 @@ CropSet ReadCrops(const std::string& folder, const std::string& classes, double 
         ++counts[sources.back()];
     }
     for (std::size_t i = 0; i < sources.size(); ++i) {
-        set.crops[i].draw = std::pow(static_cast<double>(counts[sources[i]]), balance - 1.0);
+        set.crops[i].draw = std::pow(static_cast<double>(counts[sources[i]]), choice.balance - 1.0) *
+                            NumberOf(choice.favour, sources[i]);
         set.crops[i].source = static_cast<std::size_t>(std::distance(counts.begin(), counts.find(sources[i])));
     }
     if (set.crops.empty()) set.error = "no crop of these classes";

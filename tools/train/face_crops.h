@@ -4,6 +4,7 @@
 #include "tools/train/feature.h"
 #include "tools/train/random.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -35,11 +36,23 @@ struct CropSet {
     std::string error; // not empty: nothing was read
 };
 
-/// Reads `positives.csv` and `positives.bin` of a data folder: split `train`, the licence classes named
-/// ("ABC"), without crops whose box leaves the picture or that were enlarged. Crops of a source are drawn
-/// with the `balance` power of their number: 1 keeps the proportions, 0 makes sources equal. Persons are
-/// kept together when a fifth of them is held apart.
-CropSet ReadCrops(const std::string& folder, const std::string& classes, double balance);
+/// Numbers by the names of sources.
+using SourceNumbers = std::map<std::string, double>;
+
+/// Reads "name=number,name=number"; numbers are above 0. False where anything is not so.
+bool ReadSourceNumbers(const std::string& text, SourceNumbers& numbers);
+
+struct CropChoice {
+    std::string classes;  // licence classes that are taken, "ABC"
+    double balance = 1.0; // crops of a source are drawn with this power of their number: 1 keeps the proportions,
+                          // 0 makes sources equal
+    SourceNumbers favour; // sources that are drawn so many times as often then
+    SourceNumbers most;   // at most so many crops of a source; those of a smaller number are among those of a larger
+};
+
+/// Reads `positives.csv` and `positives.bin` of a data folder: split `train`, without crops whose box leaves the
+/// picture or that were enlarged. Persons are kept together when a fifth of them is held apart.
+CropSet ReadCrops(const std::string& folder, const CropChoice& choice);
 
 /// Whether a comma-separated list names `name`.
 bool Names(const std::string& list, const std::string& name);

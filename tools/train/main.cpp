@@ -37,6 +37,8 @@ constexpr const char* kUsage =
     "  --crop-share R       share of the negatives out of face crops, 0.2\n"
     "  --features N         pool of a stage, 8000            --candidates N  looked at for a stump, 1000\n"
     "  --balance R          1: sources in their proportions, 0: all alike, 0.2\n"
+    "  --favour NAME=R,...  faces of this source R times as often\n"
+    "  --most NAME=N,...    at most N crops of this source\n"
     "  --window N           side of the window, 24           --framing R  window over face box, 0.85\n"
     "  --shift R --scale R --roll DEG  how far faces stray in training, 0.06 0.08 9 (roll: the deviation)\n"
     "  --yaw R --relit R --covered R   how far they are turned, how many are in hard light and wear something,\n"
@@ -150,6 +152,8 @@ int RunTrain(int count, char** values) {
     arguments.AddCount("--features", o.features);
     arguments.AddCount("--candidates", o.candidates);
     arguments.Add("--balance", o.balance);
+    arguments.Add("--favour", o.favour);
+    arguments.Add("--most", o.most);
     arguments.AddCount("--window", o.windowSize.width);
     arguments.Add("--framing", o.framing.windowToBox);
     arguments.Add("--shift", o.framing.shift);
@@ -160,13 +164,15 @@ int RunTrain(int count, char** values) {
     arguments.Add("--covered", o.framing.covered);
     if (!arguments.Parse(count, values)) return 1;
     o.windowSize.height = o.windowSize.width;
-    if (o.data.empty() || o.out.empty() || !IsSensible(o)) {
+    CropChoice choice{o.classes, o.balance, {}, {}};
+    const bool areNumbers = ReadSourceNumbers(o.favour, choice.favour) && ReadSourceNumbers(o.most, choice.most);
+    if (o.data.empty() || o.out.empty() || !areNumbers || !IsSensible(o)) {
         std::fputs(kUsage, stderr);
         return 1;
     }
 
     TrainData data;
-    CropSet crops = ReadCrops(o.data, o.classes, o.balance);
+    CropSet crops = ReadCrops(o.data, choice);
     data.pictures = ReadPictures(o.data, o.classes, o.without, o.harvest.threads);
     for (const std::string& error : {crops.error, data.pictures.error}) {
         if (error.empty()) continue;

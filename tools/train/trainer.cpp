@@ -316,7 +316,7 @@ std::string Fingerprint(const TrainOptions& o, const TrainData& data) {
         o.framing.roll, o.framing.yaw, o.framing.relit, o.framing.covered, o.harvest.wanted, o.leastNegatives,
         o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage, o.harvest.refused,
         data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
-    return text;
+    return text + (o.favour.empty() ? "" : " favour " + o.favour) + (o.most.empty() ? "" : " most " + o.most);
 }
 
 } // namespace orvane::train

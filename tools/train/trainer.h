@@ -30,6 +30,8 @@ struct TrainOptions {
     std::size_t faces = 12000;        // windows for a stage, held ones among them
     std::size_t leastNegatives = 200; // training ends when a harvest brings fewer out of pictures
     double balance = 0.2;
+    std::string favour; // sources of faces that are drawn more often, "name=times,..."
+    std::string most;   // at most so many crops of a source, "name=number,..."
     Framing framing;
     HarvestOptions harvest;
 };
