@@ -23,6 +23,11 @@ inline Vector Smallest(Vector a, Vector b) { return _mm256_min_epu8(a, b); }
 inline Vector Largest(Vector a, Vector b) { return _mm256_max_epu8(a, b); }
 inline Vector Equal(Vector a, Vector b) { return _mm256_cmpeq_epi8(a, b); }
 inline uint32 SetBits(Vector mask) { return static_cast<uint32>(_mm256_movemask_epi8(mask)); }
+/// Of bytes with signs.
+inline Vector IsMore(Vector a, Vector b) { return _mm256_cmpgt_epi8(a, b); }
+/// Sums of bytes, in words at the beginnings of eight.
+inline Vector SumOfEight(Vector v) { return _mm256_sad_epu8(v, Zero()); }
+inline Vector OtherSign(Vector v) { return _mm256_xor_si256(v, _mm256_set1_epi8(-128)); }
 inline Vector Both(Vector a, Vector b) { return _mm256_and_si256(a, b); }
 inline Vector Either(Vector a, Vector b) { return _mm256_or_si256(a, b); }
 inline Vector ButNot(Vector a, Vector b) { return _mm256_andnot_si256(b, a); }
@@ -44,6 +49,13 @@ inline Vector PackNumbers(Vector low, Vector high) { return _mm256_packs_epi32(l
 inline Vector AddWords(Vector a, Vector b) { return _mm256_add_epi16(a, b); }
 inline Vector SubtractWords(Vector a, Vector b) { return _mm256_sub_epi16(a, b); }
 inline Vector NegativeWords(Vector v) { return _mm256_srai_epi16(v, 15); }
+inline Vector ProductOfWords(Vector a, Vector b) { return _mm256_mullo_epi16(a, b); }
+inline Vector UpperProductOfWords(Vector a, Vector b) { return _mm256_mulhi_epu16(a, b); }
+inline Vector SplatWord(int32 v) { return _mm256_set1_epi16(static_cast<int16>(v)); }
+/// Words of bytes times 256.
+inline Vector LowUpperBytes(Vector v) { return _mm256_unpacklo_epi8(Zero(), v); }
+inline Vector HighUpperBytes(Vector v) { return _mm256_unpackhi_epi8(Zero(), v); }
+inline Vector UpperBytes(Vector words) { return _mm256_srli_epi16(words, 8); }
 template <int32 Bits>
 inline Vector ShiftWords(Vector v) {
     return _mm256_slli_epi16(v, Bits);
@@ -143,6 +155,11 @@ inline Vector Smallest(Vector a, Vector b) { return _mm_min_epu8(a, b); }
 inline Vector Largest(Vector a, Vector b) { return _mm_max_epu8(a, b); }
 inline Vector Equal(Vector a, Vector b) { return _mm_cmpeq_epi8(a, b); }
 inline uint32 SetBits(Vector mask) { return static_cast<uint32>(_mm_movemask_epi8(mask)); }
+/// Of bytes with signs.
+inline Vector IsMore(Vector a, Vector b) { return _mm_cmpgt_epi8(a, b); }
+/// Sums of bytes, in words at the beginnings of eight.
+inline Vector SumOfEight(Vector v) { return _mm_sad_epu8(v, Zero()); }
+inline Vector OtherSign(Vector v) { return _mm_xor_si128(v, _mm_set1_epi8(-128)); }
 inline Vector Both(Vector a, Vector b) { return _mm_and_si128(a, b); }
 inline Vector Either(Vector a, Vector b) { return _mm_or_si128(a, b); }
 inline Vector ButNot(Vector a, Vector b) { return _mm_andnot_si128(b, a); }
@@ -161,6 +178,13 @@ inline Vector PackNumbers(Vector low, Vector high) { return _mm_packs_epi32(low,
 inline Vector AddWords(Vector a, Vector b) { return _mm_add_epi16(a, b); }
 inline Vector SubtractWords(Vector a, Vector b) { return _mm_sub_epi16(a, b); }
 inline Vector NegativeWords(Vector v) { return _mm_srai_epi16(v, 15); }
+inline Vector ProductOfWords(Vector a, Vector b) { return _mm_mullo_epi16(a, b); }
+inline Vector UpperProductOfWords(Vector a, Vector b) { return _mm_mulhi_epu16(a, b); }
+inline Vector SplatWord(int32 v) { return _mm_set1_epi16(static_cast<int16>(v)); }
+/// Words of bytes times 256.
+inline Vector LowUpperBytes(Vector v) { return _mm_unpacklo_epi8(Zero(), v); }
+inline Vector HighUpperBytes(Vector v) { return _mm_unpackhi_epi8(Zero(), v); }
+inline Vector UpperBytes(Vector words) { return _mm_srli_epi16(words, 8); }
 template <int32 Bits>
 inline Vector ShiftWords(Vector v) {
     return _mm_slli_epi16(v, Bits);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace orvane::generic {
@@ -24,6 +25,7 @@ struct RotateFrame {
     ImageRect dstRoi;
     ImageRect part;      // of dstRoi, which alone is written; the status is that of dstRoi
     ImagePoint dstPixel; // that `dst` points to
+    bool blanks;         // pixels of the part that nothing lands on become 0
     RotationMap map;
 };
 
@@ -35,6 +37,23 @@ const uint8* SourcePixel(const RotateFrame& f, int32 x, int32 y) {
 template <int32 Channels>
 uint8* DestinationPixel(const RotateFrame& f, int32 x, int32 y) {
     return RowAt(f.dst, f.dstStep, y - f.dstPixel.y) + static_cast<std::ptrdiff_t>(x - f.dstPixel.x) * Channels;
+}
+
+/// Zeroes pixels `first` to before `end` of a row of the part, where that is asked for.
+template <int32 Channels>
+void Blank(const RotateFrame& f, int64 y, int64 first, int64 end) {
+    if (!f.blanks || first >= end) return;
+    std::memset(DestinationPixel<Channels>(f, static_cast<int32>(first), static_cast<int32>(y)), 0,
+                static_cast<std::size_t>(end - first) * Channels);
+}
+
+/// All pixels of rows `first` to before `end`, as far as they are the part's.
+template <int32 Channels>
+void BlankRows(const RotateFrame& f, int64 first, int64 end) {
+    end = std::min(end, int64{f.part.y} + f.part.height);
+    for (int64 y = std::max<int64>(first, f.part.y); y < end; ++y) {
+        Blank<Channels>(f, y, f.part.x, int64{f.part.x} + f.part.width);
+    }
 }
 
 // --- quarter turns ---
@@ -71,6 +90,7 @@ int32 RotateExactly(RotateFrame f) {
     if (seenColumns.first > seenColumns.last || seenRows.first > seenRows.last) return kNoIntersection;
     const Range columns = CutRange(seenColumns, f.part.x, f.part.width);
     const Range rows = CutRange(seenRows, f.part.y, f.part.height);
+    BlankRows<Channels>(f, f.part.y, int64{f.part.y} + f.part.height);
 
     const RowKernels& kernels = CurrentRowKernels();
     constexpr int64 kBlock = 64;
@@ -215,15 +235,24 @@ int32 RotateBySpans(RotateFrame f) {
     const Span rows = WholeNumbers(top, bottom, f.dstRoi.y, f.dstRoi.height);
     bool landed = false;
     Band<Channels, SampleRow> band;
+    BlankRows<Channels>(f, f.part.y, rows.first);
+    BlankRows<Channels>(f, std::max<int64>(f.part.y, int64{rows.last} + 1), int64{f.part.y} + f.part.height);
     for (int64 row = rows.first; row <= rows.last; ++row) {
         const auto y = static_cast<int32>(row);
         const bool written = y >= f.part.y && row < int64{f.part.y} + f.part.height;
         if (landed && !written) continue;
         const Span span = SpanOfRow(quad, y, f.dstRoi);
-        if (span.first > span.last) continue;
+        if (span.first > span.last) {
+            BlankRows<Channels>(f, y, row + 1);
+            continue;
+        }
         landed = true;
         if (!written) continue;
-        band.Add(RestOfSpan(f, span, y));
+        const RowRest rest = RestOfSpan(f, span, y);
+        const int64 partEnd = int64{f.part.x} + f.part.width, first = std::min(rest.x, partEnd);
+        Blank<Channels>(f, y, f.part.x, first);
+        Blank<Channels>(f, y, std::max(first, rest.end), partEnd);
+        band.Add(rest);
         if (band.IsFull()) band.Fill(f);
     }
     band.Fill(f);
@@ -270,7 +299,7 @@ int32 Rotate(RotateFrame f, double angle, double xShift, double yShift, int32 in
 /// A frame that writes all of `dstRoi`, from the destination's first pixel on.
 RotateFrame WholeFrame(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst, int32 dstStep,
                        ImageRect dstRoi) {
-    return {src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi, dstRoi, {0, 0}, {}};
+    return {src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi, dstRoi, {0, 0}, false, {}};
 }
 
 } // namespace
@@ -323,9 +352,13 @@ int32 RotatePart(int32 channels, const uint8* src, ImageSize srcSize, int32 srcS
                                      {0, 0, whole.width, whole.height},
                                      part,
                                      {part.x, part.y},
+                                     true,
                                      {}};
     const auto rotate = channels == 3 ? generic::Rotate<3> : generic::Rotate<1>;
-    return rotate(frame, angle, xShift, yShift, kLinear);
+    const int32 status = rotate(frame, angle, xShift, yShift, kLinear);
+    const auto blankRows = channels == 3 ? generic::BlankRows<3> : generic::BlankRows<1>;
+    if (status != kOk && dst != nullptr && dstStep > 0) blankRows(frame, part.y, int64{part.y} + part.height);
+    return status;
 }
 
 } // namespace orvane

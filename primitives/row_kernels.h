@@ -14,6 +14,17 @@ struct ByteLimits {
     uint8 aboveMost;
 };
 
+/// What bytes are multiplied by: a whole number and 65536ths.
+struct ByteFactor {
+    uint16 whole; // up to kMostWhole, so that a product and a byte together stay below 2^15
+    uint16 fraction;
+
+    static constexpr int32 kMostWhole = 127;
+};
+
+/// Levels that pixels are counted from at once.
+inline constexpr int32 kCountedLevels = 6;
+
 /// Rows around one of a picture's edges. Those of magnitudes have a 0 at both ends and no component above 16383.
 struct EdgeRows16 {
     const int16* dx;
@@ -136,11 +147,15 @@ struct RowKernels {
     /// Adds how many pixels lie within the bounds, a channel at a time.
     void (*countInRange)(const uint8* row, int32 width, const uint8* lower, const uint8* upper, uint32 (&found)[3]);
 
+    /// Adds, a channel at a time, how many pixels have each of the levels, which are not 0, or a higher one.
+    void (*countFrom)(const uint8* row, int32 width, const uint8 (&levels)[kCountedLevels],
+                      uint32 (&found)[kCountedLevels][3]);
+
     /// Floats to the nearest byte, a tie to the even one; 0 for what is not a number.
     void (*roundToBytes)(const uint8* floats, uint8* to, int64 count);
 
-    /// (level - low) * factor, rounded half up, from 0 to 255; the factor is above 0. `to` may be `from`.
-    void (*stretch)(const uint8* from, uint8* to, int64 count, uint8 low, float factor);
+    /// Each level less `low`, times the factor, rounded half up, from 0 to 255. `to` may be `from`.
+    void (*stretch)(const uint8* from, uint8* to, int64 count, uint8 low, ByteFactor factor);
 
     /// The smallest of `count` rows, element by element; `result` may be one of them.
     void (*lowest)(const uint8* const* rows, int32 count, uint8* result, int64 width);

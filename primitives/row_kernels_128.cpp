@@ -26,6 +26,7 @@ const RowKernels kRowKernels128 = {
     RunLimit,
     RunSubtract,
     RunCountInRange,
+    RunCountFrom,
     RunRoundToBytes,
     RunStretch,
     RunLowest,

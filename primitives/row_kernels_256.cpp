@@ -27,6 +27,7 @@ const RowKernels kRowKernels256 = {
     RunLimit,
     RunSubtract,
     RunCountInRange,
+    RunCountFrom,
     RunRoundToBytes,
     RunStretch,
     RunLowest,
