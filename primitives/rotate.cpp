@@ -214,7 +214,7 @@ public:
 
 private:
     static constexpr int32 kRows = 32;
-    static constexpr int64 kColumns = 512;
+    static constexpr int64 kColumns = 1024;
 
     static void FillBlock(const RotateFrame& f, RowRest& row, int64 blockEnd) {
         const int64 count = std::min(row.end, blockEnd) - row.x;
