@@ -73,8 +73,61 @@ Range CutRange(Range range, int32 origin, int32 length) {
 
 Range RangeBetween(int64 a, int64 b) { return {std::min(a, b), std::max(a, b)}; }
 
-/// Copies the region by transposition or reversal. Destination columns are taken in blocks, so that the
-/// source rows that a block runs along stay in the cache.
+/// Pixels of a destination, which a quarter turn fills.
+struct TurnedBlock {
+    Range columns, rows;
+
+    bool IsEmpty() const { return columns.first > columns.last || rows.first > rows.last; }
+};
+
+/// Fills a block; of a row of pixels that lie side by side in the source, from the last to the first, whole vectors.
+template <int32 Channels>
+void FillExactly(const RotateFrame& f, const TurnedBlock& block) {
+    const auto cosine = static_cast<int64>(f.map.cosine), sine = static_cast<int64>(f.map.sine);
+    const auto xShift = static_cast<int64>(f.map.xShift), yShift = static_cast<int64>(f.map.yShift);
+    const std::ptrdiff_t along = static_cast<std::ptrdiff_t>(cosine * Channels + sine * f.srcStep);
+    const int64 count = block.columns.last - block.columns.first + 1;
+    for (int64 y = block.rows.first; y <= block.rows.last; ++y) {
+        const int64 x = block.columns.first;
+        const auto u = static_cast<int32>(cosine * (x - xShift) - sine * (y - yShift));
+        const auto v = static_cast<int32>(sine * (x - xShift) + cosine * (y - yShift));
+        const uint8* from = SourcePixel<Channels>(f, u, v);
+        uint8* to = DestinationPixel<Channels>(f, static_cast<int32>(x), static_cast<int32>(y));
+        if (Channels == 3 && along == -3) {
+            CurrentRowKernels().reverse(from, to, count);
+            continue;
+        }
+        for (int64 i = 0; i < count; ++i, to += Channels) {
+            for (int32 c = 0; c < Channels; ++c) to[c] = from[i * along + c];
+        }
+    }
+}
+
+/// Fills a block by columns of the source, tile by tile, so that what one column has beside the next stays in the
+/// cache.
+template <int32 Channels>
+void Transpose(const RotateFrame& f, const TurnedBlock& block) {
+    constexpr int64 kColumns = 64, kRows = 32;
+    const RowKernels& kernels = CurrentRowKernels();
+    const auto sine = static_cast<int64>(f.map.sine);
+    const auto xShift = static_cast<int64>(f.map.xShift), yShift = static_cast<int64>(f.map.yShift);
+    for (int64 left = block.columns.first; left <= block.columns.last; left += kColumns) {
+        for (int64 top = block.rows.first; top <= block.rows.last; top += kRows) {
+            const Transposition tile = {
+                SourcePixel<Channels>(f, static_cast<int32>(-sine * (top - yShift)),
+                                      static_cast<int32>(sine * (left - xShift))),
+                static_cast<std::ptrdiff_t>(sine * f.srcStep),
+                static_cast<std::ptrdiff_t>(-sine * Channels),
+                static_cast<int32>(std::min(kColumns, block.columns.last - left + 1)),
+                static_cast<int32>(std::min(kRows, block.rows.last - top + 1)),
+                DestinationPixel<Channels>(f, static_cast<int32>(left), static_cast<int32>(top)),
+                f.dstStep};
+            (Channels == 3 ? kernels.transpose3 : kernels.transpose1)(tile);
+        }
+    }
+}
+
+/// Whole numbers lead to whole numbers, so every pixel of the destination is one of the source.
 template <int32 Channels>
 int32 RotateExactly(RotateFrame f) {
     constexpr double kFarthest = 1e12; // no 32-bit position gets there
@@ -92,25 +145,25 @@ int32 RotateExactly(RotateFrame f) {
     const Range rows = CutRange(seenRows, f.part.y, f.part.height);
     BlankRows<Channels>(f, f.part.y, int64{f.part.y} + f.part.height);
 
-    const RowKernels& kernels = CurrentRowKernels();
-    constexpr int64 kBlock = 64;
-    const std::ptrdiff_t along = std::ptrdiff_t{cosine} * Channels + std::ptrdiff_t{sine} * f.srcStep;
-    for (int64 left = columns.first; left <= columns.last; left += kBlock) {
-        const int64 right = std::min(left + kBlock - 1, columns.last);
-        for (int64 y = rows.first; y <= rows.last; ++y) {
-            const auto u = static_cast<int32>(cosine * (left - xShift) - sine * (y - yShift));
-            const auto v = static_cast<int32>(sine * (left - xShift) + cosine * (y - yShift));
-            const uint8* from = SourcePixel<Channels>(f, u, v);
-            uint8* to = DestinationPixel<Channels>(f, static_cast<int32>(left), static_cast<int32>(y));
-            if (Channels == 3 && along == -3) {
-                kernels.reverse(from, to, right - left + 1);
-                continue;
-            }
-            for (int64 i = 0; i <= right - left; ++i, to += Channels) {
-                for (int32 c = 0; c < Channels; ++c) to[c] = from[i * along + c];
-            }
-        }
+    TurnedBlock block{columns, rows};
+    if (block.IsEmpty()) return kOk;
+    if (sine == 0) {
+        FillExactly<Channels>(f, block);
+        return kOk;
     }
+    // Pixels at the ends of the source's rows, of which vectors would read more than there is, have rows of their own.
+    constexpr int64 kRead = 6;
+    const int64 whole = f.srcSize.width - kRead; // the last pixel from which as many can be read
+    TurnedBlock ends = block;
+    if (sine > 0) {
+        block.rows.first = std::max(block.rows.first, yShift - whole);
+        ends.rows.last = std::min(ends.rows.last, block.rows.first - 1);
+    } else {
+        block.rows.last = std::min(block.rows.last, yShift + whole);
+        ends.rows.first = std::max(ends.rows.first, block.rows.last + 1);
+    }
+    if (!ends.IsEmpty()) FillExactly<Channels>(f, ends);
+    if (!block.IsEmpty()) Transpose<Channels>(f, block);
     return kOk;
 }
 

@@ -108,6 +108,18 @@ struct TurnedPath {
     void (*exactly)(const TurnedPath& path, double u, double v, uint8* to);
 };
 
+/// A rectangle of pixels, of which one lies `along` bytes from the next of its row and `down`, a pixel's bytes or less
+/// than nothing by as much, from that below it; as rows `toStep` apart.
+struct Transposition {
+    const uint8* from;
+    std::ptrdiff_t along;
+    std::ptrdiff_t down;
+    int32 columns;
+    int32 rows;
+    uint8* to;
+    std::ptrdiff_t toStep;
+};
+
 struct RowKernels {
     /// Hue, saturation and value of three interleaved channels; `dst` may be `src`.
     void (*hsv)(const uint8* src, uint8* dst, int32 width);
@@ -124,6 +136,10 @@ struct RowKernels {
 
     /// Pixels of three channels, the first of them at `from`, the next ones before it.
     void (*reverse)(const uint8* from, uint8* to, int64 count);
+
+    /// Pixels of one channel, or of three: from each of these sixteen bytes can be read.
+    void (*transpose1)(const Transposition& transposition);
+    void (*transpose3)(const Transposition& transposition);
 
     /// `order` holds numbers from 0 to 2.
     void (*swap)(const uint8* src, uint8* dst, const int32* order, int32 width);

@@ -5,6 +5,7 @@
 #include "primitives/integral_rows_body.h"
 #include "primitives/pixel_rows_body.h"
 #include "primitives/resize_rows_body.h"
+#include "primitives/transpose_body.h"
 #include "primitives/window_rows_body.h"
 
 namespace orvane {
@@ -18,6 +19,8 @@ const RowKernels kRowKernels128 = {
     RunGrey,
     RunSplit,
     RunReverse,
+    RunTranspose1,
+    RunTranspose3,
     RunSwap,
     RunCopyMasked,
     RunCutOut,

@@ -6,6 +6,7 @@
 #include "primitives/pixel_rows_body.h"
 #include "primitives/resize_rows_body.h"
 #include "primitives/rotate_rows_body.h"
+#include "primitives/transpose_body.h"
 #include "primitives/window_rows_body.h"
 
 namespace orvane {
@@ -19,6 +20,8 @@ const RowKernels kRowKernels256 = {
     RunGrey,
     RunSplit,
     RunReverse,
+    RunTranspose1,
+    RunTranspose3,
     RunSwap,
     RunCopyMasked,
     RunCutOut,
