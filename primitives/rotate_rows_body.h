@@ -8,6 +8,7 @@
 #pragma once
 
 #include "primitives/byte_vectors.h"
+#include "primitives/raised_bytes.h"
 #include "primitives/row_kernels.h"
 
 namespace orvane::ORVANE_KERNELS {
@@ -198,10 +199,6 @@ struct PieceStart {
 
 /// Which of a sample's fraction, that has 15 bits once it is raised, is doubt: 2^-12 to either side of a whole number.
 constexpr int32 kRunDoubt = 8;
-/// Raises a sample, adds a half to round it and as much as it may be below a whole number: with that a fraction in
-/// doubt is a small one, and only of such a sample the whole number changes.
-constexpr float kRaise = 256.5F + static_cast<float>(kRunDoubt) / 32768;
-
 /// Vectors of a run, and its pixels: a longer one is cut.
 constexpr int32 kRunVectors = 24;
 constexpr int64 kRunPixels = kRunVectors * 8 / 3;
@@ -231,22 +228,7 @@ inline __m256i SampleEight(const uint8* upper, const uint8* lower, __m256 x, __m
     const __m256 top = _mm256_fmadd_ps(_mm256_sub_ps(EightFloats(upper + 3), p00), x, p00);
     const __m256 bottom = _mm256_fmadd_ps(_mm256_sub_ps(EightFloats(lower + 3), p01), x, p01);
     const __m256 sample = _mm256_fmadd_ps(_mm256_sub_ps(bottom, top), y, top);
-    const __m256i raised = _mm256_castps_si256(_mm256_add_ps(sample, _mm256_set1_ps(kRaise)));
-    return _mm256_add_epi32(raised, raised);
-}
-
-inline void StoreEight(__m256i samples, uint8* to) {
-    const __m256i third = TwiceTheSame(_mm_setr_epi8(2, 6, 10, 14, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
-    const __m256i bytes = _mm256_shuffle_epi8(samples, third);
-    const __m256i inOrder = _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 0, 4, 0, 4, 0, 4));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm256_castsi256_si128(inOrder));
-}
-
-/// A bit for each byte in doubt.
-inline uint32 DoubtsOf(__m256i samples) {
-    const __m256i certain = _mm256_and_si256(samples, _mm256_set1_epi32(0xFFFF & ~(4 * kRunDoubt - 1)));
-    const __m256i doubts = _mm256_cmpeq_epi32(certain, _mm256_setzero_si256());
-    return static_cast<uint32>(_mm256_movemask_ps(_mm256_castsi256_ps(doubts)));
+    return DoubledNumbers(_mm256_add_ps(sample, _mm256_set1_ps(kRaiseBy<kRunDoubt>)));
 }
 
 /// Some samples between two rows: the first one's place.
@@ -305,7 +287,7 @@ struct RunPiece {
 [[gnu::noinline]] void DecideDoubts(const RunPiece& piece, Run run, int64 first, int32 bytes) {
     uint8* to = piece.to + 3 * first;
     for (int32 i = 0; 8 * i < bytes; ++i) {
-        for (uint32 doubts = DoubtsOf(run.Eight(piece.ways, i)); doubts != 0; doubts &= doubts - 1) {
+        for (uint32 doubts = DoubtsOf<kRunDoubt>(run.Eight(piece.ways, i)); doubts != 0; doubts &= doubts - 1) {
             const int32 pixel = (8 * i + __builtin_ctz(doubts)) / 3;
             if (3 * pixel < bytes) piece.start.Decide(piece.path, first + pixel, to + 3 * pixel);
         }
@@ -335,7 +317,7 @@ inline void SampleRun(const RunPiece& piece, const Run& run, int32 first, int32 
         StoreEight(samples, to + 8 * i);
         least = _mm256_min_epu16(least, samples);
     }
-    if (DoubtsOf(least) != 0) DecideDoubts(piece, run, first, bytes);
+    if (DoubtsOf<kRunDoubt>(least) != 0) DecideDoubts(piece, run, first, bytes);
 }
 
 void SampleRuns(const TurnedPath& path, const PieceStart& start, int64 count, uint8* to) {

@@ -71,11 +71,21 @@ struct ColumnPlan {
     const ColumnBlock* blocks;
 };
 
-/// Of each element of a row.
+/// Of each element of a row: of the differences; and of the four pixels, as floats, for each block of kColumnBlock
+/// elements those of the first pixels, of the second ones and so on.
 struct CubicWeights {
     const double* a;
     const double* b;
     const double* c;
+    const float* ofPixels;
+};
+
+/// Four rows of the source, interpolated along themselves, and the weights of the row between them.
+struct CubicRows {
+    const float* lines[4]; // behind which kColumnBlock zeros stand
+    const uint8* sources[4];
+    double a, b, c;
+    float ofLines[4];
 };
 
 struct WeightedRow {
@@ -94,6 +104,23 @@ struct BoxSpan {
     int64 FirstWhole() const { return first + (head > 0.0 ? 1 : 0); }
     int64 Tail() const { return FirstWhole() + whole; }
     int64 End() const { return Tail() + (tail > 0.0 ? 1 : 0); }
+};
+
+/// Rows and columns of a box that BoxMeans takes, together.
+inline constexpr int32 kMostBoxLines = 13;
+
+/// One row of means of small boxes, three channels.
+struct BoxMeans {
+    const WeightedRow* rows;
+    int32 rowCount;
+    int32 columns; // of the region
+    int32 beyond;  // columns that boxes reach past it, where its last one goes on
+    float* sums;   // of all of these, in which kMostBoxLines columns more can be read
+    const BoxSpan* spans;
+    const float* weights; // of each two pixels in turn `taps` pairs: those of a column from each one's first on
+    int32 taps;
+    int32 count;
+    double scale;
 };
 
 /// The way through a picture from one sample of a turned row to the next; offsets in the picture fit 32 bits.
@@ -206,10 +233,11 @@ struct RowKernels {
                           int16* to);
     void (*linearRows)(const int16* row0, const int16* row1, int32 weight, int64 count, uint8* to);
 
-    /// Cubic interpolation likewise.
+    /// Cubic interpolation likewise; the lines that the first makes are for the second of the same form alone.
     void (*cubicColumns)(const uint8* row, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
                          int64 count, float* to);
-    void (*cubicRows)(const float* const (&rows)[4], double a, double b, double c, int64 count, uint8* to);
+    void (*cubicRows)(const CubicRows& rows, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
+                      int64 count, uint8* to);
 
     /// Weighted sums of rows, rounded to float after each row; when `goesOn`, added to the sums that are there.
     void (*boxRows)(const WeightedRow* rows, int32 rowCount, bool goesOn, float* sums, int64 count);
@@ -217,6 +245,9 @@ struct RowKernels {
     /// Means along rows of such sums, behind which one more can be read.
     void (*boxColumns1)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
     void (*boxColumns3)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
+
+    /// The same means at once, where there are few rows and columns in a box. Null where the plain form is as fast.
+    void (*boxMeans3)(const BoxMeans& means, uint8* out);
 
     /// Samples most of a piece that lies so far inside that eight bytes from each pixel on can be read; how many are
     /// left, the first of them at `u`, `v`. Null where the plain form is as fast.

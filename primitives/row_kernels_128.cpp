@@ -54,6 +54,7 @@ const RowKernels kRowKernels128 = {
     RunBoxColumns<3>,
     nullptr,
     nullptr,
+    nullptr,
 };
 
 } // namespace orvane

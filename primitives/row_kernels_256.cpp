@@ -1,6 +1,7 @@
 // The primitives' kernels with vectors of 256 bits.
 #define ORVANE_WIDE 1
 #define ORVANE_KERNELS kernels256 // by which one tells the forms apart in a program
+#include "primitives/box_means_body.h"
 #include "primitives/gradient_rows_body.h"
 #include "primitives/integral_rows_body.h"
 #include "primitives/pixel_rows_body.h"
@@ -53,6 +54,7 @@ const RowKernels kRowKernels256 = {
     RunBoxRows,
     RunBoxColumns<1>,
     RunBoxColumns<3>,
+    RunBoxMeans3,
     RunTurnedRow<1>,
     RunTurnedRow<3>,
 };
