@@ -297,9 +297,14 @@ struct RunPiece {
 /// A run near the end of a piece, which its last vector would leave.
 [[gnu::noinline]] void SampleLastRun(const RunPiece& piece, Run run, int64 first, int32 bytes) {
     uint8 apart[kRunVectors * 8];
-    for (int32 i = 0; 8 * i < bytes; ++i) StoreEight(run.Eight(piece.ways, i), apart + 8 * i);
+    __m256i least = _mm256_set1_epi32(-1); // of the fractions
+    for (int32 i = 0; 8 * i < bytes; ++i) {
+        const __m256i samples = run.Eight(piece.ways, i);
+        StoreEight(samples, apart + 8 * i);
+        least = _mm256_min_epu16(least, samples);
+    }
     __builtin_memcpy(piece.to + 3 * first, apart, static_cast<std::size_t>(bytes));
-    DecideDoubts(piece, run, first, bytes);
+    if (DoubtsOf<kRunDoubt>(least) != 0) DecideDoubts(piece, run, first, bytes);
 }
 
 /// Samples `first` to before `end` of a piece, which make up a run.
