@@ -152,8 +152,8 @@ int32 RotateExactly(RotateFrame f) {
         return kOk;
     }
     // Pixels at the ends of the source's rows, of which vectors would read more than there is, have rows of their own.
-    constexpr int64 kRead = 6;
-    const int64 whole = f.srcSize.width - kRead; // the last pixel from which as many can be read
+    constexpr int64 kBehind = 2;
+    const int64 whole = f.srcSize.width - 1 - kBehind; // the last pixel behind which as many can be read
     TurnedBlock ends = block;
     if (sine > 0) {
         block.rows.first = std::max(block.rows.first, yShift - whole);

@@ -164,7 +164,7 @@ struct RowKernels {
     /// Pixels of three channels, the first of them at `from`, the next ones before it.
     void (*reverse)(const uint8* from, uint8* to, int64 count);
 
-    /// Pixels of one channel, or of three: from each of these sixteen bytes can be read.
+    /// Pixels of one channel, or of three, behind each of which two more can be read.
     void (*transpose1)(const Transposition& transposition);
     void (*transpose3)(const Transposition& transposition);
 
