@@ -1,8 +1,9 @@
 // The bounds. A rectangle's sum is a whole number below 2^24 and exact in single precision; so are the differences on
 // the way to it. With u = 2^-24, what one rounding may do relative to its result, and M the largest magnitude that a
 // comparison of n rectangles can meet: weights and threshold are rounded once and each product once, which is 2 u M in
-// all, and each of the n additions is rounded, u M each. (n + 3) u M leaves room for terms of second order. The scan
-// knows the norm to 5 u of itself or 1e-5: its root, its factor and its product are rounded, and so is the trained one.
+// all, and each of the n additions is rounded, u M each. Weights as multiples of the smallest are 2 u M off, and after
+// them there is one product and one addition. (n + 4) u M leaves room for terms of second order. The scan knows the
+// norm to 5 u of itself or 1e-5: its root, its factor and its product are rounded, and so is the trained one.
 #include "detect/cascade_plan.h"
 
 #include "detect/classifier_file.h"
@@ -55,8 +56,9 @@ private:
         stage.firstRect = static_cast<int32>(plan_.rects.size());
         const int32 known = stage.continues ? RangeOf(t_, index - 1).classifiers : 0;
         if (!stage.continues) magnitude_ = error_ = 0.0;
-        for (int32 rects = kFewestRects; rects <= kMostRects; ++rects)
-            stage.stumpCounts[rects - 1] = AddStumps(range, known, rects);
+        stage.takesShortSums = true;
+        for (int32 kind = 0; kind < kStumpKinds; ++kind)
+            stage.stumpCounts[kind] = AddStumps(range, known, kind, stage.takesShortSums);
         int32 added = 0;
         for (const int32 count : stage.stumpCounts) added += count;
         if (added != range.classifiers - known) plan_.usable = false; // one with more rectangles
@@ -117,14 +119,15 @@ private:
         return sum;
     }
 
-    /// Adds those of the range with this many rectangles, less the first `known`.
-    int32 AddStumps(const StageRange& range, int32 known, int32 rects) {
+    /// Adds those of a kind of the range, less the first `known`.
+    int32 AddStumps(const StageRange& range, int32 known, int32 kind, bool& takeShortSums) {
         int32 added = 0;
         int32 rect = range.firstRect;
         for (int32 c = range.firstClassifier; c < range.firstClassifier + range.classifiers; ++c) {
             const int32 count = t_.classifierFeatureCount[static_cast<std::size_t>(c)];
-            if (count == rects && c >= range.firstClassifier + known) {
-                AddStump(static_cast<std::size_t>(c), static_cast<std::size_t>(rect), static_cast<std::size_t>(rects));
+            if (c >= range.firstClassifier + known && KindOf(t_.featureRect.data() + rect, count) == kind) {
+                AddStump(static_cast<std::size_t>(c), static_cast<std::size_t>(rect), static_cast<std::size_t>(count));
+                takeShortSums = takeShortSums && partsFit_;
                 ++added;
             }
             rect += count;
@@ -140,7 +143,7 @@ private:
         }
         const double threshold = t_.classifierThreshold[classifier];
         const double most = largest + std::fabs(threshold) * kLargestNorm;
-        const double bound = (static_cast<double>(rects) + 3.0) * kEpsilon * most +
+        const double bound = (static_cast<double>(rects) + 4.0) * kEpsilon * most +
                              std::fabs(threshold) * (5.0 * kEpsilon * kLargestNorm + 1e-5);
         // A stump of zeros has no scale and is never certain.
         const double scale = bound > 0.0 ? 1.0 / bound : 0.0;
@@ -148,6 +151,10 @@ private:
         plan_.stumps.push_back(
             {static_cast<float>(-threshold * scale), t_.classifierVal1[classifier], t_.classifierVal2[classifier]});
         plan_.trainedThresholds.push_back(t_.classifierThreshold[classifier]);
+        PartWeights parts{};
+        partsFit_ = FindPartWeights(&t_.featureRect[rect], &t_.featureWeight[rect], static_cast<int32>(rects), parts);
+        parts.unit = static_cast<float>(parts.unit * scale);
+        plan_.parts.push_back(parts);
         for (std::size_t r = rect; r < rect + rects; ++r) {
             plan_.trainedWeights.push_back(t_.featureWeight[r]);
             plan_.rects.push_back(t_.featureRect[r]);
@@ -159,7 +166,8 @@ private:
     CascadePlan plan_;
     double magnitude_ = 0.0; // of the sum so far, at the most
     double largestMagnitude_ = 0.0;
-    double error_ = 0.0; // of the sum so far, at the most
+    bool partsFit_ = false; // of the stump added last
+    double error_ = 0.0;    // of the sum so far, at the most
 };
 
 } // namespace

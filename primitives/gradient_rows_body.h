@@ -55,14 +55,8 @@ void RunRowSums(const int16* line, int16* to, int32 count) {
 // --- edges ---
 
 #if ORVANE_WIDE
-inline Vector LowPairs(Vector a, Vector b) { return _mm256_unpacklo_epi16(a, b); }
-inline Vector HighPairs(Vector a, Vector b) { return _mm256_unpackhi_epi16(a, b); }
-inline Vector SumsOfProducts(Vector a, Vector b) { return _mm256_madd_epi16(a, b); }
 inline Vector LargerWords(Vector a, Vector b) { return _mm256_max_epi16(a, b); }
 #else
-inline Vector LowPairs(Vector a, Vector b) { return _mm_unpacklo_epi16(a, b); }
-inline Vector HighPairs(Vector a, Vector b) { return _mm_unpackhi_epi16(a, b); }
-inline Vector SumsOfProducts(Vector a, Vector b) { return _mm_madd_epi16(a, b); }
 inline Vector LargerWords(Vector a, Vector b) { return _mm_max_epi16(a, b); }
 #endif
 
