@@ -230,6 +230,8 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
         if (first) {
             runsFused = RunsFused(params, scaled.height);
             if (runsFused && !fused.Reserve(scaled)) return kOutOfMemory;
+            const int32 status = runsFused ? kOk : MakeStages(g_classifier);
+            if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
             first = false;
         }
         if (runsFused) {

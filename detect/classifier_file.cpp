@@ -8,6 +8,7 @@
 #include <cmath>
 #include <memory>
 #include <new>
+#include <numeric>
 #include <utility>
 
 namespace orvane {
@@ -113,6 +114,17 @@ bool ContentIsSane(const ClassifierTables& t) {
            AllFinite(t.classifierVal2) && AllFinite(t.featureWeight);
 }
 
+/// Raises the bounds to those of a stage.
+void FindBounds(std::size_t stage, ClassifierTables& t) {
+    const auto count = t.classifierFeatureCount.begin() + t.stageClassifierStart[stage];
+    const int32 rects = std::accumulate(count, count + t.stageClassifierCount[stage], 0);
+    const auto first = t.featureRect.begin() + t.stageFeatureStart[stage];
+    for (auto rect = first; rect != first + rects; ++rect) {
+        t.maxFeatureWidth = std::max(t.maxFeatureWidth, rect->x + rect->width);
+        t.maxFeatureHeight = std::max(t.maxFeatureHeight, rect->y + rect->height);
+    }
+}
+
 PathString ClassifierFileName() {
     PathString name;
     for (const char c : {'O', 'r', 'v', 'a', 'n', 'e', '.', 'd', 'a', 't'})
@@ -162,7 +174,21 @@ int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tab
     for (float& threshold : tables.stageThreshold) threshold -= thresholdBias;
     for (ImageRect& rect : tables.featureRect) rect.y = tables.windowHeight - rect.height - rect.y;
 
+    if (!tables.stageThreshold.empty() && (tables.classifierThreshold.empty() || tables.featureRect.empty())) {
+        return kNullPointer;
+    }
+    for (std::size_t i = 0; i < tables.stageThreshold.size(); ++i) FindBounds(i, tables);
+    try {
+        tables.plan = PlanCascade(tables);
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    }
+    return kOk;
+}
+
+int32 MakeStages(ClassifierTables& tables) {
     for (std::size_t i = 0; i < tables.stageObject.size(); ++i) {
+        if (tables.stageObject[i] != nullptr) continue;
         const int32 features = tables.stageFeatureStart[i];
         const int32 classifiers = tables.stageClassifierStart[i];
         HaarClassifier* stage = nullptr;
@@ -173,15 +199,6 @@ int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tab
             tables.stageClassifierCount[i]);
         if (status != kOk) return status;
         tables.stageObject[i].reset(stage);
-        ImageSize size;
-        primGetHaarClassifierSize_32f(stage, &size);
-        tables.maxFeatureWidth = std::max(tables.maxFeatureWidth, size.width);
-        tables.maxFeatureHeight = std::max(tables.maxFeatureHeight, size.height);
-    }
-    try {
-        tables.plan = PlanCascade(tables);
-    } catch (const std::bad_alloc&) {
-        return kNoMemory;
     }
     return kOk;
 }
