@@ -6,7 +6,7 @@
 // norm to 5 u of itself or 1e-5: its root, its factor and its product are rounded, and so is the trained one.
 #include "detect/cascade_plan.h"
 
-#include "detect/classifier_file.h"
+#include "detect/stage_range.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,22 +19,6 @@ constexpr double kLargestNorm = 128.0;       // the deviation of bytes is at mos
 constexpr std::size_t kFewStumps = 12;
 constexpr double kLevels = 256.0;
 constexpr int32 kMostWindowPixels = 4096; // keeps every sum over a window, and of its squares, exact
-
-/// Where a stage's numbers lie in the tables.
-struct StageRange {
-    int32 firstClassifier;
-    int32 classifiers;
-    int32 firstRect;
-};
-
-StageRange RangeOf(const ClassifierTables& t, std::size_t stage) {
-    return {t.stageClassifierStart[stage], t.stageClassifierCount[stage], t.stageFeatureStart[stage]};
-}
-
-bool Continues(const StageRange& stage, const StageRange& before) {
-    return stage.firstClassifier == before.firstClassifier && stage.firstRect == before.firstRect &&
-           stage.classifiers >= before.classifiers;
-}
 
 class Planner {
 public:
@@ -51,14 +35,12 @@ private:
     void AddStage(std::size_t index) {
         const StageRange range = RangeOf(t_, index);
         PlannedStage stage{};
-        stage.continues = index > 0 && Continues(range, RangeOf(t_, index - 1));
+        stage.continues = Continues(t_, index);
         stage.firstStump = static_cast<int32>(plan_.stumps.size());
         stage.firstRect = static_cast<int32>(plan_.rects.size());
         const int32 known = stage.continues ? RangeOf(t_, index - 1).classifiers : 0;
         if (!stage.continues) magnitude_ = error_ = 0.0;
-        stage.takesShortSums = true;
-        for (int32 kind = 0; kind < kStumpKinds; ++kind)
-            stage.stumpCounts[kind] = AddStumps(range, known, kind, stage.takesShortSums);
+        for (int32 kind = 0; kind < kStumpKinds; ++kind) stage.stumpCounts[kind] = AddStumps(range, known, kind);
         int32 added = 0;
         for (const int32 count : stage.stumpCounts) added += count;
         if (added != range.classifiers - known) plan_.usable = false; // one with more rectangles
@@ -102,10 +84,8 @@ private:
     /// Whether all partial sums are multiples of a step that are small enough for a double.
     bool SumsAreExact() const {
         constexpr int kStepBits = 40;
-        const auto isMultiple = [](double value) {
-            const double steps = std::ldexp(value, kStepBits);
-            return steps == std::trunc(steps);
-        };
+        constexpr double kSteps = 1LL << kStepBits;
+        const auto isMultiple = [](double value) { return value * kSteps == std::trunc(value * kSteps); };
         return std::ldexp(largestMagnitude_, kStepBits) < 1LL << 53 &&
                std::all_of(plan_.stumps.begin(), plan_.stumps.end(), [&](const PlannedStump& stump) {
                    return isMultiple(stump.below) && isMultiple(stump.above);
@@ -120,14 +100,13 @@ private:
     }
 
     /// Adds those of a kind of the range, less the first `known`.
-    int32 AddStumps(const StageRange& range, int32 known, int32 kind, bool& takeShortSums) {
+    int32 AddStumps(const StageRange& range, int32 known, int32 kind) {
         int32 added = 0;
-        int32 rect = range.firstRect;
-        for (int32 c = range.firstClassifier; c < range.firstClassifier + range.classifiers; ++c) {
+        int32 rect = range.firstRect + RectsOf(t_, range.firstClassifier, known);
+        for (int32 c = range.firstClassifier + known; c < range.firstClassifier + range.classifiers; ++c) {
             const int32 count = t_.classifierFeatureCount[static_cast<std::size_t>(c)];
-            if (c >= range.firstClassifier + known && KindOf(t_.featureRect.data() + rect, count) == kind) {
+            if (KindOf(t_.featureRect.data() + rect, count) == kind) {
                 AddStump(static_cast<std::size_t>(c), static_cast<std::size_t>(rect), static_cast<std::size_t>(count));
-                takeShortSums = takeShortSums && partsFit_;
                 ++added;
             }
             rect += count;
@@ -151,10 +130,7 @@ private:
         plan_.stumps.push_back(
             {static_cast<float>(-threshold * scale), t_.classifierVal1[classifier], t_.classifierVal2[classifier]});
         plan_.trainedThresholds.push_back(t_.classifierThreshold[classifier]);
-        PartWeights parts{};
-        partsFit_ = FindPartWeights(&t_.featureRect[rect], &t_.featureWeight[rect], static_cast<int32>(rects), parts);
-        parts.unit = static_cast<float>(parts.unit * scale);
-        plan_.parts.push_back(parts);
+        if (plan_.stages.empty()) AddParts(rect, rects, scale);
         for (std::size_t r = rect; r < rect + rects; ++r) {
             plan_.trainedWeights.push_back(t_.featureWeight[r]);
             plan_.rects.push_back(t_.featureRect[r]);
@@ -162,12 +138,20 @@ private:
         }
     }
 
+    void AddParts(std::size_t rect, std::size_t rects, double scale) {
+        PartWeights parts{};
+        const bool fit =
+            FindPartWeights(&t_.featureRect[rect], &t_.featureWeight[rect], static_cast<int32>(rects), parts);
+        plan_.takesShortSums = plan_.takesShortSums && fit;
+        parts.unit = static_cast<float>(parts.unit * scale);
+        plan_.parts.push_back(parts);
+    }
+
     const ClassifierTables& t_;
     CascadePlan plan_;
     double magnitude_ = 0.0; // of the sum so far, at the most
     double largestMagnitude_ = 0.0;
-    bool partsFit_ = false; // of the stump added last
-    double error_ = 0.0;    // of the sum so far, at the most
+    double error_ = 0.0; // of the sum so far, at the most
 };
 
 } // namespace

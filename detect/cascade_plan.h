@@ -26,7 +26,6 @@ struct PlannedStage {
     int32 firstRect;
     float failsBelow; // sums that are certain whatever was lost in adding them up
     float passesFrom;
-    bool takesShortSums; // whether sums of 16 bits tell enough of each stump
 };
 
 /// A trained cascade as one stream. Stages that begin with all stumps of the stage before, as the trainer makes them,
@@ -37,9 +36,11 @@ struct CascadePlan {
     bool usable = false;
     std::vector<PlannedStage> stages;
     std::vector<PlannedStump> stumps;
-    std::vector<ImageRect> rects;   // in window coordinates of memory order
-    std::vector<float> weights;     // one a rectangle, divided like the threshold
-    std::vector<PartWeights> parts; // one a stump, the unit divided likewise; of use where a stage takes short sums
+    std::vector<ImageRect> rects; // in window coordinates of memory order
+    std::vector<float> weights;   // one a rectangle, divided like the threshold
+
+    bool takesShortSums = true;     // whether sums of 16 bits tell enough of each stump of the first stage
+    std::vector<PartWeights> parts; // one each, the unit divided like the threshold
 
     // The same undivided, for the windows that need more digits.
     std::vector<float> trainedThresholds;

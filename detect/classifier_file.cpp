@@ -3,12 +3,13 @@
 // is checked before the scan may follow it.
 #include "detect/classifier_file.h"
 
+#include "detect/stage_range.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <memory>
 #include <new>
-#include <numeric>
 #include <utility>
 
 namespace orvane {
@@ -116,10 +117,11 @@ bool ContentIsSane(const ClassifierTables& t) {
 
 /// Raises the bounds to those of a stage.
 void FindBounds(std::size_t stage, ClassifierTables& t) {
-    const auto count = t.classifierFeatureCount.begin() + t.stageClassifierStart[stage];
-    const int32 rects = std::accumulate(count, count + t.stageClassifierCount[stage], 0);
-    const auto first = t.featureRect.begin() + t.stageFeatureStart[stage];
-    for (auto rect = first; rect != first + rects; ++rect) {
+    const StageRange range = RangeOf(t, stage);
+    const int32 known = Continues(t, stage) ? RangeOf(t, stage - 1).classifiers : 0;
+    const auto first = t.featureRect.begin() + range.firstRect;
+    const auto end = first + RectsOf(t, range.firstClassifier, range.classifiers);
+    for (auto rect = first + RectsOf(t, range.firstClassifier, known); rect != end; ++rect) {
         t.maxFeatureWidth = std::max(t.maxFeatureWidth, rect->x + rect->width);
         t.maxFeatureHeight = std::max(t.maxFeatureHeight, rect->y + rect->height);
     }

@@ -10,7 +10,7 @@ namespace orvane {
 struct ResolvedStage {
     int32 stumpCounts[kStumpKinds];
     const PlannedStump* stumps;
-    const PartWeights* parts; // one for each stump
+    const PartWeights* parts; // one for each stump of the first stage
     const int32* corners;     // four offsets for each rectangle, in the order plus, minus, minus, plus
     const float* weights;     // one for each rectangle
     bool continues;

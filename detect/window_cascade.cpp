@@ -51,7 +51,7 @@ bool WindowCascade::ResolveStages() {
         ResolvedStage& resolved = stages_[i];
         std::copy(std::begin(stage.stumpCounts), std::end(stage.stumpCounts), resolved.stumpCounts);
         resolved.stumps = plan.stumps.data() + stage.firstStump;
-        resolved.parts = plan.parts.data() + stage.firstStump;
+        if (i == 0) resolved.parts = plan.parts.data();
         resolved.corners = corners_.data() + std::ptrdiff_t{4} * stage.firstRect;
         resolved.weights = plan.weights.data() + stage.firstRect;
         resolved.continues = stage.continues;
@@ -64,7 +64,7 @@ bool WindowCascade::ResolveStages() {
 void WindowCascade::Decide(ScaleRows& rows, int32 height) {
     FindNorms(rows, height);
     // Twice as many windows to a group pay while many are left, which is in the first stage.
-    beginsShort_ = rows.SumsAreExact() && classifier_.plan.stages[0].takesShortSums;
+    beginsShort_ = rows.SumsAreExact() && classifier_.plan.takesShortSums;
     for (int32 word = 0; word < rows.Words(); word += kTileWords) {
         for (int32 y = 0; y < height; y += kTileRows) {
             DecideTile(rows, {y, std::min(kTileRows, height - y), word, std::min(word + kTileWords, rows.Words())});

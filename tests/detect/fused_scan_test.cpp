@@ -126,7 +126,7 @@ TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithAFirstStageThatTakesShort
         // One that reaches the window's corners, without which the scan refuses the file.
         stages[0].classifiers.push_back({{{{0, 0, 1, 1}, 1.0F}, {{23, 23, 1, 1}, -1.0F}}, 0.0F, 0.0F, 0.0F});
         ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, stages))) << n;
-        takeShortSums += g_classifier.plan.stages[0].takesShortSums ? 1 : 0;
+        takeShortSums += g_classifier.plan.takesShortSums ? 1 : 0;
         ++all;
         ASSERT_TRUE(ToImage(RandomScene(random), g_sourceImage));
         withHits += BothScans(1.2F, "cascade " + std::to_string(n)).empty() ? 0 : 1;
@@ -141,7 +141,7 @@ TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWhereLargeSumsAreRounded) {
     // Which of two pixels is lighter: where sums are rounded, some that are are not.
     const WeakClassifier lighter{{{{0, 0, 1, 1}, 1.0F}, {{23, 23, 1, 1}, -1.0F}}, 0.0F, -1.0F, 1.0F};
     ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, {{{lighter}, 0.0F}})));
-    ASSERT_TRUE(g_classifier.plan.stages[0].takesShortSums);
+    ASSERT_TRUE(g_classifier.plan.takesShortSums);
     Random random(26);
     Scene scene = BlankScene(350, 500, 245);
     AddTexture(scene, 20, random);
