@@ -1,6 +1,6 @@
 #include "detect/scale_rows.h"
 
-#include "detect/edge_bits.h"
+#include "primitives/edge_bits.h"
 #include "primitives/resize_frame.h"
 
 #include <algorithm>

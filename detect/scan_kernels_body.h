@@ -250,37 +250,6 @@ void RunNorms(const InnerRectRows& rows, int32 count, float* norms) {
     }
 }
 
-/// Running sums of whole numbers, a vector at a time.
-struct Prefix {
-    Ints before{};
-
-    Ints Next(Vector values) {
-        const Vector within = RunningSums(values);
-        const Ints sums = reinterpret_cast<Ints>(within) + before;
-        before += reinterpret_cast<Ints>(Last(within));
-        return sums;
-    }
-
-private:
-    /// The last number, in each place.
-    static Vector Last(Vector v) {
-#if ORVANE_WIDE
-        return _mm256_permutevar8x32_epi32(v, _mm256_set1_epi32(7));
-#else
-        return _mm_shuffle_epi32(v, 0xFF);
-#endif
-    }
-};
-
-/// Of numbers whose upper halves are 0.
-inline Vector Squares(Vector v) {
-#if ORVANE_WIDE
-    return _mm256_madd_epi16(v, v);
-#else
-    return _mm_madd_epi16(v, v);
-#endif
-}
-
 /// Adds the lower halves of whole numbers to those of the row above.
 inline void StoreLowHalves(Vector numbers, const uint16* above, uint16* to) {
 #if ORVANE_WIDE
@@ -302,8 +271,8 @@ void RunIntegral(const uint8* pixels, int32 width, const SumRows& rows) {
     for (int32 i = 0; i < kLanes; ++i) middle[i] = kMiddleLevel * (i + 1);
     for (int32 x = 0; x < width; x += kLanes, middle += kMiddleLevel * kLanes) {
         const Vector values = PixelNumbers(pixels + x);
-        const Ints rowSums = sums.Next(values);
-        const Ints rowSquares = squareSums.Next(Squares(values));
+        const Ints rowSums = reinterpret_cast<Ints>(sums.Next(values));
+        const Vector rowSquares = squareSums.Next(Squares(values));
         Store(__builtin_convertvector(rowSums, Floats) + Load<Floats>(r.sumAbove + x), r.sum + x);
         StoreLowHalves(reinterpret_cast<Vector>(rowSums - middle), r.shortSumAbove + x, r.shortSum + x);
         Store(reinterpret_cast<UnsignedInts>(rowSquares) + Load<UnsignedInts>(r.squaresAbove + x), r.squares + x);

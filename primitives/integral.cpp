@@ -28,6 +28,13 @@ float StdDevAt(const RectRows& r, int32 x) {
     return static_cast<float>(std::sqrt(std::max(meanSquare - mean * mean, 0.0)));
 }
 
+/// Whether no float sum can need rounding, nor a row's sum of squares more than 32 bits.
+bool SumsAreWhole(ImageSize roi, float init) {
+    constexpr double kMost = 1 << 24;
+    const double largest = init + 255.0 * roi.width * roi.height;
+    return roi.width <= kMostIntegralPixels && init >= -kMost && largest <= kMost && std::trunc(init) == init;
+}
+
 int32 CheckRectStdDev(const float* sum, int32 sumStep, const double* sqsum, int32 sqsumStep, const float* dst,
                       int32 dstStep, ImageSize roi, ImageRect rect) {
     if (sum == nullptr || sqsum == nullptr || dst == nullptr) return kNullPointer;
@@ -53,7 +60,7 @@ int32 primSqrIntegral_8u32f64f_C1(const uint8* src, int32 srcStep, float* sum, i
 
     std::fill_n(sum, width + 1, sumInit);
     std::fill_n(sqsum, width + 1, sqsumInit);
-    const RowKernels& kernels = CurrentRowKernels();
+    const auto integral = SumsAreWhole(roi, sumInit) ? CurrentRowKernels().wholeIntegral : CurrentRowKernels().integral;
     for (int32 i = 0; i < roi.height; ++i) {
         const uint8* pixel = RowAt(src, srcStep, i);
         const float* sumAbove = RowAt(sum, sumStep, i);
@@ -62,7 +69,7 @@ int32 primSqrIntegral_8u32f64f_C1(const uint8* src, int32 srcStep, float* sum, i
         double* squaresRow = RowAt(sqsum, sqsumStep, i + 1);
         sumRow[0] = sumInit;
         squaresRow[0] = sqsumInit;
-        kernels.integral(pixel, roi.width, {sumAbove + 1, sumRow + 1, squaresAbove + 1, squaresRow + 1});
+        integral(pixel, roi.width, {sumAbove + 1, sumRow + 1, squaresAbove + 1, squaresRow + 1});
     }
     return kOk;
 }

@@ -50,6 +50,41 @@ void RunIntegral(const uint8* pixels, int32 width, const IntegralRows& rows) {
     }
 }
 
+#if ORVANE_WIDE
+inline Floats SumOf(Floats a, const float* b) { return _mm256_add_ps(a, _mm256_loadu_ps(b)); }
+inline Doubles SumOf(Doubles a, const double* b) { return _mm256_add_pd(a, _mm256_loadu_pd(b)); }
+inline void StoreAll(float* to, Floats v) { _mm256_storeu_ps(to, v); }
+inline void StoreAll(double* to, Doubles v) { _mm256_storeu_pd(to, v); }
+inline int32 FirstNumber(Vector v) { return _mm_cvtsi128_si32(_mm256_castsi256_si128(v)); }
+#else
+inline Floats SumOf(Floats a, const float* b) { return _mm_add_ps(a, _mm_loadu_ps(b)); }
+inline Doubles SumOf(Doubles a, const double* b) { return _mm_add_pd(a, _mm_loadu_pd(b)); }
+inline void StoreAll(float* to, Floats v) { _mm_storeu_ps(to, v); }
+inline void StoreAll(double* to, Doubles v) { _mm_storeu_pd(to, v); }
+inline int32 FirstNumber(Vector v) { return _mm_cvtsi128_si32(v); }
+#endif
+
+void RunWholeIntegral(const uint8* pixels, int32 width, const IntegralRows& rows) {
+    const IntegralRows r = rows;
+    Prefix sums, squareSums;
+    int32 x = 0;
+    for (; width - x >= 2 * kDoubles; x += 2 * kDoubles) {
+        const Vector p = PixelNumbers(pixels + x);
+        const Vector squares = squareSums.Next(Squares(p));
+        StoreAll(r.sum + x, SumOf(FloatsOf(sums.Next(p)), r.sumAbove + x));
+        StoreAll(r.squares + x, SumOf(LowDoubles(squares), r.squaresAbove + x));
+        StoreAll(r.squares + x + kDoubles, SumOf(HighDoubles(squares), r.squaresAbove + x + kDoubles));
+    }
+    int32 rowSum = FirstNumber(sums.All()), rowSquares = FirstNumber(squareSums.All());
+    for (; x < width; ++x) {
+        const int32 p = pixels[x];
+        rowSum += p;
+        rowSquares += p * p;
+        r.sum[x] = static_cast<float>(rowSum) + r.sumAbove[x];
+        r.squares[x] = r.squaresAbove[x] + static_cast<double>(rowSquares);
+    }
+}
+
 /// The corners of a sum over a rectangle.
 template <typename T>
 struct Corners {

@@ -1,7 +1,7 @@
 // The fused walk over a scale gives what the primitives give one after the other, with each form of the kernels.
 #include "detect/scale_rows.h"
 
-#include "detect/edge_bits.h"
+#include "primitives/edge_bits.h"
 #include "detect/edge_pruning.h"
 #include "primitives/primitives.h"
 #include "tests/detect/kernel_sets.h"
