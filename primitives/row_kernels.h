@@ -174,11 +174,8 @@ struct RowKernels {
     /// 255 where the mark is that, else 0.
     void (*keepEdges)(const uint8* mark, uint8* to, int32 width);
 
+    /// Of up to kMostIntegralPixels.
     void (*integral)(const uint8* pixels, int32 width, const IntegralRows& rows);
-
-    /// The same where all sums are whole numbers of 2^24 at the most, whose order and rounding do not matter, of up to
-    /// kMostIntegralPixels.
-    void (*wholeIntegral)(const uint8* pixels, int32 width, const IntegralRows& rows);
     void (*stdDevs)(const RectRows& rows, int32 width, float* to);
 
     /// Linear interpolation along a row, two weights an element, and between two such rows.

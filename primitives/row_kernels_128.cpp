@@ -41,7 +41,6 @@ const RowKernels kRowKernels128 = {
     RunSpreadBits,
     RunKeepEdges,
     RunIntegral,
-    RunWholeIntegral,
     RunStdDevs,
     RunLinearColumns,
     RunLinearRows,

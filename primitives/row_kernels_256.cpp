@@ -42,7 +42,6 @@ const RowKernels kRowKernels256 = {
     RunSpreadBits,
     RunKeepEdges,
     RunIntegral,
-    RunWholeIntegral,
     RunStdDevs,
     RunLinearColumns,
     RunLinearRows,

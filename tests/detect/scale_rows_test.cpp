@@ -1,8 +1,8 @@
 // The fused walk over a scale gives what the primitives give one after the other, with each form of the kernels.
 #include "detect/scale_rows.h"
 
-#include "primitives/edge_bits.h"
 #include "detect/edge_pruning.h"
+#include "primitives/edge_bits.h"
 #include "primitives/primitives.h"
 #include "tests/detect/kernel_sets.h"
 #include "tests/support/random.h"

@@ -42,15 +42,15 @@ TEST(SqrIntegral, EqualsThePlainFormAtEveryWidth) {
     }
 }
 
-TEST(SqrIntegral, EqualsThePlainFormOnBothSidesOfWhatIsWhole) {
+TEST(SqrIntegral, EqualsThePlainFormWhereSumsAreRoundedAndWhereNot) {
     // White pixels raise a sum as far as any, and from 2^24 on a float is rounded.
     Random random;
     const ImageSize roi{70, 9};
     Plane<uint8> src(roi.width, roi.height, 0, 0, 0);
     src.FillRegion(255);
     const float highest = 16777216.0f - 255 * 70 * 9;
-    for (const float init : {kScanInit, kScanInit - 2, -16777215.0f, 0.5f, -0.0f, 0.0f, highest, highest + 1,
-                             16777216.0f, std::numeric_limits<float>::infinity()}) {
+    for (const float init : {kScanInit, kScanInit - 2, -16777215.0f, 0.5f, 0.1f, 1e-10f, -1e-38f, 1e30f, -0.0f, 0.0f,
+                             highest, highest + 1, 16777216.0f, std::numeric_limits<float>::infinity()}) {
         const Integral planes(src, roi, init, 0.25, random);
         auto sum = planes.sum;
         auto squares = planes.squares;
