@@ -48,6 +48,9 @@ inline Vector PackWords(Vector low, Vector high) { return _mm256_packus_epi16(lo
 inline Vector PackNumbers(Vector low, Vector high) { return _mm256_packs_epi32(low, high); }
 inline Vector AddWords(Vector a, Vector b) { return _mm256_add_epi16(a, b); }
 inline Vector SubtractWords(Vector a, Vector b) { return _mm256_sub_epi16(a, b); }
+inline Vector LowPairs(Vector a, Vector b) { return _mm256_unpacklo_epi16(a, b); }
+inline Vector HighPairs(Vector a, Vector b) { return _mm256_unpackhi_epi16(a, b); }
+inline Vector SumsOfProducts(Vector a, Vector b) { return _mm256_madd_epi16(a, b); }
 inline Vector NegativeWords(Vector v) { return _mm256_srai_epi16(v, 15); }
 inline Vector ProductOfWords(Vector a, Vector b) { return _mm256_mullo_epi16(a, b); }
 inline Vector UpperProductOfWords(Vector a, Vector b) { return _mm256_mulhi_epu16(a, b); }
@@ -74,6 +77,7 @@ inline Floats RoughInverse(Floats v) { return _mm256_rcp_ps(v); }
 inline Floats LoadFloats(const uint8* from) { return _mm256_loadu_ps(reinterpret_cast<const float*>(from)); }
 inline Vector IsAbove(Floats a, Floats b) { return _mm256_castps_si256(_mm256_cmp_ps(a, b, _CMP_GT_OQ)); }
 inline Vector IsEqual(Floats a, Floats b) { return _mm256_castps_si256(_mm256_cmp_ps(a, b, _CMP_EQ_OQ)); }
+inline Vector AddNumbers(Vector a, Vector b) { return _mm256_add_epi32(a, b); }
 inline Vector SubtractNumbers(Vector a, Vector b) { return _mm256_sub_epi32(a, b); }
 /// All ones where the lowest bit is set.
 inline Vector OddNumbers(Vector v) { return _mm256_srai_epi32(_mm256_slli_epi32(v, 31), 31); }
@@ -177,6 +181,9 @@ inline Vector PackWords(Vector low, Vector high) { return _mm_packus_epi16(low, 
 inline Vector PackNumbers(Vector low, Vector high) { return _mm_packs_epi32(low, high); }
 inline Vector AddWords(Vector a, Vector b) { return _mm_add_epi16(a, b); }
 inline Vector SubtractWords(Vector a, Vector b) { return _mm_sub_epi16(a, b); }
+inline Vector LowPairs(Vector a, Vector b) { return _mm_unpacklo_epi16(a, b); }
+inline Vector HighPairs(Vector a, Vector b) { return _mm_unpackhi_epi16(a, b); }
+inline Vector SumsOfProducts(Vector a, Vector b) { return _mm_madd_epi16(a, b); }
 inline Vector NegativeWords(Vector v) { return _mm_srai_epi16(v, 15); }
 inline Vector ProductOfWords(Vector a, Vector b) { return _mm_mullo_epi16(a, b); }
 inline Vector UpperProductOfWords(Vector a, Vector b) { return _mm_mulhi_epu16(a, b); }
@@ -203,6 +210,7 @@ inline Floats RoughInverse(Floats v) { return _mm_rcp_ps(v); }
 inline Floats LoadFloats(const uint8* from) { return _mm_loadu_ps(reinterpret_cast<const float*>(from)); }
 inline Vector IsAbove(Floats a, Floats b) { return _mm_castps_si128(_mm_cmpgt_ps(a, b)); }
 inline Vector IsEqual(Floats a, Floats b) { return _mm_castps_si128(_mm_cmpeq_ps(a, b)); }
+inline Vector AddNumbers(Vector a, Vector b) { return _mm_add_epi32(a, b); }
 inline Vector SubtractNumbers(Vector a, Vector b) { return _mm_sub_epi32(a, b); }
 /// All ones where the lowest bit is set.
 inline Vector OddNumbers(Vector v) { return _mm_srai_epi32(_mm_slli_epi32(v, 31), 31); }

@@ -34,6 +34,9 @@ struct EdgeRows16 {
     const int16* below;
 };
 
+/// Pixels of a row of which 32 bits hold the sum of squares.
+inline constexpr int32 kMostIntegralPixels = 33024;
+
 /// Rows of integral images, after their first columns.
 struct IntegralRows {
     const float* sumAbove;
@@ -219,12 +222,17 @@ struct RowKernels {
     /// |dx| + |dy| of components up to 16383; 0 where at or below `low`.
     void (*magnitudes)(const int16* dx, const int16* dy, int32 width, int32 low, int16* to);
 
-    /// Marks the pixels that are the largest along their gradients: 255 those above `high`, 128 the others.
-    void (*markRidges)(const EdgeRows16& rows, int32 width, int32 high, uint8* mark);
+    /// Marks the pixels that are the largest along their gradients, as bits: all in `ridges`, those above `high` in
+    /// `strong` as well. Writes whole words of 64; rows of magnitudes go on with zeros for as many pixels and one more.
+    void (*ridgeBits)(const EdgeRows16& rows, int32 width, int32 high, uint64* ridges, uint64* strong);
+
+    /// 255 for each bit that is set, else 0.
+    void (*spreadBits)(const uint64* bits, uint8* to, int32 width);
 
     /// 255 where the mark is that, else 0.
     void (*keepEdges)(const uint8* mark, uint8* to, int32 width);
 
+    /// Of up to kMostIntegralPixels.
     void (*integral)(const uint8* pixels, int32 width, const IntegralRows& rows);
     void (*stdDevs)(const RectRows& rows, int32 width, float* to);
 
