@@ -12,7 +12,7 @@ namespace {
 
 #if ORVANE_WIDE
 
-constexpr int32 kBytes = 32;
+constexpr int64 kBytes = 32;
 using Vector = __m256i;
 
 inline Vector LoadBytes(const void* from) { return _mm256_loadu_si256(static_cast<const __m256i*>(from)); }
@@ -148,7 +148,7 @@ inline void StorePixels(const ThreeVectors& channels, uint8* to) {
 
 #else
 
-constexpr int32 kBytes = 16;
+constexpr int64 kBytes = 16;
 using Vector = __m128i;
 
 inline Vector LoadBytes(const void* from) { return _mm_loadu_si128(static_cast<const __m128i*>(from)); }
