@@ -46,7 +46,7 @@ private:
     void FindGradients(int32 y);
     void FindRidges(int32 y);
 
-    uint8* Samples(int32 y) { return samples_.data() + y % 3 * lineStride_ + 1; }
+    uint8* Samples(int32 y) { return samples_.data() + std::ptrdiff_t{y % 3} * lineStride_ + 1; }
     GradientRow Gradients(int32 y);
 
     const ScanKernels& kernels_;

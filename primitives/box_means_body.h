@@ -61,7 +61,7 @@ inline void SumBoxRows(const BoxMeans& m) {
         for (int32 k = 0; k < m.rowCount; ++k) sum += static_cast<float>(m.rows[k].weight) * m.rows[k].row[x];
         m.sums[x] = sum;
     }
-    for (; x < 3 * (m.columns + m.beyond); ++x) m.sums[x] = m.sums[x - 3];
+    for (; x < 3 * (int64{m.columns} + m.beyond); ++x) m.sums[x] = m.sums[x - 3];
 }
 
 /// The means of two pixels, with a fourth lane each that counts for nothing.

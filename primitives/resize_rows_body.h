@@ -108,7 +108,7 @@ inline double Polynomial(double s0, double s1, double s2, double s3, double a, d
     return s0 + a * d1 + b * d2 + c * d3;
 }
 
-inline float CubicElement(const uint8* p, int32 channels, const CubicWeights& w, int64 x) {
+inline float CubicElement(const uint8* p, std::ptrdiff_t channels, const CubicWeights& w, int64 x) {
     return static_cast<float>(Polynomial(p[0], p[channels], p[2 * channels], p[3 * channels], w.a[x], w.b[x], w.c[x]));
 }
 
@@ -129,7 +129,7 @@ inline void CubicBlock(const uint8* row, const ColumnBlock& block, int32 channel
         const auto* from = reinterpret_cast<const __m128i*>(row + block.base + std::ptrdiff_t{k} * channels);
         return _mm256_cvtepi32_ps(_mm256_shuffle_epi8(TwiceTheSame(_mm_loadu_si128(from)), places));
     };
-    const auto weight = [&](int32 k) { return _mm256_loadu_ps(weights + k * kColumnBlock); };
+    const auto weight = [&](int32 k) { return _mm256_loadu_ps(weights + std::ptrdiff_t{k} * kColumnBlock); };
     const __m256 two = _mm256_fmadd_ps(pixels(1), weight(1), _mm256_mul_ps(pixels(0), weight(0)));
     const __m256 three = _mm256_fmadd_ps(pixels(2), weight(2), two);
     _mm256_storeu_ps(to, _mm256_fmadd_ps(pixels(3), weight(3), three));
