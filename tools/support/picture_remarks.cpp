@@ -1,5 +1,6 @@
 #include "tools/support/picture_remarks.h"
 
+#include "tools/support/jpeg_scans.h"
 #include "tools/support/png_end.h"
 
 namespace orvane::tools {
@@ -20,6 +21,7 @@ bool IsAnimated(const std::string& content) {
 
 std::string PictureRemark(const std::string& content) {
     if (IsAnimated(content)) return "the picture moves; its first frame is taken";
+    if (!JpegScansAreWhole(content)) return "damaged in the middle; what is missing was filled in";
     return "";
 }
 
