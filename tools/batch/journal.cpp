@@ -70,7 +70,7 @@ std::string JournalLine(const JournalEntry& entry) {
 }
 
 bool ReadJournalLine(const std::string& line, JournalEntry* entry) {
-    if (line.size() < kFingerprintLength + 1) return false;
+    if (line.size() <= kFingerprintLength || line[kFingerprintLength] != ' ') return false;
     const std::string rest = line.substr(kFingerprintLength + 1);
     if (FingerprintOf(line.substr(0, kFingerprintLength)) != ContentFingerprint(rest)) return false;
     const std::vector<std::string> words = Words(rest);

@@ -10,8 +10,8 @@
 namespace orvane::tools {
 namespace {
 
-constexpr const char* kExtensions[] = {"jpg",  "jpeg", "png",  "bmp", "tif", "tiff", "webp",
-                                       "heic", "heif", "avif", "pnm", "ppm", "pgm",  "pbm"};
+constexpr const char* kExtensions[] = {"jpg",  "jpeg", "jpe",  "jfif", "png", "bmp", "tif", "tiff", "gif",
+                                       "webp", "heic", "heif", "avif", "pnm", "ppm", "pgm", "pbm"};
 
 /// "b" of "a/b/c.jpg"; empty where the path tells no folder with a name.
 std::string LastFolder(const std::string& path) {
