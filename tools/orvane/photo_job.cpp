@@ -34,7 +34,7 @@ std::string Packed(const WorkSettings& settings) {
     Packer packer;
     packer.Flag(settings.options.command == Command::portrait);
     PackPortrait(settings.options, &packer);
-    packer.Text(settings.options.steps).Flag(settings.options.force);
+    packer.Text(settings.options.steps).Flag(settings.options.force).Flag(settings.options.resume);
     packer.Integer(static_cast<std::int64_t>(settings.memory)).Flag(settings.journal);
     packer.Integer(std::bit_cast<std::int64_t>(settings.fingerprint));
     return packer.Bytes();
@@ -55,6 +55,7 @@ bool Unpack(const std::string& bytes, WorkSettings* settings) {
     options.rotation = Small(&unpacker);
     options.steps = unpacker.Text();
     options.force = unpacker.Flag();
+    options.resume = unpacker.Flag();
     settings->memory = static_cast<std::uint64_t>(unpacker.Integer());
     settings->journal = unpacker.Flag();
     settings->fingerprint = Fingerprint(&unpacker);

@@ -13,7 +13,7 @@ namespace orvane::tools {
 
 /// What holds for all photos of a run.
 struct WorkSettings {
-    Options options;               ///< Of these what a portrait depends on, `command`, `steps` and `force`.
+    Options options;               ///< Of these what a portrait depends on, `command`, `steps`, `force` and `resume`.
     std::uint64_t memory = 0;      ///< Bytes that the worker may take; 0 for no limit.
     bool journal = false;          ///< Whether finished portraits are written down.
     std::uint64_t fingerprint = 0; ///< Of all that a portrait depends on but its photo.

@@ -105,7 +105,7 @@ PhotoReport JournaledPortrait(Host& host, const WorkSettings& settings, const Ph
     report.photo = job.photo;
     std::string note;
     const Place place = LookAtPlace(settings, job, photo, &note);
-    if (place == Place::current) {
+    if (place == Place::current && settings.options.resume) {
         ReadNote(note, &report);
         report.status = kSuccess;
         report.output = job.output;
