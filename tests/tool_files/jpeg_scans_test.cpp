@@ -116,22 +116,21 @@ TEST(JpegScans, DataThatAreTooFewOrTooManyAreDamage) {
 }
 
 TEST(JpegScans, MostOverwrittenPiecesAreNoticed) {
-    for (const std::string& jpeg : {Photo(), Progressive()}) {
-        const std::size_t start = CodedData(jpeg);
-        int noticed = 0;
-        int tried = 0;
-        unsigned chance = 7;
-        for (std::size_t at = start; at + 40 < jpeg.size(); at += (jpeg.size() - start) / 40 + 1) {
-            std::string damaged = jpeg;
-            for (std::size_t i = 0; i < 16; ++i) {
-                chance = chance * 1664525 + 1013904223;
-                damaged[at + i] = static_cast<char>((chance >> 24) % 255); // no marker
-            }
-            ++tried;
-            noticed += JpegScansAreWhole(damaged) ? 0 : 1;
+    const std::string jpeg = Photo();
+    const std::size_t start = CodedData(jpeg);
+    int noticed = 0;
+    int tried = 0;
+    unsigned chance = 7;
+    for (std::size_t at = start; at + 40 < jpeg.size(); at += (jpeg.size() - start) / 40 + 1) {
+        std::string damaged = jpeg;
+        for (std::size_t i = 0; i < 16; ++i) {
+            chance = chance * 1664525 + 1013904223;
+            damaged[at + i] = static_cast<char>((chance >> 24) % 255); // no marker
         }
-        EXPECT_GE(noticed * 2, tried) << noticed << " of " << tried;
+        ++tried;
+        noticed += JpegScansAreWhole(damaged) ? 0 : 1;
     }
+    EXPECT_GE(noticed * 2, tried) << noticed << " of " << tried;
 }
 
 TEST(JpegScans, AnyBytesAreReadWithoutHarm) {
