@@ -64,13 +64,8 @@ bool JpegCode::Set(const unsigned char* counts, const unsigned char* symbols, st
     return set_ = true;
 }
 
-int JpegCode::Take(JpegBits* bits) const {
+int JpegCode::TakeLong(JpegBits* bits) const {
     const unsigned next = bits->Peek(kLongest);
-    const std::int16_t entry = quick_[next >> (kLongest - kQuick)];
-    if (entry >= 0) {
-        bits->Drop(entry >> 8);
-        return entry & 255;
-    }
     for (int length = kQuick + 1; length <= kLongest; ++length) {
         const auto code = static_cast<std::int32_t>(next >> (kLongest - length));
         if (code >= end_[static_cast<std::size_t>(length)]) continue;

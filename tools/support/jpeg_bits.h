@@ -23,17 +23,19 @@ public:
         real_ = 0;
     }
 
-    /// The next `count` bits, at most 16, without taking them.
-    unsigned Peek(int count) {
-        while (held_ < count) Load();
-        return static_cast<unsigned>(bits_ >> (held_ - count)) & ((1U << count) - 1);
+    /// Makes 32 bits ready, as much as a code and what follows it take.
+    void Fill() {
+        while (held_ < 32) Load();
     }
+    /// The next `count` bits, without taking them; they must be ready.
+    unsigned Peek(int count) const { return static_cast<unsigned>(bits_ >> (held_ - count)) & ((1U << count) - 1); }
     void Drop(int count) {
         held_ -= count;
         real_ -= count;
     }
+    /// Takes up to 16 bits.
     unsigned Take(int count) {
-        if (count == 0) return 0;
+        Fill();
         const unsigned value = Peek(count);
         Drop(count);
         return value;
@@ -63,12 +65,21 @@ public:
     bool Set(const unsigned char* counts, const unsigned char* symbols, std::size_t symbolCount);
     bool IsSet() const { return set_; }
 
-    /// The next symbol; -1 for bits that are no code.
-    int Take(JpegBits* bits) const;
+    /// The next symbol; -1 for bits that are no code. Up to 16 bits behind it are ready then.
+    int Take(JpegBits* bits) const {
+        bits->Fill();
+        const std::int16_t entry = quick_[bits->Peek(kQuick)];
+        if (entry < 0) return TakeLong(bits);
+        bits->Drop(entry >> 8);
+        return entry & 255;
+    }
 
 private:
     static constexpr int kQuick = 9;
     static constexpr int kLongest = 16;
+
+    /// The same for a code of more bits.
+    int TakeLong(JpegBits* bits) const;
 
     bool set_ = false;
     std::array<std::int16_t, 1 << kQuick>

@@ -269,7 +269,7 @@ private:
             }
             k += symbol >> 4;
             if (k > kLastCoefficient || size > kLongestOther) return false;
-            bits->Take(size);
+            bits->Drop(size);
         }
         return true;
     }
@@ -294,7 +294,7 @@ private:
             k += run;
             if (size == 0) continue;
             if (k > last_ || size > kLongestOther) return false;
-            bits->Take(size);
+            bits->Drop(size);
             *nonzero |= std::uint64_t{1} << k;
         }
         return true;
