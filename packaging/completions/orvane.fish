@@ -2,10 +2,11 @@
 complete -c orvane -f
 complete -c orvane -n __fish_use_subcommand -a portrait -d 'Make a portrait of each photo'
 complete -c orvane -n __fish_use_subcommand -a detect -d 'Look for the face in each photo'
+complete -c orvane -n __fish_use_subcommand -a report -d 'Join reports into one'
 complete -c orvane -n __fish_use_subcommand -a info -d 'Tell version, library, classifier and processor'
 complete -c orvane -n __fish_use_subcommand -a help -d 'Print a summary'
 complete -c orvane -n __fish_use_subcommand -a version -d 'Print the version'
-complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -F
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect report' -F
 complete -c orvane -n '__fish_seen_subcommand_from portrait detect info' -l json -d 'Results as JSON'
 complete -c orvane -n '__fish_seen_subcommand_from portrait' -s o -l output -r -F -d 'Where the portraits go'
 complete -c orvane -n '__fish_seen_subcommand_from portrait' -l size -x -d 'Pixels of the portrait'
@@ -15,3 +16,16 @@ complete -c orvane -n '__fish_seen_subcommand_from portrait' -l tolerance -x -d 
 complete -c orvane -n '__fish_seen_subcommand_from portrait' -l rotate -x -d 'Turn the portrait clockwise'
 complete -c orvane -n '__fish_seen_subcommand_from portrait' -l steps -x -a '(__fish_complete_directories)' -d 'Write the picture after each action'
 complete -c orvane -n '__fish_seen_subcommand_from portrait' -l force -d 'Replace existing files'
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -s r -l recursive -d 'Also the folders in a folder'
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -l files-from -r -F -d 'Also the photos of a list'
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -l shard -x -d 'Only part I of N'
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -l jobs -x -d 'Worker processes'
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -l timeout -x -d 'How long a photo may take'
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -l memory -x -d 'How much memory a worker may take'
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -l report -r -F -d 'One row a photo'
+complete -c orvane -n '__fish_seen_subcommand_from portrait detect' -l quiet -d 'No lines of photos that went well'
+complete -c orvane -n '__fish_seen_subcommand_from portrait' -l output-name -x -d 'Name of each portrait in the folder'
+complete -c orvane -n '__fish_seen_subcommand_from portrait' -l resume -d 'Skip what an earlier run made'
+complete -c orvane -n '__fish_seen_subcommand_from report' -a join
+complete -c orvane -n '__fish_seen_subcommand_from report' -s o -l output -r -F -d 'Where the report goes'
+complete -c orvane -n '__fish_seen_subcommand_from report' -l force -d 'Replace an existing file'

@@ -28,12 +28,19 @@ bool WriteAll(int file, const std::string& content) {
     return true;
 }
 
-/// Creates a file of a free name beside `path`, with the permissions that a new file gets.
-int CreateTemporary(const std::string& path, std::string* temporary) {
+constexpr int kAttempts = 100;
+
+/// A name beside `path` that no other process uses.
+std::string TemporaryName(const std::string& path, std::uint64_t process, int attempt) {
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "" : path.substr(0, slash + 1);
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        *temporary = folder + ".orvane-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp";
+    return folder + ".orvane-" + std::to_string(process) + "-" + std::to_string(attempt) + ".tmp";
+}
+
+/// Creates a file of a free name beside `path`, with the permissions that a new file gets.
+int CreateTemporary(const std::string& path, std::string* temporary) {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        *temporary = TemporaryName(path, static_cast<std::uint64_t>(::getpid()), attempt);
         const int file = ::open(temporary->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (file >= 0 || errno != EEXIST) return file;
     }
@@ -123,6 +130,12 @@ bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) 
     ::close(file);
     ::unlink(temporary.c_str());
     return true;
+}
+
+void RemoveTemporaries(const std::string& path, std::uint64_t process) {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        ::unlink(TemporaryName(path, process, attempt).c_str());
+    }
 }
 
 } // namespace orvane::tools
