@@ -21,7 +21,8 @@ bool ReadList(const std::string& from, std::vector<std::string>* inputs, std::st
         *error = "the list '" + from + "' " + *error;
         return false;
     }
-    for (std::string& path : PathsOfList(content)) inputs->push_back(std::move(path));
+    const std::vector<std::string> paths = PathsOfList(content);
+    inputs->insert(inputs->end(), paths.begin(), paths.end());
     return true;
 }
 
