@@ -29,6 +29,7 @@ bool ReadList(const std::string& from, std::vector<std::string>* inputs, std::st
 bool Plan(const Options& options, const std::vector<ListedPhoto>& listed, std::vector<PlannedOutput>* outputs,
           std::string* error) {
     std::vector<std::string> paths;
+    paths.reserve(listed.size());
     for (const ListedPhoto& photo : listed) paths.push_back(photo.path);
     const std::string pattern = options.outputName.empty() ? kPlainPattern : options.outputName;
     OutputNaming naming;
