@@ -1,6 +1,7 @@
 // orvane_photo_runs_bench [photograph [count]]: how many photographs a second the command line tool makes into
 // portraits, with one worker and with two, and what they spend their time on.
 #include "bench/photo.h"
+#include "bench/photo_runs/linux/children_time.h"
 #include "primitives/dispatch.h"
 #include "tests/support/temp_folder.h"
 #include "tools/support/child_process.h"
@@ -55,6 +56,7 @@ bool PutPhotos(const std::string& folder, int count) {
 
 struct Run {
     double seconds = 0;
+    double processor = 0; ///< Seconds of it, in all processes.
     int photos = 0;
     double decode = 0; ///< Milliseconds of all workers, as the report has them.
     double session = 0;
@@ -83,6 +85,7 @@ bool RunTool(const std::string& folder, int jobs, Run* run) {
     const std::string out = folder + "/out" + std::to_string(jobs);
     std::filesystem::create_directory(out);
     const auto start = std::chrono::steady_clock::now();
+    const double processor = bench::ChildrenSeconds();
     tools::ChildProcess tool;
     std::string error;
     if (!tool.Start({ORVANE_TOOL, "portrait", folder + "/in", "-o", out, "--jobs", std::to_string(jobs), "--report",
@@ -92,6 +95,7 @@ bool RunTool(const std::string& folder, int jobs, Run* run) {
     }
     const std::string end = tool.Wait();
     run->seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    run->processor = bench::ChildrenSeconds() - processor;
     if (!end.empty() && end != "exit code 10") return false; // a pattern has no face
     std::string rows;
     if (!tools::ReadWholeFile(report, &rows, &error)) return false;
@@ -127,9 +131,10 @@ int main(int argc, char** argv) {
         const double work = run.decode + run.session + run.encode;
         const double spent = run.seconds * 1000 * jobs;
         std::printf(
-            "%d job%s  %6.2f photographs a second; decoding %.0f %%, session %.0f %%, encoding %.0f %%, other %.0f %%",
-            jobs, jobs == 1 ? " " : "s", rate, 100 * run.decode / spent, 100 * run.session / spent,
-            100 * run.encode / spent, 100 * (spent - work) / spent);
+            "%d job%s  %6.2f photographs a second, %.1f ms of a processor each; decoding %.0f %%, session %.0f %%, "
+            "encoding %.0f %%, other %.0f %%",
+            jobs, jobs == 1 ? " " : "s", rate, 1000 * run.processor / run.photos, 100 * run.decode / spent,
+            100 * run.session / spent, 100 * run.encode / spent, 100 * (spent - work) / spent);
         if (jobs == 1) {
             alone = rate;
             std::printf("\n");

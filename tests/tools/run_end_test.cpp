@@ -237,14 +237,19 @@ TEST_F(RunEnd, WhatMayNotBeReadIsToldAndTheOthersAreDone) {
         std::filesystem::permissions(folder, static_cast<std::filesystem::perms>(0755));
     }
     std::filesystem::permissions(Work() / "out", static_cast<std::filesystem::perms>(0777));
-    const ProcessResult result = RunProcess(
-        "/usr/bin/setpriv",
-        {"--reuid=65534", "--clear-groups", File(), "portrait", "--size", "80x100", "-r", "in", "-o", "out", "--quiet"},
-        Work().Path());
+    const Arguments command{
+        "--reuid=65534", "--clear-groups", File(),   "portrait", "--size", "80x100", "-r", "in", "-o",
+        "out",           "--resume",       "--quiet"};
+    const ProcessResult result = RunProcess("/usr/bin/setpriv", command, Work().Path());
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(ProcessResult::Lines(result.err), (Lines{"orvane: in/locked: cannot open the folder: Permission denied",
                                                        "orvane: in/p101.png: cannot open: Permission denied"}));
     EXPECT_EQ(Finished().size(), static_cast<std::size_t>(kPhotos) - 1);
+    std::filesystem::permissions(Work() / "in/p101.png", static_cast<std::filesystem::perms>(0644));
+    const ProcessResult later = RunProcess("/usr/bin/setpriv", command, Work().Path());
+    EXPECT_EQ(later.exitCode, 1) << "photos may be missing";
+    EXPECT_EQ(later.err, "orvane: in/locked: cannot open the folder: Permission denied\n");
+    EXPECT_EQ(Finished().size(), static_cast<std::size_t>(kPhotos));
 }
 
 TEST_F(RunEnd, NamesOfAnyBytesComeFromListsAndThroughStandardInput) {

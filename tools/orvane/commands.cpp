@@ -11,8 +11,6 @@
 #include "tools/support/status_text.h"
 #include "tools/support/utf8.h"
 
-#include <utility>
-
 namespace orvane::tools {
 namespace {
 
@@ -86,7 +84,7 @@ PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput
         host.MakePortrait(picture, options, &portrait, &report, options.steps.empty() ? nullptr : &steps);
     }
     if (place != nullptr && !portrait.pixels.empty()) {
-        place->Put(std::move(portrait), &report);
+        place->Put(portrait, &report);
         return report;
     }
     if (portrait.pixels.empty()) return report;

@@ -21,13 +21,15 @@ bool ReadList(const std::string& from, std::vector<std::string>* inputs, std::st
         *error = "the list '" + from + "' " + *error;
         return false;
     }
-    for (std::string& path : PathsOfList(content)) inputs->push_back(std::move(path));
+    const std::vector<std::string> paths = PathsOfList(content);
+    inputs->insert(inputs->end(), paths.begin(), paths.end());
     return true;
 }
 
 bool Plan(const Options& options, const std::vector<ListedPhoto>& listed, std::vector<PlannedOutput>* outputs,
           std::string* error) {
     std::vector<std::string> paths;
+    paths.reserve(listed.size());
     for (const ListedPhoto& photo : listed) paths.push_back(photo.path);
     const std::string pattern = options.outputName.empty() ? kPlainPattern : options.outputName;
     OutputNaming naming;

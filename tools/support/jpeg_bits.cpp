@@ -70,7 +70,8 @@ int JpegCode::TakeLong(JpegBits* bits) const {
         const auto code = static_cast<std::int32_t>(next >> (kLongest - length));
         if (code >= end_[static_cast<std::size_t>(length)]) continue;
         bits->Drop(length);
-        return symbols_[static_cast<std::size_t>(code + shift_[static_cast<std::size_t>(length)])];
+        const std::int32_t place = code + shift_[static_cast<std::size_t>(length)];
+        return symbols_[static_cast<std::size_t>(place)];
     }
     return -1;
 }
