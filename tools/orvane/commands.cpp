@@ -84,7 +84,7 @@ PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput
         host.MakePortrait(picture, options, &portrait, &report, options.steps.empty() ? nullptr : &steps);
     }
     if (place != nullptr && !portrait.pixels.empty()) {
-        place->Put(portrait, &report);
+        place->Put(std::move(portrait), &report);
         return report;
     }
     if (portrait.pixels.empty()) return report;

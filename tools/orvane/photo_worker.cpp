@@ -64,21 +64,21 @@ public:
     JournaledPlace(const PhotoJob& job, JournalEntry entry, bool replace, const AskForPlace& ask)
         : job_(job), entry_(std::move(entry)), replace_(replace), ask_(ask) {}
 
-    void Put(const Picture& portrait, PhotoReport* report) override {
+    void Put(Picture&& portrait, PhotoReport* report) override {
         double milliseconds = 0;
         {
             const StageClock clock(milliseconds);
-            PutInPlace(portrait, report);
+            PutInPlace(std::move(portrait), report);
         }
         report->milliseconds.encode = milliseconds;
     }
 
 private:
-    void PutInPlace(const Picture& portrait, PhotoReport* report) {
+    void PutInPlace(Picture&& portrait, PhotoReport* report) {
         if (!MakeItsFolders(job_, report)) return;
         std::string encoded;
         std::string error;
-        if (!EncodePicture(job_.output, portrait, &encoded, &error)) {
+        if (!EncodePicture(job_.output, std::move(portrait), &encoded, &error)) {
             report->error = "the output '" + job_.output + "' " + error;
             return;
         }
