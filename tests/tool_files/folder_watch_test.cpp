@@ -88,21 +88,26 @@ TEST(FolderWatch, AnotherFolderInItsPlaceEndsTheWatch) {
     EXPECT_FALSE(watch.IsOpen());
 }
 
+#ifndef _WIN32
 TEST(FolderWatch, MoreThanTheSystemKeepsIsToldAsMissed) {
     const TempFolder folder;
     FolderWatch watch;
     std::string error;
     ASSERT_TRUE(watch.Open(folder.Path(), &error)) << error;
-    int most = 2000; // names that fill the block on Windows
+    int most = 0;
     std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> most;
-    if (most > 100000) GTEST_SKIP() << "the system keeps " << most << " events";
-    for (int i = 0; i <= most; ++i)
-        folder.Put("a rather long name, so that not many fit " + std::to_string(i % 997), "x");
+    if (most <= 0 || most > 100000) GTEST_SKIP() << "the system keeps " << most << " events";
+    // Opened and closed in turn: the same event twice in a row would be told once.
+    for (int i = 0; i <= most; ++i) std::ofstream(folder / std::to_string(i % 2), std::ios::app);
     bool missed = false;
     std::vector<FolderChange> changes;
     EXPECT_TRUE(watch.Take(&changes, &missed));
     EXPECT_TRUE(missed);
+    missed = false;
+    EXPECT_TRUE(watch.Take(&changes, &missed));
+    EXPECT_FALSE(missed);
 }
+#endif
 
 TEST(FileStamp, OnlyARegularFileHasOneAndEachStateHasItsOwn) {
     const TempFolder folder;

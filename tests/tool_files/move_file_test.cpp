@@ -1,11 +1,9 @@
 #include "tools/support/move_file.h"
 
 #include "tests/tools/temp_folder.h"
+#include "tools/support/file_identity.h"
 
 #include <gtest/gtest.h>
-#ifndef _WIN32
-#include <sys/stat.h>
-#endif
 
 namespace orvane::tools {
 namespace {
@@ -42,10 +40,9 @@ TEST(MoveToFreeName, AFolderThatIsNotThereIsTold) {
 TEST(MoveToFreeName, AnotherDiskIsReachedToo) {
     const std::filesystem::path other = "/dev/shm";
     const TempFolder folder;
-    struct stat here {};
-    struct stat there {};
-    if (::stat(folder.Path().c_str(), &here) != 0 || ::stat(other.c_str(), &there) != 0 ||
-        here.st_dev == there.st_dev) {
+    const auto here = IdentifyFile(folder.Path());
+    const auto there = IdentifyFile(other.string());
+    if (!here || !there || here->first == there->first) {
         GTEST_SKIP() << "there is no other disk";
     }
     const std::filesystem::path target = other / folder.Path().substr(folder.Path().rfind('/') + 1);

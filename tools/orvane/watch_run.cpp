@@ -338,6 +338,7 @@ ExitCode RunWatch(const Options& options) {
     WorkSettings settings;
     settings.options = options;
     settings.options.command = Command::portrait;
+    settings.options.resume = true;
     settings.memory = options.memory.value_or(kPlainMemory);
     settings.journal = true;
     settings.fingerprint = FingerprintOfRun(options);

@@ -1,9 +1,7 @@
 // The built program watching a folder of the test's own, and what comes of it.
 #pragma once
 
-#include "tests/tools/bright_square.h"
-#include "tests/tools/process.h"
-#include "tests/tools/temp_folder.h"
+#include "tests/tools/placed_tool.h"
 
 #include <chrono>
 #include <csignal>
@@ -16,17 +14,12 @@
 
 namespace orvane::tools {
 
-class WatchFixture : public testing::Test {
+class WatchFixture : public testing::Test, protected PlacedTool {
 protected:
     using Arguments = std::vector<std::string>;
     using Names = std::vector<std::string>;
 
-    WatchFixture() {
-        // The program goes by its own file when it looks for the classifier.
-        std::error_code failed;
-        std::filesystem::create_hard_link(ORVANE_TOOL, home_ / "orvane", failed);
-        if (failed) std::filesystem::copy_file(ORVANE_TOOL, home_ / "orvane");
-        home_.Put("Orvane.dat", BrightSquareClassifier());
+    WatchFixture() : PlacedTool(ORVANE_TOOL), work_(Work()), home_(Home()) {
         std::filesystem::create_directory(In(""));
         std::filesystem::create_directory(Out(""));
     }
@@ -53,7 +46,7 @@ protected:
         std::vector<char*> pointers;
         for (std::string& argument : arguments) pointers.push_back(argument.data());
         pointers.push_back(nullptr);
-        const std::string program = home_ / "orvane";
+        const std::string program = File();
         const std::string log = work_ / "log";
         const std::string out = work_ / "stdout";
         watch_ = ::fork();
@@ -133,8 +126,8 @@ protected:
         return names;
     }
 
-    TempFolder home_;
-    TempFolder work_;
+    const TempFolder& work_;
+    const TempFolder& home_;
     pid_t watch_ = 0;
 };
 

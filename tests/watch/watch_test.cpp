@@ -1,7 +1,5 @@
 // A watched folder as its users see it: what becomes of photographs that arrive.
-#include "tests/tools/watch_fixture.h"
-
-#include "tests/tools/json_reader.h"
+#include "tests/watch/watch_fixture.h"
 
 namespace orvane::tools {
 namespace {
@@ -38,7 +36,7 @@ TEST_F(Watch, WhatGivesNoPortraitIsMovedWithItsReason) {
     work_.Put("in/empty.png", "");
     work_.Put("in/faceless.png", Encoded(".png", PhotoWithoutFace()));
     const std::string longest = std::string(200, 'x') + ".jpg";
-    for (const std::string& name : {"bad-2.jpg", "\xFF'.jpg", longest.c_str(), "empty.png", "faceless.png"}) {
+    for (const std::string& name : Names{"bad-2.jpg", "\xFF'.jpg", longest, "empty.png", "faceless.png"}) {
         EXPECT_TRUE(Appears(Failed(name))) << name << "\n" << Log();
         EXPECT_TRUE(Exists(Failed(name + ".txt"))) << name;
     }
@@ -72,13 +70,13 @@ TEST_F(Watch, AFileThatGrowsSlowlyIsTakenWhenItIsWhole) {
     const std::string photo = Photo();
     {
         std::ofstream held(In("held.png"), std::ios::binary);
-        held << photo.substr(0, 1000) << std::flush;
+        held << photo.substr(0, 200) << std::flush;
         // Another one, whose writer opens it anew for each piece.
         for (std::size_t at = 0; at < photo.size(); at += photo.size() / 4) {
             std::ofstream(In("pieces.png"), std::ios::binary | std::ios::app) << photo.substr(at, photo.size() / 4);
             Pause(700);
         }
-        held << photo.substr(1000);
+        held << photo.substr(200);
     }
     EXPECT_TRUE(Appears(Out("held.png"))) << Log();
     EXPECT_TRUE(Appears(Out("pieces.png"))) << Log();
@@ -114,8 +112,7 @@ TEST_F(Watch, ASecondWatchGoesOnWhereTheFirstEnded) {
     EXPECT_EQ(Stop(), 0);
     EXPECT_EQ(std::filesystem::last_write_time(Out("a.png")), made);
     for (const std::string& line : ProcessResult::Lines(Told())) {
-        const JsonValue told = JsonReader::Read(line);
-        EXPECT_EQ(told.Has("kept"), told["photo"].text == "in/a.png") << line;
+        EXPECT_EQ(line.find("\"kept\":true") != std::string::npos, line.find("in/a.png") != std::string::npos) << line;
     }
 }
 
@@ -184,17 +181,17 @@ TEST_F(Watch, WhatCannotBeWatchedIsRefused) {
     for (const auto& [given, error] : cases) {
         Arguments arguments{"watch"};
         arguments.insert(arguments.end(), given.begin(), given.end());
-        const ProcessResult result = RunProcess(home_ / "orvane", arguments, work_.Path());
+        const ProcessResult result = RunProcess(File(), arguments, work_.Path());
         EXPECT_EQ(result.exitCode, 1);
         EXPECT_EQ(result.err, std::string("orvane: ") + error + "\n");
     }
     Start();
-    const ProcessResult second = RunProcess(home_ / "orvane", {"watch", "in", "-o", "out"}, work_.Path());
+    const ProcessResult second = RunProcess(File(), {"watch", "in", "-o", "out"}, work_.Path());
     EXPECT_EQ(second.exitCode, 1);
     EXPECT_EQ(second.err, "orvane: the journal 'out/.orvane-journal' is in use by another run\n");
     EXPECT_EQ(Stop(), 0);
     std::filesystem::remove(home_ / "Orvane.dat");
-    const ProcessResult blind = RunProcess(home_ / "orvane", {"watch", "in", "-o", "out"}, work_.Path());
+    const ProcessResult blind = RunProcess(File(), {"watch", "in", "-o", "out"}, work_.Path());
     EXPECT_EQ(blind.exitCode, 1);
     EXPECT_EQ(blind.err, "orvane: the classifier Orvane.dat beside the program is missing or unusable\n");
 }
