@@ -53,14 +53,15 @@ end_session() {
     local process
     for process in $(session_processes); do kill -KILL "$process" 2>/dev/null || true; done
     wait "$session" 2>/dev/null || true
-    # Workers whose run has gone end by themselves.
-    wait_until 30 no_session || fail "processes outlive the run"
 }
-no_session() { ! session_processes >/dev/null; }
+
+no_worker() { ! pgrep -f -- "$ORVANE worker" >/dev/null; }
 
 # note_what_is_done: for check_run, after the run was killed.
 note_what_is_done() {
     local count
+    # Workers whose run has gone end by themselves.
+    wait_until 30 no_worker || fail "workers outlive the run"
     count=$(count_portraits)
     if [ "$count" -ge "$photos" ]; then fail "the run was over before it was killed"; fi
     find "$out" -maxdepth 1 -name '*.png' -printf '%f %i %T@\0' >"$work/before/portraits"
