@@ -52,8 +52,8 @@ report join makes one report of those of several shards or attempts.
 info prints version, library, classifier and processor. -- ends the options.
 
 Exit code: 0 all went well, 10 a photo had no face, 1 any error, also in the command line; 1 wins over
-10; 130 interrupted, and watch then 0. Each photo that failed is one line on standard error, and the others are done all
-the same.
+10; 130 interrupted, which a watch ends with 0. Each photo that failed is one line on standard error,
+and the others are done all the same.
 )";
 
 } // namespace orvane::tools
