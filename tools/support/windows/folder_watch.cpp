@@ -24,7 +24,7 @@ HANDLE OpenFolder(const std::string& path) {
 
 struct FolderWatch::System {
     explicit System(const std::string& folderPath)
-        : path(folderPath), handle(OpenFolder(folderPath)), told(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
+        : path(folderPath), told(CreateEventW(nullptr, TRUE, FALSE, nullptr)), handle(OpenFolder(folderPath)) {}
     ~System() {
         // The system writes to the block until it has given the request up.
         DWORD ignored = 0;
@@ -42,8 +42,8 @@ struct FolderWatch::System {
     }
 
     const std::string path;
-    SystemHandle handle;
     SystemHandle told;
+    SystemHandle handle; ///< Opened last, so that its failure is the one that the system tells.
     OVERLAPPED request{};
     bool asked = false;
     std::optional<FileIdentity> folder;
