@@ -61,7 +61,7 @@ bool MakeItsFolders(const PhotoJob& job, PhotoReport* report) {
 /// Whether the folder of the outputs can't take these bytes under any name.
 bool IsFolderUnfit(const PhotoJob& job, const std::string& encoded) {
     std::string ignored;
-    return !CanWriteWholeFile(job.folder + "/portrait", true, &ignored, encoded);
+    return !CanWriteWholeFile(job.folder + "/.orvane-trial", true, &ignored, encoded);
 }
 
 /// Encodes a portrait, has it written down and puts it in place.
