@@ -47,7 +47,7 @@ struct FolderWatch::System {
     OVERLAPPED request{};
     bool asked = false;
     std::optional<FileIdentity> folder;
-    alignas(DWORD) char block[65536];
+    alignas(DWORD) char block[65536] = {};
 };
 
 FolderWatch::FolderWatch() = default;
