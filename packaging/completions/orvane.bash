@@ -3,7 +3,7 @@ _orvane() {
     local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W 'portrait detect report info help version --help --version' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W 'portrait detect watch report info help version --help --version' -- "$current")
         return
     fi
     case $before in
@@ -27,6 +27,10 @@ _orvane() {
                 options+=" --force $many"
                 ;;
             detect) options=$many ;;
+            watch)
+                options='-o --output --output-name --size --crop-ratio --actions --tolerance --rotate --force'
+                options+=' --shard --jobs --timeout --memory --report --json --quiet'
+                ;;
             report) options='-o --output --force' ;;
             info) ;;
             *) options= ;;
@@ -39,6 +43,10 @@ _orvane() {
         return
     fi
     case $command in
+        watch)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -d -- "$current")
+            ;;
         portrait | detect | report)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")

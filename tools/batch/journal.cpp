@@ -146,6 +146,9 @@ std::vector<JournalEntry> Journal::Find(const std::string& output) const {
 }
 
 bool Journal::Add(const JournalEntry& entry, std::string* error) {
+    const auto [first, last] = entries_.equal_range(entry.output);
+    // What is tried again and again, on a full disk, is written down once.
+    if (std::any_of(first, last, [&](const auto& known) { return known.second == entry; })) return true;
     // The rest of a line that was cut off, by an earlier run or a full disk, must not take this one with it.
     std::string line = torn_ ? "\n" : "";
     line += JournalLine(entry);
@@ -154,7 +157,9 @@ bool Journal::Add(const JournalEntry& entry, std::string* error) {
         return false;
     }
     torn_ = false;
-    return file_.Flush(error);
+    if (!file_.Flush(error)) return false;
+    entries_.emplace(entry.output, entry);
+    return true;
 }
 
 } // namespace orvane::tools

@@ -19,6 +19,8 @@ struct JournalEntry {
     std::uint64_t portrait = 0; ///< Fingerprint of the portrait's bytes.
     std::string note;           ///< What the run wants to know again of a portrait that it keeps; no newline.
     std::string output;         ///< Path of the portrait below the output folder.
+
+    bool operator==(const JournalEntry&) const = default;
 };
 
 /// The entry on one line, with its newline and a fingerprint of its own in front; and back, false where anything in the
@@ -36,7 +38,7 @@ public:
     /// What is known of an output, the latest last.
     std::vector<JournalEntry> Find(const std::string& output) const;
 
-    /// Writes an entry down, so that it outlives a loss of power. False gives `*error` one line.
+    /// Writes an entry down, so that it outlives a loss of power, unless it is known. False gives `*error` one line.
     bool Add(const JournalEntry& entry, std::string* error);
 
 private:

@@ -174,7 +174,7 @@ public:
     void Run() {
         for (;;) {
             if (!stopping_) GiveJobs();
-            if (busy_ == 0) return;
+            if (busy_ == 0 && (stopping_ || !client_.AwaitsJobs())) return;
             Handle(events_.Take(kTick));
             // As often as the clock says, however many events come.
             if (Clock::now() < nextTick_) continue;

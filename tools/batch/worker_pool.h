@@ -42,13 +42,15 @@ public:
     virtual ~PoolClient() = default;
     /// The next job's bytes, and a number by which it is told again. False when there is none, now or ever.
     virtual bool NextJob(std::size_t* number, std::string* job) = 0;
+    /// Whether there may be jobs later, though there is none now and none under way.
+    virtual bool AwaitsJobs() { return false; }
     virtual std::string Answer(std::size_t number, const std::string& question) = 0;
     virtual void Finish(std::size_t number, const JobOutcome& outcome) = 0;
     /// Asked some ten times a second; true stops the run.
     virtual bool Tick() = 0;
 };
 
-/// Runs until the client has no further job and all are finished, or it is stopped.
+/// Runs until the client has no further job, awaits none and all are finished, or it is stopped.
 void RunPool(const PoolSettings& settings, PoolClient& client);
 
 } // namespace orvane::tools

@@ -7,6 +7,7 @@ const char* const kHelpText =
 
   orvane portrait PHOTO... -o FILE|FOLDER [option...]
   orvane detect PHOTO... [option...]
+  orvane watch FOLDER -o FOLDER [option...]
   orvane report join REPORT... -o REPORT [--force]
   orvane info [--json]
   orvane help | version
@@ -42,12 +43,17 @@ portrait alone:
                        {folder} its folder below the one given, {number} its number
   --resume             skips photos whose portraits an earlier run made into the folder
 
+watch makes a portrait of each photo that lies in a folder or arrives there, until Ctrl-C, with the
+options of portrait but -r, --files-from, --steps, --resume and {number}. The photo stays where it is and
+is not done again; one that gives no portrait moves to the folder 'failed' of -o, with a text beside it
+that says why. Names with a dot in front, or another extension than a photo's, are left alone.
+
 report join makes one report of those of several shards or attempts.
 info prints version, library, classifier and processor. -- ends the options.
 
 Exit code: 0 all went well, 10 a photo had no face, 1 any error, also in the command line; 1 wins over
-10; 130 interrupted. Each photo that failed is one line on standard error, and the others are done all
-the same.
+10; 130 interrupted, which a watch ends with 0. Each photo that failed is one line on standard error,
+and the others are done all the same.
 )";
 
 } // namespace orvane::tools

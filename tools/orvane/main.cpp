@@ -4,6 +4,7 @@
 #include "tools/orvane/photo_run.h"
 #include "tools/orvane/photo_worker.h"
 #include "tools/orvane/report_join.h"
+#include "tools/orvane/watch_run.h"
 #include "tools/support/kept_memory.h"
 #include "tools/support/program_arguments.h"
 #include "tools/support/result_stream.h"
@@ -31,6 +32,8 @@ ExitCode Run(const std::vector<std::string>& arguments) {
     case Command::detect:
     case Command::portrait:
         return RunOverPhotos(options);
+    case Command::watch:
+        return RunWatch(options);
     case Command::joinReports:
         return RunJoin(options);
     case Command::worker:

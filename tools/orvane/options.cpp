@@ -105,6 +105,7 @@ constexpr unsigned kPortrait = 1;
 constexpr unsigned kDetect = 2;
 constexpr unsigned kJoin = 4;
 constexpr unsigned kInfo = 8;
+constexpr unsigned kWatch = 16;
 
 /// A setting that other programs know too.
 template <bool set(const std::string& text, PortraitSettings* settings, std::string* error)>
@@ -112,21 +113,21 @@ bool Shared(const std::string& text, Options* options, std::string* error) {
     return set(text, options, error);
 }
 
-constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin},
-                                         {"--output", SetOutput, kPortrait | kJoin},
-                                         {"--output-name", SetOutputName, kPortrait},
-                                         {"--size", Shared<SetSize>, kPortrait},
-                                         {"--crop-ratio", Shared<SetCropRatio>, kPortrait},
-                                         {"--actions", Shared<SetActions>, kPortrait},
-                                         {"--tolerance", SetTolerance, kPortrait},
-                                         {"--rotate", SetRotation, kPortrait},
+constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | kWatch},
+                                         {"--output", SetOutput, kPortrait | kJoin | kWatch},
+                                         {"--output-name", SetOutputName, kPortrait | kWatch},
+                                         {"--size", Shared<SetSize>, kPortrait | kWatch},
+                                         {"--crop-ratio", Shared<SetCropRatio>, kPortrait | kWatch},
+                                         {"--actions", Shared<SetActions>, kPortrait | kWatch},
+                                         {"--tolerance", SetTolerance, kPortrait | kWatch},
+                                         {"--rotate", SetRotation, kPortrait | kWatch},
                                          {"--steps", SetSteps, kPortrait},
                                          {"--files-from", SetFilesFrom, kPortrait | kDetect},
-                                         {"--report", SetReport, kPortrait | kDetect},
-                                         {"--shard", SetShard, kPortrait | kDetect},
-                                         {"--jobs", SetJobs, kPortrait | kDetect},
-                                         {"--timeout", SetTimeout, kPortrait | kDetect},
-                                         {"--memory", SetMemory, kPortrait | kDetect}};
+                                         {"--report", SetReport, kPortrait | kDetect | kWatch},
+                                         {"--shard", SetShard, kPortrait | kDetect | kWatch},
+                                         {"--jobs", SetJobs, kPortrait | kDetect | kWatch},
+                                         {"--timeout", SetTimeout, kPortrait | kDetect | kWatch},
+                                         {"--memory", SetMemory, kPortrait | kDetect | kWatch}};
 
 struct FlagOption {
     const char* name;
@@ -137,9 +138,9 @@ struct FlagOption {
 constexpr FlagOption kFlagOptions[] = {
     {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
     {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
-    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo},
-    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect},
-    {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin},
+    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo | kWatch},
+    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect | kWatch},
+    {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
     {"--resume", [](Options& o) -> bool& { return o.resume; }, kPortrait}};
 
 unsigned BitOf(Command command) {
@@ -150,6 +151,8 @@ unsigned BitOf(Command command) {
         return kDetect;
     case Command::joinReports:
         return kJoin;
+    case Command::watch:
+        return kWatch;
     default:
         return kInfo;
     }
@@ -226,6 +229,8 @@ bool FindCommand(const std::string& name, Command* command) {
         *command = Command::detect;
     } else if (name == "portrait") {
         *command = Command::portrait;
+    } else if (name == "watch") {
+        *command = Command::watch;
     } else if (name == "report") {
         *command = Command::joinReports;
     } else if (name == kWorkerCommand) {
@@ -244,6 +249,19 @@ bool CheckRun(const std::string& command, const Options& options, std::string* e
         *error = "'portrait' wants -o and a file or a folder";
     } else if (options.resume && !options.steps.empty()) {
         *error = "--resume does not know of the pictures of --steps; give one of them";
+    } else {
+        return true;
+    }
+    return false;
+}
+
+bool CheckWatch(const Options& options, std::string* error) {
+    if (options.photos.size() != 1) {
+        *error = "'watch' wants one folder";
+    } else if (options.output.empty()) {
+        *error = "'watch' wants -o and a folder";
+    } else if (options.outputName.find("{number}") != std::string::npos) {
+        *error = "--output-name: photographs that arrive have no {number}";
     } else {
         return true;
     }
@@ -291,6 +309,7 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
         *error = "'info' takes no photo";
         return false;
     }
+    if (options->command == Command::watch) return CheckWatch(*options, error);
     return options->command == Command::joinReports ? CheckJoin(*options, error)
                                                     : CheckRun(arguments[0], *options, error);
 }

@@ -11,7 +11,7 @@
 
 namespace orvane::tools {
 
-enum class Command { help, version, info, detect, portrait, joinReports, worker };
+enum class Command { help, version, info, detect, portrait, watch, joinReports, worker };
 
 /// How a run over many photographs is to go.
 struct RunSettings {
@@ -34,7 +34,8 @@ inline constexpr std::uint64_t kPlainMemory = 2048 * kMegabyte;
 
 struct Options : PortraitSettings, RunSettings {
     Command command = Command::help;
-    std::vector<std::string> photos; ///< Paths as bytes, in the order given: files and folders; or reports to join.
+    std::vector<std::string>
+        photos; ///< Paths as bytes, in the order given: files and folders; a folder to watch; or reports to join.
     std::string output;
     std::string steps;      ///< Folder for the picture after each action; empty for none.
     int32 tolerance = 40;   ///< Percent, 0 to 99.

@@ -101,7 +101,7 @@ std::string Packed(const PhotoReport& report) {
         const std::optional<double>& value = report.milliseconds.*stage.value;
         packer.Flag(value.has_value()).Real(value.value_or(0));
     }
-    return packer.Text(report.error).Text(report.warning).Flag(report.kept).Bytes();
+    return packer.Text(report.error).Text(report.warning).Flag(report.kept).Flag(report.passing).Bytes();
 }
 
 bool Unpack(const std::string& bytes, PhotoReport* report) {
@@ -126,6 +126,7 @@ bool Unpack(const std::string& bytes, PhotoReport* report) {
     report->error = unpacker.Text();
     report->warning = unpacker.Text();
     report->kept = unpacker.Flag();
+    report->passing = unpacker.Flag();
     return unpacker.IsGood();
 }
 

@@ -6,11 +6,10 @@
 #include "tools/batch/worker_pool.h"
 #include "tools/orvane/commands.h"
 #include "tools/orvane/photo_job.h"
+#include "tools/orvane/photo_pool.h"
 #include "tools/orvane/photo_selection.h"
 #include "tools/orvane/photo_worker.h"
-#include "tools/orvane/program_files.h"
 #include "tools/orvane/report_file.h"
-#include "tools/support/child_process.h"
 #include "tools/support/interrupt.h"
 #include "tools/support/status_text.h"
 #include "tools/support/utf8.h"
@@ -27,11 +26,6 @@ namespace {
 constexpr std::size_t kMostWaiting = 4096;
 /// Workers that can't be started one after the other, until the run gives up.
 constexpr int kMostFailedStarts = 3;
-
-std::string MemoryText(std::uint64_t bytes) {
-    const std::uint64_t megabytes = bytes / kMegabyte;
-    return megabytes % 1024 == 0 ? std::to_string(megabytes / 1024) + "G" : std::to_string(megabytes) + "M";
-}
 
 class PhotoRun : public PoolClient {
 public:
@@ -79,31 +73,14 @@ public:
 
     void Finish(std::size_t number, const JobOutcome& outcome) override {
         const SelectedPhoto& photo = selection_.photos[number];
-        PhotoReport report;
-        report.photo = photo.path;
-        if (outcome.end == JobEnd::done && Unpack(outcome.result, &report)) {
-            failedStarts_ = 0;
-            if (report.error == StatusText(kOutOfMemory) && settings_.memory > 0) {
-                report.error += " within --memory " + MemoryText(settings_.memory);
-            }
-            Take(number, report);
-            return;
-        }
-        RemoveWhatIsLeft(photo, outcome.worker);
-        switch (outcome.end) {
-        case JobEnd::stopped: // not done, and so not told
+        if (outcome.end != JobEnd::done) RemoveWhatIsLeft(photo, outcome.worker);
+        if (outcome.end == JobEnd::stopped) { // not done, and so not told
             Skip(number);
             return;
-        case JobEnd::timedOut:
-            report.error = "took longer than --timeout " + std::to_string(options_.timeout.value_or(kPlainTimeout));
-            break;
-        case JobEnd::notStarted:
-            report.error = "no worker for it: " + outcome.result;
-            if (++failedStarts_ >= kMostFailedStarts) fatal_ = "the workers " + outcome.result;
-            break;
-        default:
-            report.error = "its worker crashed (" + (outcome.result.empty() ? "without a word" : outcome.result) + ")";
         }
+        const PhotoReport report = ReportOf(outcome, photo.path, settings_);
+        failedStarts_ = outcome.end == JobEnd::notStarted ? failedStarts_ + 1 : 0;
+        if (failedStarts_ >= kMostFailedStarts) fatal_ = "the workers " + outcome.result;
         Take(number, report);
     }
 
@@ -223,10 +200,7 @@ bool OpenFiles(const Options& options, const PhotoSelection& selection, WorkSett
     std::string remark;
     settings->journal = options.command == Command::portrait && selection.keepsJournal;
     if (settings->journal) {
-        std::string classifier;
-        // Without one every photo fails, and tells so.
-        if (!ReadWholeFile(ClassifierPath(), &classifier, &error)) classifier.clear();
-        settings->fingerprint = SettingsFingerprint(options, classifier);
+        settings->fingerprint = FingerprintOfRun(options);
         if (!journal->Open(options.output, options.shard, &remark, &error)) {
             PrintError(error);
             return false;
@@ -262,12 +236,7 @@ ExitCode RunOverPhotos(const Options& options) {
         run.RunHere();
     } else {
         settings.memory = options.memory.value_or(kPlainMemory);
-        PoolSettings pool;
-        pool.command = {ProgramPath(), kWorkerCommand};
-        pool.greeting = Packed(settings);
-        pool.workers = options.jobs.value_or(std::min(ProcessorCount(), kMaxJobs));
-        pool.timeout = std::chrono::seconds(options.timeout.value_or(kPlainTimeout));
-        RunPool(pool, run);
+        RunPool(PoolOf(settings), run);
     }
     const ExitCode code = run.End();
     return code != kExitInterrupted && selection.isIncomplete ? kExitError : code;

@@ -58,6 +58,12 @@ bool MakeItsFolders(const PhotoJob& job, PhotoReport* report) {
     return false;
 }
 
+/// Whether the folder of the outputs can't take these bytes under any name.
+bool IsFolderUnfit(const PhotoJob& job, const std::string& encoded) {
+    std::string ignored;
+    return !CanWriteWholeFile(job.folder + "/.orvane-trial", true, &ignored, encoded);
+}
+
 /// Encodes a portrait, has it written down and puts it in place.
 class JournaledPlace : public PortraitPlace {
 public:
@@ -75,21 +81,26 @@ public:
 
 private:
     void PutInPlace(Picture&& portrait, PhotoReport* report) {
-        if (!MakeItsFolders(job_, report)) return;
         std::string encoded;
         std::string error;
         if (!EncodePicture(job_.output, std::move(portrait), &encoded, &error)) {
             report->error = "the output '" + job_.output + "' " + error;
             return;
         }
+        if (!MakeItsFolders(job_, report)) {
+            report->passing = IsFolderUnfit(job_, encoded);
+            return;
+        }
         entry_.portrait = ContentFingerprint(encoded);
         entry_.note = NoteOf(*report);
         report->error = ask_(entry_);
-        if (!report->error.empty()) return;
+        report->passing = !report->error.empty();
+        if (report->passing) return;
         if (WriteWholeFile(job_.output, encoded, replace_, &error)) {
             report->output = job_.output;
         } else {
             report->error = "the output '" + job_.output + "' " + error;
+            report->passing = error != kNameTaken && IsFolderUnfit(job_, encoded);
         }
     }
 
@@ -149,7 +160,9 @@ PhotoReport Work(Host& host, const WorkSettings& settings, const PhotoJob& job, 
 } // namespace
 
 PhotoReport WorkOnPhoto(Host& host, const WorkSettings& settings, const PhotoJob& job, const AskForPlace& ask) try {
-    return Work(host, settings, job, ask);
+    PhotoReport report = Work(host, settings, job, ask);
+    if (report.status == kNoClassifier) report.passing = true;
+    return report;
 } catch (const std::bad_alloc&) {
     PhotoReport report;
     report.photo = job.photo;
@@ -181,6 +194,7 @@ ExitCode RunWorker() {
         } else {
             report.photo = job.photo;
             report.error = "the library did not start: " + StatusText(host.Status());
+            report.passing = true;
         }
         run.Give(FrameKind::result, Packed(report));
     }

@@ -38,9 +38,10 @@ struct PhotoReport {
     std::optional<FaceBox> face;
     std::string output; ///< The file that was written; empty where none was.
     StageMilliseconds milliseconds;
-    std::string error;   ///< One line; empty where nothing failed. A missing face is no error.
-    std::string warning; ///< One line on a photo that was read but may not show what it should; else empty.
-    bool kept = false;   ///< The output was there from an earlier run, of the same photo and settings.
+    std::string error;    ///< One line; empty where nothing failed. A missing face is no error.
+    std::string warning;  ///< One line on a photo that was read but may not show what it should; else empty.
+    bool kept = false;    ///< The output was there from an earlier run, of the same photo and settings.
+    bool passing = false; ///< The error is none of the photo's, such as a full disk: the same photo may do later.
 };
 
 /// Add `width` and `height`, `face`, and `milliseconds`, as every line of JSON has them.

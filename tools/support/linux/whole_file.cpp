@@ -1,6 +1,7 @@
 #include "tools/support/whole_file.h"
 
 #include "tools/support/file_identity.h"
+#include "tools/support/linux/free_name.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -45,14 +46,6 @@ int CreateTemporary(const std::string& path, std::string* temporary) {
         if (file >= 0 || errno != EEXIST) return file;
     }
     return -1;
-}
-
-/// Gives the file the name `to` unless that exists already, without a moment in between.
-bool RenameToFreeName(const std::string& from, const std::string& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
-    if (errno != EINVAL && errno != ENOSYS) return false;
-    // File systems without that call have hard links, which never replace either.
-    return ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0;
 }
 
 bool IsNoRegularFile(const std::string& path, std::string* error) {
@@ -118,7 +111,7 @@ bool WriteWholeFile(const std::string& path, const std::string& content, bool fo
     return Fail(error, "cannot write", code);
 }
 
-bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) {
+bool CanWriteWholeFile(const std::string& path, bool force, std::string* error, const std::string& trial) {
     if (IsNoRegularFile(path, error)) return false;
     if (!force && IsNameTaken(path)) {
         *error = kNameTaken;
@@ -127,9 +120,11 @@ bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) 
     std::string temporary;
     const int file = CreateTemporary(path, &temporary);
     if (file < 0) return Fail(error, "cannot write", errno);
+    const bool good = trial.empty() || (WriteAll(file, trial) && ::fsync(file) == 0);
+    const int code = errno;
     ::close(file);
     ::unlink(temporary.c_str());
-    return true;
+    return good || Fail(error, "cannot write", code);
 }
 
 void RemoveTemporaries(const std::string& path, std::uint64_t process) {

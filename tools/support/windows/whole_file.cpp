@@ -102,7 +102,7 @@ bool WriteWholeFile(const std::string& path, const std::string& content, bool fo
     return Fail(error, "cannot write", code);
 }
 
-bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) {
+bool CanWriteWholeFile(const std::string& path, bool force, std::string* error, const std::string& trial) {
     if (IsNoRegularFile(path, error)) return false;
     if (!force && IsNameTaken(path)) {
         *error = kNameTaken;
@@ -111,9 +111,11 @@ bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) 
     std::wstring temporary;
     SystemHandle file(CreateTemporary(path, &temporary));
     if (!file.IsOpen()) return Fail(error, "cannot write", GetLastError());
+    const bool good = trial.empty() || (WriteAll(file.Get(), trial) && FlushFileBuffers(file.Get()) != 0);
+    const DWORD code = GetLastError();
     file.Close();
     DeleteFileW(temporary.c_str());
-    return true;
+    return good || Fail(error, "cannot write", code);
 }
 
 void RemoveTemporaries(const std::string& path, std::uint64_t process) {
