@@ -1,43 +1,25 @@
 #include "detect/edge_bits.h"
 
+#include "primitives/bit_runs.h"
+
 #include <algorithm>
 #include <cstddef>
 
 namespace orvane {
 namespace {
 
-/// All bits of the runs of `run` that lie above a bit of `seed`, which is within `run`; the carry into and out of the
-/// word says whether a run goes on.
-uint64 FillUp(uint64 run, uint64 seed, uint64& carry) {
-    const uint64 partial = run + seed;
-    const uint64 sum = partial + carry;
-    // Every position of a run that an addition's carry passes changes; a seed that a carry meets stays one.
-    const uint64 filled = (run & (run ^ sum)) | seed;
-    carry = static_cast<uint64>(partial < run) | static_cast<uint64>(sum < partial);
-    return filled;
-}
-
-uint64 FillDown(uint64 run, uint64 seed, uint64& carry) {
-    seed |= run & carry << 63;
-    // Where `way` has a bit, as many bits of a run as the shift are above it; few runs are long.
-    uint64 way = run;
-    for (int shift = 1; shift < 64 && way != 0; shift *= 2) {
-        seed |= way & seed >> shift;
-        way &= way >> shift;
-    }
-    carry = seed & 1;
-    return seed;
-}
-
-/// Fills the runs of a row from the seeds in it.
+/// Fills the runs of a row from the seeds in it. A run goes on into the next word where a word's last bit is filled.
 void FillRow(const uint64* ridges, uint64* edges, int32 words) {
-    uint64 carry = 0;
-    for (int32 i = 0; i < words; ++i) edges[i] = FillUp(ridges[i], edges[i], carry);
-    carry = 0;
+    uint64 entered = 0;
+    for (int32 i = 0; i < words; ++i) {
+        edges[i] = FillUpwards(ridges[i], edges[i] | (ridges[i] & entered));
+        entered = edges[i] >> 63;
+    }
+    entered = 0;
     for (int32 i = words - 1; i >= 0; --i) {
-        const bool nothingToDo = edges[i] == ridges[i] || (edges[i] | carry) == 0;
-        if (!nothingToDo) edges[i] = FillDown(ridges[i], edges[i], carry);
-        carry = edges[i] & 1;
+        const bool nothingToDo = edges[i] == ridges[i] || (edges[i] | entered) == 0;
+        if (!nothingToDo) edges[i] = FillDownwards(ridges[i], edges[i] | (ridges[i] & entered << 63));
+        entered = edges[i] & 1;
     }
 }
 

@@ -34,6 +34,9 @@ inline Vector Choose(Vector mask, Vector a, Vector b) { return _mm256_blendv_epi
 // Words and numbers of 32 bits: lower and upper parts of each half of a vector, which the packing puts back.
 inline Vector LowWords(Vector v) { return _mm256_unpacklo_epi8(v, Zero()); }
 inline Vector HighWords(Vector v) { return _mm256_unpackhi_epi8(v, Zero()); }
+inline Vector WordsOf(const uint8* bytes) {
+    return _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
+}
 inline Vector LowNumbers(Vector v) { return _mm256_unpacklo_epi16(v, Zero()); }
 inline Vector HighNumbers(Vector v) { return _mm256_unpackhi_epi16(v, Zero()); }
 inline Vector PackWords(Vector low, Vector high) { return _mm256_packus_epi16(low, high); }
@@ -150,6 +153,7 @@ inline Vector Choose(Vector mask, Vector a, Vector b) { return Either(Both(a, ma
 
 inline Vector LowWords(Vector v) { return _mm_unpacklo_epi8(v, Zero()); }
 inline Vector HighWords(Vector v) { return _mm_unpackhi_epi8(v, Zero()); }
+inline Vector WordsOf(const uint8* bytes) { return LowWords(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))); }
 inline Vector LowNumbers(Vector v) { return _mm_unpacklo_epi16(v, Zero()); }
 inline Vector HighNumbers(Vector v) { return _mm_unpackhi_epi16(v, Zero()); }
 inline Vector PackWords(Vector low, Vector high) { return _mm_packus_epi16(low, high); }

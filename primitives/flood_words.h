@@ -1,9 +1,11 @@
 // Flood fill by words: a bit for each pixel, 64 of a row at once. What is filled of a row is offered to its two
 // neighbours, in walks down and up the region, until no row takes any more.
 //
-// A row's bits are found when it is first offered something, and the pixels are written at the end.
+// A row's bits are found when it is first offered something, and the pixels are written at the end. Rows that nothing
+// waits for are passed by 64 at once, so that a way that turns a million times costs little more than a straight one.
 #pragma once
 
+#include "primitives/bit_runs.h"
 #include "primitives/flood_fill.h"
 
 #include <algorithm>
@@ -63,18 +65,62 @@ struct WordRange {
     }
 };
 
+/// Rows for which something waits, a bit each.
+class WaitingRows {
+public:
+    static int32 WordsFor(int32 rows) { return (rows - 1) / 64 + 1; }
+
+    /// @param bits WordsFor(rows) of them
+    WaitingRows(uint64* bits, int32 rows) : bits_(bits), rows_(rows) { std::fill_n(bits_, WordsFor(rows), uint64{0}); }
+
+    void Add(int32 y) { bits_[y / 64] |= uint64{1} << y % 64; }
+    void Remove(int32 y) { bits_[y / 64] &= ~(uint64{1} << y % 64); }
+
+    /// The first one from `y` on; the number of rows when there is none.
+    int32 From(int32 y) const {
+        if (y >= rows_) return rows_;
+        int32 word = y / 64;
+        uint64 rest = bits_[word] >> y % 64 << y % 64;
+        while (rest == 0) {
+            if (++word == WordsFor(rows_)) return rows_;
+            rest = bits_[word];
+        }
+        return 64 * word + std::countr_zero(rest);
+    }
+
+    /// The last one up to `y`; -1 when there is none.
+    int32 UpTo(int32 y) const {
+        if (y < 0) return -1;
+        int32 word = y / 64;
+        uint64 rest = bits_[word] << (63 - y % 64) >> (63 - y % 64);
+        while (rest == 0) {
+            if (--word < 0) return -1;
+            rest = bits_[word];
+        }
+        return 64 * word + 63 - std::countl_zero(rest);
+    }
+
+private:
+    uint64* bits_;
+    int32 rows_;
+};
+
 class WordFiller {
 public:
-    /// Narrower regions would not fit the caller's buffer: of 6 bytes a pixel this takes 16 a word and 24 a row.
+    /// Narrower regions would not fit the caller's buffer: of 6 bytes a pixel this takes 16 a word, 24 a row and 2
+    /// bits.
     static constexpr int32 kLeastWidth = 64;
 
     static int64 BytesFor(ImageSize roi) {
-        return (int64{2} * Words(roi) * int64{sizeof(uint64)} + int64{sizeof(RowState)}) * roi.height;
+        const int64 words = int64{2} * Words(roi) * roi.height + int64{2} * WaitingRows::WordsFor(roi.height);
+        return words * int64{sizeof(uint64)} + int64{sizeof(RowState)} * roi.height;
     }
 
     WordFiller(uint8* image, int32 step, ImageSize roi, uint8 oldValue, uint8 newValue, uint64* block)
         : image_(image), step_(step), roi_(roi), oldValue_(oldValue), newValue_(newValue), words_(Words(roi)),
-          open_(block), filled_(open_ + Cells()), rows_(reinterpret_cast<RowState*>(filled_ + Cells())) {
+          open_(block), filled_(open_ + Cells()), fromAbove_(filled_ + Cells(), roi.height),
+          fromBelow_(filled_ + Cells() + WaitingRows::WordsFor(roi.height), roi.height),
+          rows_(reinterpret_cast<RowState*>(filled_ + Cells() + 2 * WaitingRows::WordsFor(roi.height))) {
         std::fill_n(rows_, roi_.height, RowState{{0, 0}, {0, 0}, {0, kUnknown}});
     }
 
@@ -83,10 +129,15 @@ public:
         Find(seed.y);
         const int32 word = seed.x / 64;
         Take(seed.y, {word, word + 1}, [&](int32) { return uint64{1} << seed.x % 64; });
-        for (bool more = true; more;) {
-            more = false;
-            for (int32 y = 1; y < roi_.height; ++y) more = Offer(y, y - 1, rows_[y].fromAbove, reach) || more;
-            for (int32 y = roi_.height - 2; y >= 0; --y) more = Offer(y, y + 1, rows_[y].fromBelow, reach) || more;
+        while (fromAbove_.From(0) < roi_.height || fromBelow_.From(0) < roi_.height) {
+            for (int32 y = fromAbove_.From(0); y < roi_.height; y = fromAbove_.From(y + 1)) {
+                fromAbove_.Remove(y);
+                Offer(y, y - 1, rows_[y].fromAbove, reach);
+            }
+            for (int32 y = fromBelow_.UpTo(roi_.height - 1); y >= 0; y = fromBelow_.UpTo(y - 1)) {
+                fromBelow_.Remove(y);
+                Offer(y, y + 1, rows_[y].fromBelow, reach);
+            }
         }
     }
 
@@ -138,9 +189,8 @@ private:
         rows_[y].taken = {0, 0};
     }
 
-    /// Row `y` takes what its neighbour `from` has in `words`. False where nothing was waiting.
-    bool Offer(int32 y, int32 from, WordRange& words, int32 reach) {
-        if (words.IsEmpty()) return false;
+    /// Row `y` takes what its neighbour `from` has in `words`.
+    void Offer(int32 y, int32 from, WordRange& words, int32 reach) {
         const WordRange offered = {std::max(words.first - reach, 0), std::min(words.end + reach, words_)};
         words = {0, 0};
         if (rows_[y].taken.end == kUnknown) Find(y);
@@ -154,7 +204,6 @@ private:
                 return bits[i] | bits[i] << 1 | bits[i] >> 1 | before | behind;
             });
         }
-        return true;
     }
 
     /// Takes the runs of open pixels that `seeds` touch, and tells the neighbours.
@@ -169,14 +218,14 @@ private:
             const uint64 open = Open(y)[i];
             start &= open;
             if (start == 0) continue;
-            const uint64 run = start == open ? open : Downwards(open, Upwards(open, start));
+            const uint64 run = start == open ? open : FillDownwards(open, FillUpwards(open, start));
             entered = run >> 63 != 0;
             Fill(y, i, run);
             taken.Include({i, i + 1});
             int32 first = i;
             for (bool leaves = (run & 1) != 0; leaves && first > 0 && Open(y)[first - 1] >> 63 != 0;) {
                 --first;
-                const uint64 end = Downwards(Open(y)[first], uint64{1} << 63);
+                const uint64 end = FillDownwards(Open(y)[first], uint64{1} << 63);
                 Fill(y, first, end);
                 leaves = (end & 1) != 0;
             }
@@ -184,25 +233,19 @@ private:
         }
         if (taken.IsEmpty()) return;
         rows_[y].taken.Include(taken);
-        if (y > 0) rows_[y - 1].fromBelow.Include(taken);
-        if (y + 1 < roi_.height) rows_[y + 1].fromAbove.Include(taken);
+        if (y > 0) {
+            rows_[y - 1].fromBelow.Include(taken);
+            fromBelow_.Add(y - 1);
+        }
+        if (y + 1 < roi_.height) {
+            rows_[y + 1].fromAbove.Include(taken);
+            fromAbove_.Add(y + 1);
+        }
     }
 
     void Fill(int32 y, int32 word, uint64 bits) {
         Open(y)[word] &= ~bits;
         Filled(y)[word] |= bits;
-    }
-
-    /// Runs of open bits from the start bits to higher ones: a carry goes through a run.
-    static uint64 Upwards(uint64 open, uint64 start) { return (((open + start) ^ open) & open) | start; }
-
-    /// Likewise to lower ones, in steps of doubled length.
-    static uint64 Downwards(uint64 open, uint64 start) {
-        for (int32 length = 1; length < 64; length *= 2) {
-            start |= start >> length & open;
-            open &= open >> length;
-        }
-        return start;
     }
 
     uint8* image_;
@@ -212,6 +255,7 @@ private:
     int32 words_; // of a row
     uint64* open_;
     uint64* filled_;
+    WaitingRows fromAbove_, fromBelow_;
     RowState* rows_;
 };
 

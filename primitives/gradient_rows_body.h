@@ -10,15 +10,7 @@ namespace {
 using Words = int16 __attribute__((vector_size(kBytes)));
 
 inline Words WordsAt(const int16* from) { return reinterpret_cast<Words>(LoadBytes(from)); }
-#if ORVANE_WIDE
-inline Words WordsAt(const uint8* from) {
-    return reinterpret_cast<Words>(_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
-}
-#else
-inline Words WordsAt(const uint8* from) {
-    return reinterpret_cast<Words>(LowWords(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
-}
-#endif
+inline Words WordsAt(const uint8* from) { return reinterpret_cast<Words>(WordsOf(from)); }
 
 // --- sums of a separable filter, which stay inside 16 bits ---
 

@@ -31,14 +31,6 @@ void RunLowest(const uint8* const* rows, int32 count, uint8* result, int64 width
     }
 }
 
-#if ORVANE_WIDE
-inline Vector WordsOf(const uint8* bytes) {
-    return _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
-}
-#else
-inline Vector WordsOf(const uint8* bytes) { return LowWords(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))); }
-#endif
-
 void RunSumOfThree(const uint8* const (&rows)[3], uint16* sums, int64 width) {
     const uint8* a = rows[0];
     const uint8* b = rows[1];

@@ -142,18 +142,11 @@ void RunTool(benchmark::State& state, const char* extension) {
 void ToolToPng(benchmark::State& state) { RunTool(state, ".png"); }
 void ToolToJpeg(benchmark::State& state) { RunTool(state, ".jpg"); }
 
-BENCHMARK(ToolToPng)
-    ->Args({640, 480})
-    ->Args({1600, 1200})
-    ->Args({4000, 3000})
-    ->Iterations(15)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(ToolToJpeg)
-    ->Args({640, 480})
-    ->Args({1600, 1200})
-    ->Args({4000, 3000})
-    ->Iterations(15)
-    ->Unit(benchmark::kMillisecond);
+void Sizes(benchmark::internal::Benchmark* bench) {
+    bench->Args({640, 480})->Args({1600, 1200})->Args({4000, 3000})->Iterations(15)->Unit(benchmark::kMillisecond);
+}
+BENCHMARK(ToolToPng)->Apply(Sizes);
+BENCHMARK(ToolToJpeg)->Apply(Sizes);
 
 } // namespace
 } // namespace orvane::bench

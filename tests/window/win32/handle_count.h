@@ -1,15 +1,14 @@
-// How many handles of windows and drawing objects the process holds. Where the system keeps no count, the room
-// that is left tells it.
+// How many handles of windows and drawing objects the process holds. Where the system keeps no count, they are counted
+// here.
 #pragma once
 
 #include <windows.h>
 
-#include <algorithm>
 #include <vector>
 
 namespace orvane::test {
 
-/// Drawing objects: bitmaps, brushes, fonts, device contexts.
+/// Drawing objects: bitmaps, brushes, fonts, device contexts. Without a count the room that is left tells it.
 inline int GdiHandles() {
     if (const DWORD count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return static_cast<int>(count);
     constexpr int kRoom = 65536;
@@ -22,18 +21,42 @@ inline int GdiHandles() {
     return kRoom - static_cast<int>(made.size());
 }
 
-/// Windows, menus and icons. Without a count: how far the table of handles reaches once its gaps are filled.
+/// Windows of the process, those inside of others and those for messages alone included.
+inline int OwnWindows() {
+    std::vector<HWND> parents = {GetDesktopWindow(), HWND_MESSAGE};
+    int count = 0;
+    while (!parents.empty()) {
+        const HWND parent = parents.back();
+        parents.pop_back();
+        for (HWND window = nullptr; (window = FindWindowExW(parent, window, nullptr, nullptr)) != nullptr;) {
+            DWORD process = 0;
+            GetWindowThreadProcessId(window, &process);
+            if (process != GetCurrentProcessId()) continue;
+            ++count;
+            parents.push_back(window);
+        }
+    }
+    return count;
+}
+
+/// Windows, menus, icons and cursors, accelerator tables. The table of these handles is shared by all processes, so
+/// each place of it is asked whether something of this process lies there.
 inline int UserHandles() {
     if (const DWORD count = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)) return static_cast<int>(count);
-    const BYTE none[128] = {};
-    std::vector<HICON> made;
-    int last = 0;
-    for (int i = 0; i < 1000; ++i) {
-        made.push_back(CreateIcon(nullptr, 32, 32, 1, 1, none, none));
-        last = std::max(last, static_cast<int>(LOWORD(reinterpret_cast<ULONG_PTR>(made.back()))));
+    int count = OwnWindows();
+    for (ULONG_PTR place = 32; place < 65536; place += 2) {
+        const auto handle = reinterpret_cast<HANDLE>(place);
+        ICONINFO icon{};
+        if (GetIconInfo(static_cast<HICON>(handle), &icon)) {
+            DeleteObject(icon.hbmMask);
+            if (icon.hbmColor != nullptr) DeleteObject(icon.hbmColor);
+            ++count;
+        } else if (IsMenu(static_cast<HMENU>(handle)) ||
+                   CopyAcceleratorTableW(static_cast<HACCEL>(handle), nullptr, 0) > 0) {
+            ++count;
+        }
     }
-    for (const HICON icon : made) DestroyIcon(icon);
-    return last;
+    return count;
 }
 
 } // namespace orvane::test
