@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <thread>
 
 namespace orvane::tools {
 namespace {
@@ -25,6 +26,7 @@ public:
     }
     void Finish(std::size_t number, const JobOutcome& outcome) override {
         EXPECT_TRUE(outcomes.emplace(number, outcome).second) << number << " finished twice";
+        if (jobs_[number] == "last") std::this_thread::sleep_for(std::chrono::seconds(1)); // its worker ends meanwhile
     }
     bool Tick() override { return ++ticks_ > stopAfter; }
 
@@ -80,6 +82,15 @@ TEST(WorkerPool, AWorkerThatEndsCostsItsOwnJobAlone) {
     }
 }
 
+TEST(WorkerPool, AWorkerThatEndsBetweenTwoJobsCostsNone) {
+    PlayedClient client({"a", "last", "b"});
+    RunPool(Settings(1), client);
+    ASSERT_EQ(client.outcomes.size(), 3U);
+    EXPECT_EQ(client.outcomes[1].result, "hello last 2");
+    EXPECT_EQ(client.outcomes[2].end, JobEnd::done) << client.outcomes[2].result;
+    EXPECT_EQ(client.outcomes[2].result, "hello b 1") << "not a new worker";
+}
+
 TEST(WorkerPool, HowAWorkerEndedIsTold) {
     PlayedClient client({"leave", "crash"});
     RunPool(Settings(1), client);
@@ -89,7 +100,7 @@ TEST(WorkerPool, HowAWorkerEndedIsTold) {
 
 TEST(WorkerPool, AWorkerThatHangsIsEndedAndReplaced) {
     PoolSettings settings = Settings(1);
-    settings.timeout = std::chrono::milliseconds(700);
+    settings.timeout = std::chrono::seconds(3);
     PlayedClient client({"a", "hang", "b"});
     RunPool(settings, client);
     EXPECT_EQ(client.outcomes[0].end, JobEnd::done);
@@ -99,7 +110,7 @@ TEST(WorkerPool, AWorkerThatHangsIsEndedAndReplaced) {
 
 TEST(WorkerPool, AJobThatHangsHoldsUpNoOther) {
     PoolSettings settings = Settings(2);
-    settings.timeout = std::chrono::milliseconds(1500);
+    settings.timeout = std::chrono::seconds(3);
     Jobs jobs{"hang"};
     for (int i = 0; i < 20; ++i) jobs.push_back("x");
     PlayedClient client(jobs);
@@ -137,7 +148,7 @@ TEST(WorkerPool, AProgramThatIsNotThereStartsNoWorker) {
 
 TEST(WorkerPool, AStoppedRunEndsWhatIsUnderWayAndBeginsNothing) {
     PoolSettings settings = Settings(2);
-    settings.grace = std::chrono::milliseconds(300);
+    settings.grace = std::chrono::seconds(3);
     PlayedClient client({"hang", "wait 250", "a", "b", "c"});
     client.stopAfter = 1;
     RunPool(settings, client);

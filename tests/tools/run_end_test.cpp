@@ -65,6 +65,18 @@ private:
     int code_ = -1;
 };
 
+/// Workers see that their run has gone and end by themselves.
+void ExpectEndOf(const std::vector<pid_t>& workers) {
+    for (const pid_t worker : workers) {
+        const std::filesystem::path memory = "/proc/" + std::to_string(worker) + "/exe"; // ended ones have none
+        std::error_code gone;
+        for (int i = 0; i < 2000 && !std::filesystem::read_symlink(memory, gone).empty(); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        EXPECT_TRUE(gone) << "worker " << worker << " goes on";
+    }
+}
+
 class RunEnd : public testing::Test, protected PlacedTool {
 protected:
     RunEnd() : PlacedTool(ORVANE_TOOL) {
@@ -123,10 +135,10 @@ TEST_F(RunEnd, AKilledRunGoesOnWithNothingLostAndNothingDoneTwice) {
     for (int round = 0; round < 3; ++round) {
         StartedTool run(*this, Portraits({"--jobs", "2"}));
         ASSERT_TRUE(WaitForPortraits(before + 6));
+        const std::vector<pid_t> workers = run.Workers();
         run.Kill(SIGKILL);
         EXPECT_EQ(run.Wait(), 128 + SIGKILL);
-        // The workers see that the run has gone and end by themselves; until then the journal is not theirs.
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        ExpectEndOf(workers);
         before = Finished().size();
         ASSERT_LT(before, static_cast<std::size_t>(kPhotos)) << "killed too late to show anything";
         ExpectWhole();

@@ -96,8 +96,8 @@ void Journal::Read(const std::string& content, int* broken) {
         JournalEntry entry;
         const std::string line = content.substr(at, end - at);
         if (ReadJournalLine(line, &entry)) {
-            std::string output = entry.output;
-            entries_.emplace(std::move(output), std::move(entry));
+            std::vector<JournalEntry>& known = entries_[entry.output];
+            known.push_back(std::move(entry));
         } else if (!line.empty()) {
             ++*broken;
         }
@@ -138,17 +138,16 @@ bool Journal::Open(const std::string& folder, const Shard& shard, std::string* r
     return true;
 }
 
-std::vector<JournalEntry> Journal::Find(const std::string& output) const {
-    std::vector<JournalEntry> found;
-    const auto [first, last] = entries_.equal_range(output);
-    for (auto entry = first; entry != last; ++entry) found.push_back(entry->second);
-    return found;
+const std::vector<JournalEntry>& Journal::Find(const std::string& output) const {
+    static const std::vector<JournalEntry> none;
+    const auto known = entries_.find(output);
+    return known == entries_.end() ? none : known->second;
 }
 
 bool Journal::Add(const JournalEntry& entry, std::string* error) {
-    const auto [first, last] = entries_.equal_range(entry.output);
+    const std::vector<JournalEntry>& known = Find(entry.output);
     // What is tried again and again, on a full disk, is written down once.
-    if (std::any_of(first, last, [&](const auto& known) { return known.second == entry; })) return true;
+    if (std::find(known.begin(), known.end(), entry) != known.end()) return true;
     // The rest of a line that was cut off, by an earlier run or a full disk, must not take this one with it.
     std::string line = torn_ ? "\n" : "";
     line += JournalLine(entry);
@@ -158,7 +157,7 @@ bool Journal::Add(const JournalEntry& entry, std::string* error) {
     }
     torn_ = false;
     if (!file_.Flush(error)) return false;
-    entries_.emplace(entry.output, entry);
+    entries_[entry.output].push_back(entry);
     return true;
 }
 

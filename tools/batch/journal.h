@@ -36,7 +36,7 @@ public:
     bool Open(const std::string& folder, const Shard& shard, std::string* remark, std::string* error);
 
     /// What is known of an output, the latest last.
-    std::vector<JournalEntry> Find(const std::string& output) const;
+    const std::vector<JournalEntry>& Find(const std::string& output) const;
 
     /// Writes an entry down, so that it outlives a loss of power, unless it is known. False gives `*error` one line.
     bool Add(const JournalEntry& entry, std::string* error);
@@ -46,7 +46,7 @@ private:
 
     AppendFile file_;
     bool torn_ = false; ///< The file does not end with a line's end.
-    std::unordered_multimap<std::string, JournalEntry> entries_;
+    std::unordered_map<std::string, std::vector<JournalEntry>> entries_; ///< By output.
 };
 
 /// Name of a shard's journal in the output folder; all journals' names begin with the first.

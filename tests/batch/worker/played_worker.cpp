@@ -44,6 +44,7 @@ int main() {
             std::this_thread::sleep_for(std::chrono::milliseconds(std::atoi(job.c_str() + 5)));
         }
         run.Give(FrameKind::result, greeting + " " + job + " " + std::to_string(++done));
+        if (job == "last") return 0;
     }
     return 0;
 }
