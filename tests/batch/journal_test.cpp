@@ -70,6 +70,8 @@ TEST_F(JournalFile, KnowsWhatEarlierRunsWroteTheLatestLast) {
     Open(&journal);
     const std::vector<JournalEntry> found = journal.Find("a.png");
     ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0], Entry("a.png", 10));
+    EXPECT_EQ(found[1], Entry("a.png", 30));
     EXPECT_TRUE(journal.Find("c.png").empty());
     EXPECT_EQ(remark_, "");
 }
