@@ -45,7 +45,7 @@ private:
     void Read(const std::string& content, int* broken);
 
     AppendFile file_;
-    bool torn_ = false; ///< The file does not end with a line's end.
+    bool torn_ = false;                                                  ///< The file does not end with a line's end.
     std::unordered_map<std::string, std::vector<JournalEntry>> entries_; ///< By output.
 };
 
