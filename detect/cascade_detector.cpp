@@ -9,6 +9,7 @@
 #include "primitives/primitives.h"
 #include "primitives/trunc.h"
 
+#include <algorithm>
 #include <new>
 
 namespace orvane {
@@ -55,21 +56,19 @@ void SetLimitsByWidth(int32 width) {
     g_minFaceRatio = narrow ? 0.05F : 0.07F;
 }
 
-/// Copies a picture of one or three channels into one of three.
-int32 CopyToWork(const ImageBuffer& source, ImageBuffer& work) {
+/// Makes a picture of three channels the size of another one. False when memory is exhausted.
+bool ShapeWork(const ImageBuffer& source, ImageBuffer& work) {
     const bool sameSize = work.data != nullptr && work.width == source.width && work.height == source.height &&
                           work.channels == 3 && work.depth == kDepth8u;
-    if (!sameSize && !work.Create(source.width, source.height, 3, kDepth8u, 0)) return kOutOfMemory;
-    if (source.channels == 3) {
-        return primCopy_8u_C3(source.data, source.Step(), work.data, work.Step(), source.Size()) == kOk ? kSuccess
-                                                                                                        : kNoPicture;
-    }
+    return sameSize || work.Create(source.width, source.height, 3, kDepth8u, 0);
+}
+
+void CopyLevels(const ImageBuffer& source, ImageBuffer& work) {
     for (int32 y = 0; y < source.height; ++y) {
         const uint8* from = RowAt(source.data, source.Step(), y);
         uint8* to = RowAt(work.data, work.Step(), y);
         for (int32 x = 0; x < source.width; ++x, to += 3) to[0] = to[1] = to[2] = from[x];
     }
-    return kSuccess;
 }
 
 /// The grey plane of a picture, made once for all passes, and the copy of the picture in a work picture where one is
@@ -85,17 +84,17 @@ public:
     int32 Make() {
         if (grey_ != nullptr) return kSuccess;
         if (picture_.data == nullptr) return kNoPicture;
-        if (work_ != nullptr) {
-            if (const int32 status = CopyToWork(picture_, *work_)) return status;
-        }
+        if (work_ != nullptr && !ShapeWork(picture_, *work_)) return kOutOfMemory;
         if (picture_.channels != 3) {
+            if (work_ != nullptr) CopyLevels(picture_, *work_);
             grey_ = &picture_;
             return kSuccess;
         }
-        const ImageSize size = picture_.Size();
-        if (!own_.Remake(size.width, size.height, 1, kDepth8u)) return kOutOfMemory;
-        if (primRGBToGray_8u_C3C1(picture_.data, picture_.Step(), own_.data, own_.Step(), size) != kOk) {
-            return kNoPicture;
+        if (!own_.Remake(picture_.width, picture_.height, 1, kDepth8u)) return kOutOfMemory;
+        // Some rows at a time, which the copy leaves in a cache for the conversion.
+        constexpr int32 kRows = 8;
+        for (int32 y = 0; y < picture_.height; y += kRows) {
+            if (!MakeRows(y, std::min(kRows, picture_.height - y))) return kNoPicture;
         }
         grey_ = &own_;
         return kSuccess;
@@ -105,6 +104,16 @@ public:
     const ImageBuffer& Plane() const { return *grey_; }
 
 private:
+    bool MakeRows(int32 y, int32 height) {
+        const ImageSize rows{picture_.width, height};
+        const uint8* from = RowAt(picture_.data, picture_.Step(), y);
+        if (work_ != nullptr &&
+            primCopy_8u_C3(from, picture_.Step(), RowAt(work_->data, work_->Step(), y), work_->Step(), rows) != kOk) {
+            return false;
+        }
+        return primRGBToGray_8u_C3C1(from, picture_.Step(), RowAt(own_.data, own_.Step(), y), own_.Step(), rows) == kOk;
+    }
+
     const ImageBuffer& picture_;
     ImageBuffer* work_;
     ImageBuffer& own_;
@@ -221,6 +230,8 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
         if (first) {
             runsFused = RunsFused(params, scaled.height);
             if (runsFused && !fused.Reserve(scaled)) return kOutOfMemory;
+            const int32 status = runsFused ? kOk : MakeStages(g_classifier);
+            if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
             first = false;
         }
         if (runsFused) {

@@ -1,6 +1,6 @@
 #include "detect/scale_rows.h"
 
-#include "detect/edge_bits.h"
+#include "primitives/edge_bits.h"
 #include "primitives/resize_frame.h"
 
 #include <algorithm>
@@ -11,6 +11,8 @@ namespace {
 constexpr float kSumInit = -16777216.0F; // keeps float sums exact up to 33,554,432
 constexpr int32 kLow = 8, kHigh = 24;    // the edge thresholds of the pruning
 constexpr int32 kBlock = 64;             // pixels that the edge kernels take at a time
+constexpr int32 kAhead = 3;              // rows that are fetched before they are sampled
+constexpr int32 kCacheLine = 64;
 
 int32 RoundUp(int32 n, int32 to) { return (n + to - 1) / to * to; }
 
@@ -18,17 +20,19 @@ int32 RoundUp(int32 n, int32 to) { return (n + to - 1) / to * to; }
 
 bool ScaleRows::Reserve(ImageSize scaled) {
     const auto [width, height] = scaled;
-    stride_ = RoundUp(width + 1 + 2 * kMostLanes, kMostLanes);
+    stride_ = RoundUp(width + 1 + kMostLanes, kMostLanes);
     lineStride_ = RoundUp(width + 2, kBlock) + kBlock;
     const int64 sums = int64{stride_} * (height + 1);
     const int64 words = int64{WordsOf(width)} * height;
-    return sum_.Allocate(sums) && squares_.Allocate(sums) && columns_.Allocate(width) && rows_.Allocate(height) &&
-           samples_.Allocate(int64{3} * lineStride_) && gradients_.Allocate(int64{7} * lineStride_) &&
-           ridges_.Allocate(words) && edges_.Allocate(words) && marks_.Allocate(height);
+    return sum_.Allocate(sums) && shortSum_.Allocate(sums) && squares_.Allocate(sums) && columns_.Allocate(width) &&
+           rows_.Allocate(height) && samples_.Allocate(int64{3} * lineStride_) &&
+           gradients_.Allocate(int64{7} * lineStride_) && ridges_.Allocate(words) && edges_.Allocate(words) &&
+           marks_.Allocate(height);
 }
 
 /// Each row is sampled, summed, and passed on to the edges, which come two rows behind.
 void ScaleRows::Make(ImageSize scaled, double inverseScale, ImageSize positions) {
+    scaled_ = scaled;
     positions_ = positions;
     words_ = WordsOf(positions.width);
     FindPositions(scaled, inverseScale);
@@ -53,6 +57,9 @@ void ScaleRows::Make(ImageSize scaled, double inverseScale, ImageSize positions)
     FollowRidges(ridges_.data(), edges_.data(), words_, height, marks_.data());
 }
 
+/// The last one is the largest, and below 2^24 none was rounded.
+bool ScaleRows::SumsAreExact() const { return SumRow(scaled_.height)[scaled_.width] < -kSumInit; }
+
 void ScaleRows::FindPositions(ImageSize scaled, double factor) {
     filled_.width = NearestPositions(grey_.width, factor, scaled.width, columns_.data());
     filled_.height = NearestPositions(grey_.height, factor, scaled.height, rows_.data());
@@ -63,8 +70,17 @@ void ScaleRows::SampleRow(int32 y, int32 width, uint8* row) const {
         std::fill_n(row, width, uint8{0});
         return;
     }
+    Announce(y + kAhead);
     kernels_.sample(RowAt(grey_.data, grey_.Step(), rows_[y]), columns_.data(), filled_.width, row);
     std::fill(row + filled_.width, row + width, uint8{0});
+}
+
+/// Lets the processor fetch a row of the picture that will be sampled: of a large one every sample may be a cache line
+/// of its own, and rows lie too far apart for it to foresee the next.
+void ScaleRows::Announce(int32 y) const {
+    if (y >= filled_.height) return;
+    const uint8* row = RowAt(grey_.data, grey_.Step(), rows_[y]);
+    for (int32 x = 0; x < grey_.width; x += kCacheLine) __builtin_prefetch(row + x);
 }
 
 void ScaleRows::SumRowOf(int32 y, int32 width) {
@@ -72,7 +88,9 @@ void ScaleRows::SumRowOf(int32 y, int32 width) {
     uint32* squares = squares_.data() + std::ptrdiff_t{y + 1} * stride_;
     sum[0] = kSumInit;
     squares[0] = 0;
-    kernels_.integral(Samples(y), width, SumRow(y) + 1, sum + 1, SquaresRow(y) + 1, squares + 1);
+    uint16* shortSum = shortSum_.data() + std::ptrdiff_t{y + 1} * stride_;
+    kernels_.integral(Samples(y), width,
+                      {SumRow(y) + 1, sum + 1, ShortSumRow(y) + 1, shortSum + 1, SquaresRow(y) + 1, squares + 1});
 }
 
 GradientRow ScaleRows::Gradients(int32 y) {

@@ -25,7 +25,12 @@ public:
 
     /// The sums have a row and a column more than the scale. Groups of windows at the end of a row may read beyond it.
     const float* SumRow(int32 y) const { return sum_.data() + std::ptrdiff_t{y} * stride_; }
+    /// Sums of levels less kMiddleLevel, in 16 bits.
+    const uint16* ShortSumRow(int32 y) const { return shortSum_.data() + std::ptrdiff_t{y} * stride_; }
     const uint32* SquaresRow(int32 y) const { return squares_.data() + std::ptrdiff_t{y} * stride_; }
+
+    /// Whether the float plane had to round none of the scale's sums.
+    bool SumsAreExact() const;
 
     /// Words of a row of the edge map.
     int32 Words() const { return words_; }
@@ -36,6 +41,7 @@ public:
 private:
     void FindPositions(ImageSize scaled, double factor);
     void SampleRow(int32 y, int32 width, uint8* row) const;
+    void Announce(int32 y) const;
     void SumRowOf(int32 y, int32 width);
     void FindGradients(int32 y);
     void FindRidges(int32 y);
@@ -48,6 +54,7 @@ private:
     int32 stride_ = 0;
     int32 lineStride_ = 0; // elements of a row of samples or gradients
     int32 words_ = 0;
+    ImageSize scaled_{0, 0};
     ImageSize positions_{0, 0};
 
     ImageSize filled_{0, 0};   // what the picture fills of the scale; beyond it is black
@@ -55,6 +62,7 @@ private:
     HeapArray<int32> rows_;
 
     HeapArray<float> sum_;
+    HeapArray<uint16> shortSum_; // whose first row and column are always 0
     HeapArray<uint32> squares_;
     HeapArray<uint8> samples_;   // three rows, with a pixel more at both ends
     HeapArray<int16> gradients_; // three rows each of magnitudes and directions, and one of zeros

@@ -29,11 +29,16 @@ inline void Store(const V& v, T* to) {
 #if ORVANE_WIDE
 inline uint32 SignBits(Floats v) { return static_cast<uint32>(_mm256_movemask_ps(v)); }
 inline Floats SquareRoots(Floats v) { return _mm256_sqrt_ps(v); }
+/// What a stump gives: by the sign alone, since at 0 it is in doubt anyway.
+inline Floats VoteOf(Floats difference, Floats below, Floats above) {
+    return _mm256_blendv_ps(above, below, difference);
+}
 /// a * b + c, rounded once or twice: the bounds allow for both.
 inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return _mm256_fmadd_ps(a, b, c); }
 #else
 inline uint32 SignBits(Floats v) { return static_cast<uint32>(_mm_movemask_ps(v)); }
 inline Floats SquareRoots(Floats v) { return _mm_sqrt_ps(v); }
+inline Floats VoteOf(Floats difference, Floats below, Floats above) { return difference < 0.0F ? below : above; }
 inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return a * b + c; }
 #endif
 
@@ -79,7 +84,7 @@ inline void RunStumps(int32 count, const PlannedStump*& stump, const int32*& cor
         }
         const Floats below = SplatFloat(stump->below), above = SplatFloat(stump->above);
         for (int32 g = 0; g < Groups; ++g) {
-            r.sum[g] += difference[g] < 0.0F ? below : above;
+            r.sum[g] += VoteOf(difference[g], below, above);
             r.nearest[g] = SmallestFloat(MagnitudesOf(difference[g]), r.nearest[g]);
         }
     }
@@ -98,10 +103,10 @@ inline void RunGroups(const ResolvedStage& stage, const float* window, const flo
     const PlannedStump* stump = stage.stumps;
     const int32* corners = stage.corners;
     const float* weights = stage.weights;
-    RunStumps<1>(stage.stumpCounts[0], stump, corners, weights, r);
-    RunStumps<2>(stage.stumpCounts[1], stump, corners, weights, r);
-    RunStumps<3>(stage.stumpCounts[2], stump, corners, weights, r);
-    RunStumps<4>(stage.stumpCounts[3], stump, corners, weights, r);
+    RunStumps<1>(stage.stumpCounts[kOneRect], stump, corners, weights, r);
+    RunStumps<2>(stage.stumpCounts[kNestedRects] + stage.stumpCounts[kTwoRects], stump, corners, weights, r);
+    RunStumps<3>(stage.stumpCounts[kThreeRects], stump, corners, weights, r);
+    RunStumps<4>(stage.stumpCounts[kFourRects], stump, corners, weights, r);
     for (int32 g = 0; g < Groups; ++g) {
         if (stage.continues) r.sum[g] += Load<Floats>(sums + starts[g]);
         Store(r.sum[g], sums + starts[g]);
@@ -114,8 +119,113 @@ inline void RunGroups(const ResolvedStage& stage, const float* window, const flo
 void RunStage(const ResolvedStage& stage, const float* window, const float* norms, float* sums, const int32* starts,
               int32 count, GroupVerdict* verdicts) {
     int32 i = 0;
+    for (; i + 3 <= count && i + 4 != count; i += 3) RunGroups<3>(stage, window, norms, sums, starts + i, verdicts + i);
     for (; i + 2 <= count; i += 2) RunGroups<2>(stage, window, norms, sums, starts + i, verdicts + i);
     if (i < count) RunGroups<1>(stage, window, norms, sums, starts + i, verdicts + i);
+}
+
+// --- a first stage that takes short sums ---
+
+constexpr int32 kShortLanes = kWords;
+
+/// The norms, sums and so on of as many windows, in the order in which words are made numbers.
+struct FloatPair {
+    Floats low, high;
+};
+
+/// From the order of memory to that of numbers made of words, and back.
+inline FloatPair Exchanged(const FloatPair& v) {
+#if ORVANE_WIDE
+    return {_mm256_permute2f128_ps(v.low, v.high, 0x20), _mm256_permute2f128_ps(v.low, v.high, 0x31)};
+#else
+    return v;
+#endif
+}
+
+inline FloatPair LoadPair(const float* from) { return Exchanged({Load<Floats>(from), Load<Floats>(from + kLanes)}); }
+
+inline void StorePair(const FloatPair& v, float* to) {
+    const FloatPair ordered = Exchanged(v);
+    Store(ordered.low, to);
+    Store(ordered.high, to + kLanes);
+}
+
+/// A bit for each lane whose mask is set, in the order of memory.
+inline uint32 PairBits(const Ints& low, const Ints& high) {
+    const FloatPair ordered = Exchanged({reinterpret_cast<Floats>(low), reinterpret_cast<Floats>(high)});
+    return SignBits(ordered.low) | SignBits(ordered.high) << kLanes;
+}
+
+struct ShortRunning {
+    const uint16* window;
+    FloatPair norm, sum, nearest;
+};
+
+inline Vector SumWithin(const uint16* window, const int32* corner) {
+    const std::ptrdiff_t a = corner[0], b = corner[1], d = corner[2], e = corner[3];
+    return SubtractWords(SubtractWords(LoadBytes(window + a), LoadBytes(window + b)),
+                         SubtractWords(LoadBytes(window + d), LoadBytes(window + e)));
+}
+
+/// Sums of two parts, times multiples of the unit.
+struct PartNumbers {
+    Vector low, high;
+};
+
+inline PartNumbers SumsOfParts(Vector first, Vector second, const int16* multiples) {
+    int32 two;
+    __builtin_memcpy(&two, multiples, sizeof two);
+    const auto both = reinterpret_cast<Vector>(Ints{} + two);
+    return {SumsOfProducts(LowPairs(first, second), both), SumsOfProducts(HighPairs(first, second), both)};
+}
+
+/// What a stump compares with 0, before the norm's part comes to it.
+template <StumpKind Kind>
+inline PartNumbers SumsOfParts(const uint16* window, const int32* corners, const PartWeights& weights) {
+    const Vector a = SumWithin(window, corners), b = SumWithin(window, corners + 4);
+    const int16* multiples = weights.multiples;
+    if constexpr (Kind == kNestedRects) return SumsOfParts(SubtractWords(a, b), b, multiples);
+    if constexpr (Kind == kTwoRects) return SumsOfParts(a, b, multiples);
+    const PartNumbers two = SumsOfParts(a, b, multiples);
+    const Vector c = SumWithin(window, corners + 8), d = Kind == kFourRects ? SumWithin(window, corners + 12) : Zero();
+    const PartNumbers more = SumsOfParts(c, d, multiples + 2);
+    return {AddNumbers(two.low, more.low), AddNumbers(two.high, more.high)};
+}
+
+template <StumpKind Kind>
+inline void RunShortStumps(int32 count, const PlannedStump*& stump, const PartWeights*& weights, const int32*& corners,
+                           ShortRunning& r) {
+    for (int32 i = 0; i < count; ++i, ++stump, ++weights, corners += 4 * kRectsOfKind[Kind]) {
+        const Floats threshold = SplatFloat(stump->minusThreshold), unit = SplatFloat(weights->unit);
+        const Floats below = SplatFloat(stump->below), above = SplatFloat(stump->above);
+        const PartNumbers sums = SumsOfParts<Kind>(r.window, corners, *weights);
+        const Floats low = MultiplyAdd(FloatsOf(sums.low), unit, r.norm.low * threshold);
+        const Floats high = MultiplyAdd(FloatsOf(sums.high), unit, r.norm.high * threshold);
+        r.sum.low += VoteOf(low, below, above);
+        r.sum.high += VoteOf(high, below, above);
+        r.nearest.low = SmallestFloat(MagnitudesOf(low), r.nearest.low);
+        r.nearest.high = SmallestFloat(MagnitudesOf(high), r.nearest.high);
+    }
+}
+
+/// One group at a time: two, which could share the reading of the stumps, have too few registers.
+void RunShortStage(const ResolvedStage& stage, const uint16* window, const float* norms, float* sums,
+                   const int32* starts, int32 count, GroupVerdict* verdicts) {
+    const Floats far = SplatFloat(3e38F);
+    for (int32 i = 0; i < count; ++i) {
+        ShortRunning r = {window + starts[i], LoadPair(norms + starts[i]), {Floats{}, Floats{}}, {far, far}};
+        const PlannedStump* stump = stage.stumps;
+        const PartWeights* weights = stage.parts;
+        const int32* corners = stage.corners;
+        RunShortStumps<kNestedRects>(stage.stumpCounts[kNestedRects], stump, weights, corners, r);
+        RunShortStumps<kTwoRects>(stage.stumpCounts[kTwoRects], stump, weights, corners, r);
+        RunShortStumps<kThreeRects>(stage.stumpCounts[kThreeRects], stump, weights, corners, r);
+        RunShortStumps<kFourRects>(stage.stumpCounts[kFourRects], stump, weights, corners, r);
+        StorePair(r.sum, sums + starts[i]);
+        const uint32 passes = PairBits(r.sum.low >= stage.passesFrom, r.sum.high >= stage.passesFrom);
+        const uint32 fails = PairBits(r.sum.low < stage.failsBelow, r.sum.high < stage.failsBelow);
+        verdicts[i] = {passes, ~(passes | fails), PairBits(r.nearest.low < 1.0F, r.nearest.high < 1.0F)};
+    }
 }
 
 /// The area times the sum of squares less the square of the sum, which is exact in double; 0 where the rounding of
@@ -140,46 +250,32 @@ void RunNorms(const InnerRectRows& rows, int32 count, float* norms) {
     }
 }
 
-/// Running sums of whole numbers, a vector at a time.
-struct Prefix {
-    Ints before{};
-
-    Ints Next(Vector values) {
-        const Vector within = RunningSums(values);
-        const Ints sums = reinterpret_cast<Ints>(within) + before;
-        before += reinterpret_cast<Ints>(Last(within));
-        return sums;
-    }
-
-private:
-    /// The last number, in each place.
-    static Vector Last(Vector v) {
+/// Adds the lower halves of whole numbers to those of the row above.
+inline void StoreLowHalves(Vector numbers, const uint16* above, uint16* to) {
 #if ORVANE_WIDE
-        return _mm256_permutevar8x32_epi32(v, _mm256_set1_epi32(7));
+    const Vector low = _mm256_and_si256(numbers, _mm256_set1_epi32(0xFFFF));
+    const Vector words = _mm256_permute4x64_epi64(_mm256_packus_epi32(low, low), 0x08);
+    const __m128i before = _mm_loadu_si128(reinterpret_cast<const __m128i*>(above));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_add_epi16(_mm256_castsi256_si128(words), before));
 #else
-        return _mm_shuffle_epi32(v, 0xFF);
-#endif
-    }
-};
-
-/// Of numbers whose upper halves are 0.
-inline Vector Squares(Vector v) {
-#if ORVANE_WIDE
-    return _mm256_madd_epi16(v, v);
-#else
-    return _mm_madd_epi16(v, v);
+    const Vector low = _mm_srai_epi32(_mm_slli_epi32(numbers, 16), 16);
+    const Vector before = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(above));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), AddWords(PackNumbers(low, low), before));
 #endif
 }
 
-void RunIntegral(const uint8* pixels, int32 width, const float* sumAbove, float* sum, const uint32* squaresAbove,
-                 uint32* squares) {
+void RunIntegral(const uint8* pixels, int32 width, const SumRows& rows) {
+    const SumRows r = rows;
     Prefix sums, squareSums;
-    for (int32 x = 0; x < width; x += kLanes) {
+    Ints middle; // what is taken off the levels up to each pixel
+    for (int32 i = 0; i < kLanes; ++i) middle[i] = kMiddleLevel * (i + 1);
+    for (int32 x = 0; x < width; x += kLanes, middle += kMiddleLevel * kLanes) {
         const Vector values = PixelNumbers(pixels + x);
-        const Ints rowSums = sums.Next(values);
-        const Ints rowSquares = squareSums.Next(Squares(values));
-        Store(__builtin_convertvector(rowSums, Floats) + Load<Floats>(sumAbove + x), sum + x);
-        Store(reinterpret_cast<UnsignedInts>(rowSquares) + Load<UnsignedInts>(squaresAbove + x), squares + x);
+        const Ints rowSums = reinterpret_cast<Ints>(sums.Next(values));
+        const Vector rowSquares = squareSums.Next(Squares(values));
+        Store(__builtin_convertvector(rowSums, Floats) + Load<Floats>(r.sumAbove + x), r.sum + x);
+        StoreLowHalves(reinterpret_cast<Vector>(rowSums - middle), r.shortSumAbove + x, r.shortSum + x);
+        Store(reinterpret_cast<UnsignedInts>(rowSquares) + Load<UnsignedInts>(r.squaresAbove + x), r.squares + x);
     }
 }
 

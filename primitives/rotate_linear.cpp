@@ -62,7 +62,7 @@ void SampleOne(const LinearPath& path, SourcePosition at, uint8* to) {
 constexpr float kDoubt = 1.0F / 2048;
 
 /// Pixels of a piece, and the farthest that it may lie: what the errors above go by. A wide kernel takes longer ones.
-constexpr int64 kLongestPiece = 128, kLongestWidePiece = 512;
+constexpr int64 kLongestPiece = 128, kLongestWidePiece = 1024;
 constexpr double kFarthest = 1 << 16;
 
 /// Whether all positions from `at` on lie so far inside the picture that no rounding leads out, nor eight bytes

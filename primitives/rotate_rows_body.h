@@ -8,6 +8,7 @@
 #pragma once
 
 #include "primitives/byte_vectors.h"
+#include "primitives/raised_bytes.h"
 #include "primitives/row_kernels.h"
 
 namespace orvane::ORVANE_KERNELS {
@@ -198,10 +199,6 @@ struct PieceStart {
 
 /// Which of a sample's fraction, that has 15 bits once it is raised, is doubt: 2^-12 to either side of a whole number.
 constexpr int32 kRunDoubt = 8;
-/// Raises a sample, adds a half to round it and as much as it may be below a whole number: with that a fraction in
-/// doubt is a small one, and only of such a sample the whole number changes.
-constexpr float kRaise = 256.5F + static_cast<float>(kRunDoubt) / 32768;
-
 /// Vectors of a run, and its pixels: a longer one is cut.
 constexpr int32 kRunVectors = 24;
 constexpr int64 kRunPixels = kRunVectors * 8 / 3;
@@ -231,22 +228,7 @@ inline __m256i SampleEight(const uint8* upper, const uint8* lower, __m256 x, __m
     const __m256 top = _mm256_fmadd_ps(_mm256_sub_ps(EightFloats(upper + 3), p00), x, p00);
     const __m256 bottom = _mm256_fmadd_ps(_mm256_sub_ps(EightFloats(lower + 3), p01), x, p01);
     const __m256 sample = _mm256_fmadd_ps(_mm256_sub_ps(bottom, top), y, top);
-    const __m256i raised = _mm256_castps_si256(_mm256_add_ps(sample, _mm256_set1_ps(kRaise)));
-    return _mm256_add_epi32(raised, raised);
-}
-
-inline void StoreEight(__m256i samples, uint8* to) {
-    const __m256i third = TwiceTheSame(_mm_setr_epi8(2, 6, 10, 14, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
-    const __m256i bytes = _mm256_shuffle_epi8(samples, third);
-    const __m256i inOrder = _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 0, 4, 0, 4, 0, 4));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm256_castsi256_si128(inOrder));
-}
-
-/// A bit for each byte in doubt.
-inline uint32 DoubtsOf(__m256i samples) {
-    const __m256i certain = _mm256_and_si256(samples, _mm256_set1_epi32(0xFFFF & ~(4 * kRunDoubt - 1)));
-    const __m256i doubts = _mm256_cmpeq_epi32(certain, _mm256_setzero_si256());
-    return static_cast<uint32>(_mm256_movemask_ps(_mm256_castsi256_ps(doubts)));
+    return DoubledNumbers(_mm256_add_ps(sample, _mm256_set1_ps(kRaiseBy<kRunDoubt>)));
 }
 
 /// Some samples between two rows: the first one's place.
@@ -261,75 +243,120 @@ struct Run {
     }
 };
 
-/// Which of the samples is the first beyond the pixel, or line of pixels, that is the `number`-th after the one of the
-/// first sample, whose fraction is `fraction` and goes by `step`; at most `most`.
-inline int64 FirstBeyond(int32 number, double fraction, double step, double inverse, int64 most) {
-    const double way = (step > 0.0 ? number + 1 - fraction : -number - fraction) * inverse;
-    return way < static_cast<double>(most - 1) ? static_cast<int64>(way) + 1 : most;
-}
-
 /// Whether the way leads right, and down or up by less than a pixel in four.
 inline bool GoesByRuns(const TurnedPath& path) {
     return path.uStep > 0.9 && path.uStep < 1.0 && path.vStep < 0.25 && path.vStep > -0.25;
 }
 
-/// Samples `first` to before `end` of a piece, which make up a run.
-inline void SampleRun(const TurnedPath& path, const PieceStart& start, const Run& run, const RunWays& ways, int64 first,
-                      int64 end, int64 count, uint8* piece) {
-    const auto bytes = static_cast<int32>(3 * (end - first));
-    const int64 room = 3 * (count - first); // to the end of the piece, which nothing may leave
-    uint8* to = piece + 3 * first;
-    __m256i least = _mm256_set1_epi32(-1); // of the fractions
-    int32 i = 0;
-    for (; 8 * i < bytes && 8 * i + 8 <= room; ++i) {
-        const __m256i samples = run.Eight(ways, i);
-        StoreEight(samples, to + 8 * i);
-        least = _mm256_min_epu16(least, samples);
+/// Samples that are taken as runs at once, and the most lines of pixels that their way crosses, in whole vectors.
+constexpr int32 kRunPiece = 1024;
+constexpr int32 kMostCrossings = kRunPiece / 4 + 8;
+
+/// Where the way of a piece goes from one row, or column, to the next: found for four at once, since one that waited
+/// for the one before would take longer than the samples between them.
+struct Crossings {
+    int32 ends[kMostCrossings]; // the first sample beyond the line of pixels with this number
+
+    /// @param fraction of the first sample along the axis
+    Crossings(double fraction, double step, int64 count) {
+        const __m256d inverse = _mm256_set1_pd(1.0 / step), last = _mm256_set1_pd(static_cast<double>(count - 1));
+        const __m256d line = _mm256_set1_pd(step > 0.0 ? 4.0 : -4.0);
+        __m256d way = _mm256_mul_pd(_mm256_setr_pd(0.0, 0.25, 0.5, 0.75), line);
+        way = _mm256_add_pd(way, _mm256_set1_pd(step > 0.0 ? 1.0 - fraction : -fraction));
+        __m128i before;
+        int32 i = 0;
+        do {
+            before = _mm256_cvttpd_epi32(_mm256_min_pd(_mm256_mul_pd(way, inverse), last));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(ends + i), _mm_add_epi32(before, _mm_set1_epi32(1)));
+            way = _mm256_add_pd(way, line);
+            i += 4;
+        } while (_mm_extract_epi32(before, 3) < count - 1 && i < kMostCrossings);
     }
-    if (8 * i < bytes) {
-        uint8 apart[8];
-        const __m256i samples = run.Eight(ways, i);
-        StoreEight(samples, apart);
-        for (int32 k = 0; 8 * i + k < bytes; ++k) to[8 * i + k] = apart[k];
-        least = _mm256_min_epu16(least, samples);
-    }
-    if (DoubtsOf(least) == 0) return;
-    for (i = 0; 8 * i < bytes; ++i) {
-        for (uint32 doubts = DoubtsOf(run.Eight(ways, i)); doubts != 0; doubts &= doubts - 1) {
+};
+
+/// A piece of a row of runs, as it is taken.
+struct RunPiece {
+    const TurnedPath& path;
+    const PieceStart& start;
+    const RunWays& ways;
+    uint8* to;
+    int64 count;
+};
+
+/// What a run's samples in doubt come to.
+[[gnu::noinline]] void DecideDoubts(const RunPiece& piece, Run run, int64 first, int32 bytes) {
+    uint8* to = piece.to + 3 * first;
+    for (int32 i = 0; 8 * i < bytes; ++i) {
+        for (uint32 doubts = DoubtsOf<kRunDoubt>(run.Eight(piece.ways, i)); doubts != 0; doubts &= doubts - 1) {
             const int32 pixel = (8 * i + __builtin_ctz(doubts)) / 3;
-            if (3 * pixel < bytes) start.Decide(path, first + pixel, to + 3 * pixel);
+            if (3 * pixel < bytes) piece.start.Decide(piece.path, first + pixel, to + 3 * pixel);
         }
     }
 }
 
+/// A run near the end of a piece, which its last vector would leave.
+[[gnu::noinline]] void SampleLastRun(const RunPiece& piece, Run run, int64 first, int32 bytes) {
+    uint8 apart[kRunVectors * 8];
+    __m256i least = _mm256_set1_epi32(-1); // of the fractions
+    for (int32 i = 0; 8 * i < bytes; ++i) {
+        const __m256i samples = run.Eight(piece.ways, i);
+        StoreEight(samples, apart + 8 * i);
+        least = _mm256_min_epu16(least, samples);
+    }
+    __builtin_memcpy(piece.to + 3 * first, apart, static_cast<std::size_t>(bytes));
+    if (DoubtsOf<kRunDoubt>(least) != 0) DecideDoubts(piece, run, first, bytes);
+}
+
+/// Samples `first` to before `end` of a piece, which make up a run.
+inline void SampleRun(const RunPiece& piece, const Run& run, int32 first, int32 end) {
+    const int32 bytes = 3 * (end - first);
+    const auto written = static_cast<std::ptrdiff_t>((static_cast<uint32>(bytes) + 7) / 8 * 8);
+    if (written > 3 * (piece.count - first)) {
+        SampleLastRun(piece, run, first, bytes);
+        return;
+    }
+    uint8* to = piece.to + 3 * first;
+    __m256i least = _mm256_set1_epi32(-1); // of the fractions
+    for (int32 i = 0; 8 * i < written; ++i) {
+        const __m256i samples = run.Eight(piece.ways, i);
+        StoreEight(samples, to + 8 * i);
+        least = _mm256_min_epu16(least, samples);
+    }
+    if (DoubtsOf<kRunDoubt>(least) != 0) DecideDoubts(piece, run, first, bytes);
+}
+
 void SampleRuns(const TurnedPath& path, const PieceStart& start, int64 count, uint8* to) {
     const double xStep = path.uStep - 1.0, yStep = path.vStep;
-    const double xInverse = 1.0 / xStep, yInverse = 1.0 / yStep;
     const RunWays ways(static_cast<float>(xStep), static_cast<float>(yStep));
+    const RunPiece piece{path, start, ways, to, count};
     const auto column0 = static_cast<int32>(start.u), row0 = static_cast<int32>(start.v);
-    const double x0 = start.u - column0, y0 = start.v - row0;
+    double x = start.u - column0, y = start.v - row0; // of the first sample, from the pixel at hand
+    const Crossings rows(y, yStep, count), columns(x, xStep, count);
     const std::ptrdiff_t nextRow = yStep > 0.0 ? path.srcStep : -path.srcStep;
     const double oneRow = yStep > 0.0 ? 1.0 : -1.0;
     const uint8* upper = path.src + static_cast<std::ptrdiff_t>(row0) * path.srcStep + 3 * std::ptrdiff_t{column0};
-    int32 rows = 0, columns = 0;
-    int64 rowEnd = FirstBeyond(0, y0, yStep, yInverse, count), columnEnd = FirstBeyond(0, x0, xStep, xInverse, count);
-    for (int64 done = 0; done < count;) {
-        int64 end = rowEnd < columnEnd ? rowEnd : columnEnd;
-        if (end - done > kRunPixels) end = done + kRunPixels;
+    const int32* rowEnd = rows.ends;
+    const int32* columnEnd = columns.ends;
+    for (int32 done = 0; done < count;) {
+        int32 end = *rowEnd < *columnEnd ? *rowEnd : *columnEnd;
+        if (end - done > kRunPixels) end = done + static_cast<int32>(kRunPixels);
         const uint8* from = upper + 3 * done;
-        for (int64 i = 0; i < 3 * (end - done); i += 64) Ahead(path, from + i - path.src);
+        Ahead(path, from - path.src);
+        for (int32 i = 64; i < 3 * (end - done); i += 64) Ahead(path, from + i - path.src);
         const auto at = static_cast<double>(done);
-        const auto x = static_cast<float>(x0 + columns + at * xStep);
-        const auto y = static_cast<float>(y0 - rows * oneRow + at * yStep);
-        SampleRun(path, start, {from, from + path.srcStep, _mm256_set1_ps(x), _mm256_set1_ps(y)}, ways, done, end,
-                  count, to);
+        SampleRun(piece,
+                  {from, from + path.srcStep, _mm256_set1_ps(static_cast<float>(x + at * xStep)),
+                   _mm256_set1_ps(static_cast<float>(y + at * yStep))},
+                  done, end);
         done = end;
-        if (done == rowEnd) {
-            rowEnd = FirstBeyond(++rows, y0, yStep, yInverse, count);
+        if (done == *rowEnd) {
+            ++rowEnd;
+            y -= oneRow;
             upper += nextRow;
         }
-        if (done == columnEnd) {
-            columnEnd = FirstBeyond(++columns, x0, xStep, xInverse, count);
+        if (done == *columnEnd) {
+            ++columnEnd;
+            x += 1.0;
             upper -= 3;
         }
     }
@@ -365,15 +392,16 @@ int64 RunTurnedRow(const TurnedPath& turned, double& uAt, double& vAt, int64 cou
         uAt = RoundedSum(uAt, path.uStep, samples);
         vAt = RoundedSum(vAt, path.vStep, samples);
     };
-    if (Channels == 3 && GoesByRuns(path)) {
-        SampleRuns(path, {uAt, vAt}, count, to);
-        advance(count);
-        return 0;
-    }
-    constexpr int64 kPiece = 128; // what the errors of fixed point go by
-    while (count >= kSamples) {
-        const int64 samples = count < kPiece ? count - count % kSamples : kPiece;
-        SampleBlocks<Channels>(path, {uAt, vAt}, samples, to);
+    const bool runs = Channels == 3 && GoesByRuns(path);
+    const int64 piece = runs ? kRunPiece : 128; // what the errors of fixed point go by
+    while (count >= (runs ? 1 : kSamples)) {
+        int64 samples = count < piece ? count : piece;
+        if (!runs) samples -= samples % kSamples;
+        if (runs) {
+            SampleRuns(path, {uAt, vAt}, samples, to);
+        } else {
+            SampleBlocks<Channels>(path, {uAt, vAt}, samples, to);
+        }
         advance(samples);
         to += samples * Channels;
         count -= samples;

@@ -1,8 +1,8 @@
 // The fused walk over a scale gives what the primitives give one after the other, with each form of the kernels.
 #include "detect/scale_rows.h"
 
-#include "detect/edge_bits.h"
 #include "detect/edge_pruning.h"
+#include "primitives/edge_bits.h"
 #include "primitives/primitives.h"
 #include "tests/detect/kernel_sets.h"
 #include "tests/support/random.h"
@@ -53,6 +53,13 @@ struct Scale {
 /// What the primitives make of a scale.
 struct Stepwise {
     ImageBuffer scaled, sum, squares, mask;
+    std::vector<int64> exact; // sums of levels
+
+    /// The sum of levels less 128, in 16 bits.
+    uint16 Short(int32 x, int32 y) const {
+        const auto at = static_cast<std::size_t>(y * (scaled.width + 1) + x);
+        return static_cast<uint16>(exact[at] - int64{128} * x * y);
+    }
 
     Stepwise(const ImageBuffer& grey, const Scale& scale) {
         const auto [width, height] = scale.size;
@@ -65,6 +72,16 @@ struct Stepwise {
         EXPECT_EQ(0, generic::primSqrIntegral_8u32f64f_C1(
                          scaled.data, scaled.Step(), reinterpret_cast<float*>(sum.data), sum.Step(),
                          reinterpret_cast<double*>(squares.data), squares.Step(), scale.size, -16777216.0F, 0.0));
+        const auto stride = static_cast<std::size_t>(width) + 1;
+        exact.resize(stride * (static_cast<std::size_t>(height) + 1));
+        for (int32 y = 0; y < height; ++y) {
+            int64 row = 0;
+            for (int32 x = 0; x < width; ++x) {
+                const std::size_t above = static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x) + 1;
+                row += RowAt(scaled.data, scaled.Step(), y)[x];
+                exact[above + stride] = exact[above] + row;
+            }
+        }
         EdgeWorkspace edges;
         EXPECT_EQ(0, PruneByEdges(scaled.data, scaled.Step(), mask.data, mask.Step(), scale.positions.width,
                                   scale.positions.height, 0, edges));
@@ -79,6 +96,7 @@ void ExpectSame(const Stepwise& expected, ScaleRows& rows, const Scale& scale, c
             ASSERT_EQ(sum[x], rows.SumRow(y)[x]) << what << ": sum at " << x << ", " << y;
             const auto modulo = static_cast<uint32>(static_cast<uint64>(squares[x]));
             ASSERT_EQ(modulo, rows.SquaresRow(y)[x]) << what << ": squares at " << x << ", " << y;
+            ASSERT_EQ(expected.Short(x, y), rows.ShortSumRow(y)[x]) << what << ": short sum at " << x << ", " << y;
         }
     }
     for (int32 y = 0; y < scale.positions.height; ++y) {
@@ -120,7 +138,24 @@ TEST_P(ScaleRowsTest, RoundSumsBeyond2To24AsThePrimitiveDoes) {
     const Scale scale{grey.Size(), 1.0F, {grey.width - 24, grey.height - 24}};
     rows.Make(scale.size, scale.factor, scale.positions);
     ASSERT_GT(rows.SumRow(480)[351], 16777216.0F);
+    EXPECT_FALSE(rows.SumsAreExact());
     ExpectSame(Stepwise(grey, scale), rows, scale, "bright");
+}
+
+TEST_P(ScaleRowsTest, KnowWhetherTheLastSumIsBelow2To24) {
+    // The float plane begins at -2^24, so that the last sum may be 2^25 less one.
+    for (const int32 missing : {-1, 0, 1}) {
+        int32 rest = 255 * 365 * 365 - (1 << 25) + missing;
+        const ImageBuffer grey = Picture(365, 365, [&rest](int32, int32) {
+            const int32 less = std::min(rest, 255);
+            rest -= less;
+            return 255 - less;
+        });
+        ScaleRows rows(GetParam().kernels, grey);
+        ASSERT_TRUE(rows.Reserve(grey.Size()));
+        rows.Make(grey.Size(), 1.0, {340, 340});
+        EXPECT_EQ(missing > 0, rows.SumsAreExact()) << missing;
+    }
 }
 
 TEST_P(ScaleRowsTest, StayBlackWhereARoundedUpScaleHasNoPicture) {

@@ -194,9 +194,7 @@ TEST(RotatePart, HasThePixelsAndTheStatusOfTheWhole) {
         Bytes result = Bytes::Output(t.channels * (any ? part.width : 1), any ? part.height : 1, random);
         Bytes expected = result;
         for (int32 y = 0; y < part.height; ++y) { // what the turn leaves as it is
-            for (int32 i = 0; i < t.channels * part.width; ++i) {
-                whole.At(t.channels * part.x + i, part.y + y) = result.At(i, y);
-            }
+            for (int32 i = 0; i < t.channels * part.width; ++i) whole.At(t.channels * part.x + i, part.y + y) = 0;
         }
         const int32 status = test::Run(t, src, whole);
         for (int32 y = 0; y < part.height; ++y) {
@@ -227,7 +225,7 @@ TEST(RotatePart, RefusesWhatTheWholeRefuses) {
     EXPECT_EQ(kDegenerateTransform, RotatePart(1, src, {2, 2}, 2, nullptr, 0, {2, 2}, {0, 0, 0, 0}, nan, 0, 0));
     EXPECT_EQ(kSourceTooSmall, RotatePart(1, src, {2, 1}, 2, nullptr, 0, {2, 2}, {0, 0, 0, 0}, 5, 0, 0));
     EXPECT_EQ(kEmptyResult, RotatePart(1, src, {2, 2}, 2, nullptr, 0, {2, 2}, {0, 0, 0, 0}, 5, 900, 0));
-    EXPECT_EQ(7, dst[0] & dst[1] & dst[2] & dst[3]) << "a refused call wrote";
+    EXPECT_EQ(0, dst[0] | dst[1] | dst[2] | dst[3]) << "a refused call leaves 0";
 }
 
 TEST(Rotate, QuarterTurnsByWholeShiftsCopyPixelsWhateverTheCode) {
