@@ -247,7 +247,7 @@ RowRest RestOfSpan(const RotateFrame& f, Span span, int32 y) {
 
 /// Some rows that are filled together, block by block: a row alone runs across so many source rows that the
 /// next one would find none of them in the cache.
-template <int32 Channels, auto SampleRow>
+template <int32 Channels, auto SampleRow, bool Together>
 class Band {
 public:
     bool IsFull() const { return count_ == kRows; }
@@ -260,7 +260,11 @@ public:
             right = std::max(right, rows_[i].end);
         }
         for (; left < right; left += kColumns) {
-            for (int32 i = 0; i < count_; ++i) FillBlock(f, rows_[i], left + kColumns);
+            int32 i = 0;
+            for (; Together && count_ - i >= kTurnedRows; i += kTurnedRows) {
+                FillTogether(f, rows_ + i, left + kColumns);
+            }
+            for (; i < count_; ++i) FillBlock(f, rows_[i], left + kColumns);
         }
         count_ = 0;
     }
@@ -276,18 +280,44 @@ private:
         row.x += count;
     }
 
+    /// Fills what kTurnedRows rows have in common of a block together, and the rest row by row.
+    static void FillTogether(const RotateFrame& f, RowRest* rows, int64 blockEnd) {
+        int64 first = 0, end = blockEnd;
+        for (int32 i = 0; i < kTurnedRows; ++i) {
+            first = std::max(first, rows[i].x);
+            end = std::min(end, rows[i].end);
+        }
+        if (first < end) FillCommon(f, rows, first, end);
+        for (int32 i = 0; i < kTurnedRows; ++i) FillBlock(f, rows[i], blockEnd);
+    }
+
+    static void FillCommon(const RotateFrame& f, RowRest* rows, int64 first, int64 end) {
+        TurnedStart starts[kTurnedRows];
+        for (int32 i = 0; i < kTurnedRows; ++i) {
+            RowRest& row = rows[i];
+            FillBlock(f, row, first);
+            uint8* const to = DestinationPixel<Channels>(f, static_cast<int32>(first), row.y);
+            starts[i] = {row.at.u, row.at.v, to, row.end - end};
+        }
+        SampleRowsLinearly({f.src, f.srcSize, f.srcStep, {f.map.cosine, f.map.sine}}, starts, end - first);
+        for (int32 i = 0; i < kTurnedRows; ++i) {
+            rows[i].x = end;
+            rows[i].at = {starts[i].u, starts[i].v};
+        }
+    }
+
     RowRest rows_[kRows];
     int32 count_ = 0;
 };
 
-template <int32 Channels, auto SampleRow>
+template <int32 Channels, auto SampleRow, bool Together>
 int32 RotateBySpans(RotateFrame f) {
     double quad[4][2];
     MapCorners(f.map, f.srcRoi, quad);
     const auto [top, bottom] = std::minmax({quad[0][1], quad[1][1], quad[2][1], quad[3][1]});
     const Span rows = WholeNumbers(top, bottom, f.dstRoi.y, f.dstRoi.height);
     bool landed = false;
-    Band<Channels, SampleRow> band;
+    Band<Channels, SampleRow, Together> band;
     BlankRows<Channels>(f, f.part.y, rows.first);
     BlankRows<Channels>(f, std::max<int64>(f.part.y, int64{rows.last} + 1), int64{f.part.y} + f.part.height);
     for (int64 row = rows.first; row <= rows.last; ++row) {
@@ -345,8 +375,8 @@ int32 Rotate(RotateFrame f, double angle, double xShift, double yShift, int32 in
     if (IsExactTurn(reduced) && IsWhole(xShift) && IsWhole(yShift)) return RotateExactly<Channels>(f);
     if (IsDegenerate(f.map)) return kDegenerateTransform;
     if (f.srcRoi.width < 2 || f.srcRoi.height < 2) return kSourceTooSmall;
-    if (interpolation == kNearest) return RotateBySpans<Channels, SampleNearest<Channels>>(f);
-    return RotateBySpans<Channels, SampleLinear<Channels>>(f);
+    if (interpolation == kNearest) return RotateBySpans<Channels, SampleNearest<Channels>, false>(f);
+    return RotateBySpans<Channels, SampleLinear<Channels>, Channels == 3>(f);
 }
 
 /// A frame that writes all of `dstRoi`, from the destination's first pixel on.

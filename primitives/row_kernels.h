@@ -138,6 +138,18 @@ struct TurnedPath {
     void (*exactly)(const TurnedPath& path, double u, double v, uint8* to);
 };
 
+/// Some samples of a turned row: where the first one lies, and goes; how many of the row follow, whose bytes may be
+/// written before their turn.
+struct TurnedStart {
+    double u;
+    double v;
+    uint8* to;
+    int64 behind;
+};
+
+/// Neighbouring rows that a kernel takes at once.
+inline constexpr int32 kTurnedRows = 2;
+
 /// A rectangle of pixels, of which one lies `along` bytes from the next of its row and `down`, a pixel's bytes or less
 /// than nothing by as much, from that below it; as rows `toStep` apart.
 struct Transposition {
@@ -261,6 +273,10 @@ struct RowKernels {
     /// left, the first of them at `u`, `v`. Null where the plain form is as fast.
     int64 (*turnedRow1)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
     int64 (*turnedRow3)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
+
+    /// Samples all of such a piece of each row, three channels, and leaves where the next sample lies, if any follow.
+    /// False, with nothing done, where rows taken one by one are as fast; null where they always are.
+    bool (*turnedRows3)(const TurnedPath& path, TurnedStart (&rows)[kTurnedRows], int64 count);
 };
 
 /// For every processor, and for those with AVX2 and FMA.

@@ -56,6 +56,7 @@ const RowKernels kRowKernels128 = {
     nullptr,
     nullptr,
     nullptr,
+    nullptr,
 };
 
 } // namespace orvane

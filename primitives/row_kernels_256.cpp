@@ -58,6 +58,7 @@ const RowKernels kRowKernels256 = {
     RunBoxMeans3,
     RunTurnedRow<1>,
     RunTurnedRow<3>,
+    RunTurnedRows,
 };
 
 } // namespace orvane

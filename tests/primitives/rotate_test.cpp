@@ -1,13 +1,11 @@
 #include "primitives/rotate.h"
 
 #include "primitives/primitives.h"
-#include "primitives/row_kernels.h"
 #include "tests/reference/rotate.h"
 #include "tests/support/checksum.h"
 
 #include <cmath>
 #include <limits>
-#include <utility>
 
 namespace orvane::test {
 namespace {
@@ -127,33 +125,6 @@ TEST(Rotate, BySmallAnglesEqualsThePlainFormOnEveryCourse) {
             }
             ASSERT_EQ(kOk, Judge(t, src, random)) << t;
             if (HasFailure()) return;
-        }
-    }
-}
-
-TEST(TurnedRows, EndAtThePositionToWhichTheirStepsAddUp) {
-    // The last bit of a position may decide a sample.
-    Random random;
-    for (const auto& [turnedRow, channels] :
-         {std::pair{CurrentRowKernels().turnedRow1, 1}, std::pair{CurrentRowKernels().turnedRow3, 3}}) {
-        if (turnedRow == nullptr) continue;
-        const ImageSize size{1400, 700};
-        Bytes src(channels * size.width, size.height, 0, 0, 0), dst(channels * 600, 1, 0, 0, 0);
-        for (int32 round = 0; round < 2000; ++round) {
-            const double angle = random.Real(-0.5, 0.5) * (round % 2 == 0 ? 0.4 : 3.0);
-            const double uStep = std::cos(angle), vStep = std::sin(angle);
-            const auto nothing = [](const TurnedPath&, double, double, uint8*) {};
-            const TurnedPath path{src.Data(), size, src.Step(), uStep, vStep, 0, nothing};
-            double u = random.Real(1, 790), v = vStep < 0 ? random.Real(650, 690) : random.Real(1, 30);
-            const int64 count = random.Int(1, 600);
-            double expectedU = u, expectedV = v;
-            const int64 done = count - turnedRow(path, u, v, count, dst.Data());
-            for (int64 i = 0; i < done; ++i) {
-                expectedU += uStep;
-                expectedV += vStep;
-            }
-            ASSERT_EQ(u, expectedU) << angle << ", " << count;
-            ASSERT_EQ(v, expectedV) << angle << ", " << count;
         }
     }
 }
