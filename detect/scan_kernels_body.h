@@ -94,11 +94,11 @@ struct Running {
 template <int32 Rects, int32 Groups>
 inline void RunStumps(int32 count, const PlannedStump*& stump, const int32*& corners, const float*& weights,
                       Running<Groups>& r) {
-    for (int32 i = 0; i < count; ++i, ++stump, corners += 4 * Rects, weights += Rects) {
+    for (int32 i = 0; i < count; ++i, ++stump, corners += std::ptrdiff_t{4} * Rects, weights += Rects) {
         Floats difference[Groups];
         for (int32 g = 0; g < Groups; ++g) difference[g] = r.norm[g] * stump->minusThreshold;
         for (int32 rect = 0; rect < Rects; ++rect) {
-            const int32* c = corners + 4 * rect;
+            const int32* c = corners + std::ptrdiff_t{4} * rect;
             const std::ptrdiff_t a = c[0], b = c[1], d = c[2], e = c[3];
             for (int32 g = 0; g < Groups; ++g) {
                 const float* w = r.window[g];
@@ -220,7 +220,7 @@ inline PartNumbers SumsOfParts(const uint16* window, const int32* corners, const
 template <StumpKind Kind>
 inline void RunShortStumps(int32 count, const PlannedStump*& stump, const PartWeights*& weights, const int32*& corners,
                            ShortRunning& r) {
-    for (int32 i = 0; i < count; ++i, ++stump, ++weights, corners += 4 * kRectsOfKind[Kind]) {
+    for (int32 i = 0; i < count; ++i, ++stump, ++weights, corners += std::ptrdiff_t{4} * kRectsOfKind[Kind]) {
         const Floats threshold = SplatFloat(stump->minusThreshold), unit = SplatFloat(weights->unit);
         const Floats below = SplatFloat(stump->below), above = SplatFloat(stump->above);
         const PartNumbers sums = SumsOfParts<Kind>(r.window, corners, *weights);
@@ -296,7 +296,8 @@ public:
         short_ = AddWords(sums, lessMiddle_);
         const Vector total = LastWord(_mm256_permute2x128_si256(sums, sums, 0x11));
         before_ = AddNumbers(before_, _mm256_srli_epi32(total, 16));
-        lessMiddle_ = AddWords(lessMiddle_, SubtractWords(total, SplatWord(kMiddleLevel * kWords)));
+        constexpr auto kMiddles = static_cast<int32>(kMiddleLevel * kWords);
+        lessMiddle_ = AddWords(lessMiddle_, SubtractWords(total, SplatWord(kMiddles)));
     }
 
     Floats Low() const { return FloatsOf(low_); }
