@@ -62,6 +62,11 @@ void FindTickCost() {
 ScanKernels TimedKernels() {
     ScanKernels timed = CurrentScanKernels();
     timed.sample = [](auto... a) { Timed(kSample, [=] { CurrentScanKernels().sample(a...); }); };
+    if (timed.samplePieces != nullptr) {
+        timed.samplePieces = [](const uint8* from, const SamplePieces& pieces, uint8* row) {
+            Timed(kSample, [&] { CurrentScanKernels().samplePieces(from, pieces, row); });
+        };
+    }
     timed.integral = [](const uint8* pixels, int32 width, const SumRows& rows) {
         Timed(kIntegral, [&] { CurrentScanKernels().integral(pixels, width, rows); });
     };

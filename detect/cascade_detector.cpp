@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
 
 namespace orvane {
 
@@ -213,11 +214,40 @@ bool RunsFused(const DetectorParams& params, int32 height) {
            FusedScan::Serves(g_classifier, height);
 }
 
-int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& candidates) {
+/// The scan in one go, whose storage all passes over a picture use, and what it found at the first scale, with which
+/// each of them begins.
+class SharedScan {
+public:
+    /// False when memory is exhausted.
+    [[nodiscard]] bool Reserve(const ImageBuffer& grey, ImageSize scaled) {
+        if (scan_.has_value()) return true;
+        scan_.emplace(CurrentScanKernels(), g_classifier, grey);
+        return scan_->Reserve(scaled);
+    }
+
+    /// The number of hits, which are placed among the candidates.
+    int32 ScanFirst(ImageSize scaled, float scale, CandidateList& candidates) {
+        if (!knowsFirst_) firstHits_ = scan_->ScanScale(scaled, scale, firstCandidates_);
+        knowsFirst_ = true;
+        candidates = firstCandidates_;
+        return firstHits_;
+    }
+
+    int32 ScanNext(ImageSize scaled, float scale, CandidateList& candidates) {
+        return scan_->ScanScale(scaled, scale, candidates);
+    }
+
+private:
+    std::optional<FusedScan> scan_;
+    bool knowsFirst_ = false;
+    int32 firstHits_ = 0;
+    CandidateList firstCandidates_;
+};
+
+int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& candidates, SharedScan& shared) {
     const int32 windowWidth = g_classifier.windowWidth;
     const int32 windowHeight = g_classifier.windowHeight;
     ScalePlanes planes;
-    FusedScan fused(CurrentScanKernels(), g_classifier, grey);
     bool first = true, runsFused = false;
     float scale = InitialScale(grey.width, params.minFaceSize, windowWidth);
     float inverse = 1.0F / scale;
@@ -229,13 +259,13 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
         const ImageSize scaled{TruncToInt32(scaledWidth), TruncToInt32(scaledHeight)};
         if (first) {
             runsFused = RunsFused(params, scaled.height);
-            if (runsFused && !fused.Reserve(scaled)) return kOutOfMemory;
+            if (runsFused && !shared.Reserve(grey, scaled)) return kOutOfMemory;
             const int32 status = runsFused ? kOk : MakeStages(g_classifier);
             if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
-            first = false;
         }
         if (runsFused) {
-            g_positiveCount = fused.ScanScale(scaled, scale, candidates);
+            g_positiveCount =
+                first ? shared.ScanFirst(scaled, scale, candidates) : shared.ScanNext(scaled, scale, candidates);
         } else {
             if (!planes.Shape(scaled.width, scaled.height)) return kOutOfMemory;
             if (g_scanObserver != nullptr) g_scanObserver->OnScale(scale);
@@ -243,6 +273,7 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
             if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
             HarvestMask(planes.mask, windowWidth, windowHeight, scale, candidates);
         }
+        first = false;
         scale *= params.scaleFactor;
         inverse = 1.0F / scale;
         scaledWidth = inverse * static_cast<float>(grey.width);
@@ -250,7 +281,7 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
     return kSuccess;
 }
 
-int32 Scan(DetectorParams& params, GreyPlane& grey) {
+int32 Scan(DetectorParams& params, GreyPlane& grey, SharedScan& shared) {
     const ImageBuffer& source = grey.Picture();
     if (params.loadStatus < 0) return params.loadStatus;
     if (source.width == 0 || source.height == 0) return kNoPicture;
@@ -266,7 +297,7 @@ int32 Scan(DetectorParams& params, GreyPlane& grey) {
     try {
         if (g_scanObserver != nullptr) g_scanObserver->OnPass();
         CandidateList candidates;
-        if (const int32 status = ScanAll(grey.Plane(), params, candidates)) return status;
+        if (const int32 status = ScanAll(grey.Plane(), params, candidates, shared)) return status;
         if (g_scanObserver != nullptr) g_scanObserver->OnHits(candidates);
         GroupCandidates(candidates, &face, &found);
     } catch (const std::bad_alloc&) {
@@ -277,22 +308,23 @@ int32 Scan(DetectorParams& params, GreyPlane& grey) {
     return hasFace ? kSuccess : kNoFace;
 }
 
-int32 RunPass(GreyPlane& grey, float scaleFactor, int32 passTag) {
+int32 RunPass(GreyPlane& grey, float scaleFactor, int32 passTag, SharedScan& shared) {
     DetectorParams& params = *g_detectorParams;
     params.minFaceSize = 0;
     params.reservedSize = 0;
     params.pruneMode = 4;
     params.scaleFactor = scaleFactor;
     params.passTag = passTag;
-    return Scan(params, grey);
+    return Scan(params, grey, shared);
 }
 
 int32 Detect(bool quick, ImageBuffer* work, ImageBuffer& plane) {
     if (g_detectorParams == nullptr) return kNoSession;
     GreyPlane grey(g_sourceImage, work, plane);
-    if (quick) return RunPass(grey, 1.09F, 2);
-    const int32 status = RunPass(grey, 1.05F, 0);
-    return status == kNoFace ? RunPass(grey, 1.02F, 1) : status;
+    SharedScan shared;
+    if (quick) return RunPass(grey, 1.09F, 2, shared);
+    const int32 status = RunPass(grey, 1.05F, 0, shared);
+    return status == kNoFace ? RunPass(grey, 1.02F, 1, shared) : status;
 }
 
 } // namespace
@@ -306,7 +338,8 @@ float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
 int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source) {
     ImageBuffer plane;
     GreyPlane grey(source, &work, plane);
-    return Scan(params, grey);
+    SharedScan shared;
+    return Scan(params, grey, shared);
 }
 
 int32 RunDetection(bool quick) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "detect/cascade_plan.h"
+#include "detect/sample_pieces.h"
 
 namespace orvane {
 
@@ -75,6 +76,9 @@ struct ScanKernels {
     /// Takes `width` pixels of a row, those of the `columns`.
     void (*sample)(const uint8* from, const int32* columns, int32 width, uint8* row);
 
+    /// The same by pieces, whole groups of sixteen samples; null where the processor has no way to do it fast.
+    void (*samplePieces)(const uint8* from, const SamplePieces& pieces, uint8* row);
+
     /// Standard deviations for `count` neighbouring windows, to 4 * 2^-24 of themselves or 1e-5; up to a whole vector
     /// of them is worked.
     void (*norms)(const InnerRectRows& rows, int32 count, float* norms);
@@ -92,7 +96,8 @@ struct ScanKernels {
     /// than `width` are worked.
     void (*integral)(const uint8* pixels, int32 width, const SumRows& rows);
 
-    /// Gradients of a row by Sobel's operator, magnitudes at or below `low` as 0.
+    /// Gradients of a row by Sobel's operator, magnitudes at or below `low` as 0, and one of 0 after the last. Whole
+    /// words of 64 are worked.
     void (*gradients)(const EdgeRows& rows, int32 low, const GradientRow& out);
 
     /// Marks the pixels of a row that are the largest along their gradients: as bits, all in `ridges`, those above

@@ -185,6 +185,27 @@ TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithTheShippedClassifier) {
     }
 }
 
+TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsInBothPassesOfADetection) {
+    ASSERT_EQ(0, files_.Load(FaceCascade()));
+    g_detectorParams = std::make_unique<DetectorParams>();
+    g_minGroupMembers = 1'000'000; // so that no pass has a face
+    Random random(27);
+    int32 withHitsOfTheFirstScale = 0;
+    for (int32 n = 0; n < 60; ++n) {
+        ASSERT_TRUE(ToImage(RandomScene(random), g_sourceImage));
+        HitWatcher stepwise(true);
+        ASSERT_EQ(10, RunDetection(false)) << n;
+        HitWatcher fused(false);
+        ASSERT_EQ(10, RunDetection(false)) << n;
+        ASSERT_EQ(0, fused.steps) << n << ": it was not scanned in one go";
+        ASSERT_EQ(stepwise.text, fused.text) << n;
+        const float first = InitialScale(g_sourceImage.width, g_detectorParams->minFaceSize, 24);
+        const Candidate hit = CandidateOfWindow(0, 0, 24, first);
+        withHitsOfTheFirstScale += fused.text.find("," + std::to_string(hit.size) + " ") != std::string::npos ? 1 : 0;
+    }
+    EXPECT_GT(withHitsOfTheFirstScale, 5);
+}
+
 TEST_P(FusedScanTest, DecidesEveryWindowOfANoisyPictureAndHardlyAnyTwice) {
     std::ifstream shipped(ORVANE_SHIPPED_CLASSIFIER, std::ios::binary);
     ASSERT_EQ(0, files_.Load(std::string(std::istreambuf_iterator<char>(shipped), {})));
