@@ -173,13 +173,14 @@ void RunCubicRows(const CubicRows& rows, const ColumnPlan& plan, int32 channels,
     const CubicRows r = rows;
     for (int64 x = 0; x < count; x += 8) {
         const __m256i samples = CubicEight(r, x);
-        const uint32 doubts = DoubtsOf<kCubicDoubt>(samples);
+        uint32 doubts = DoubtsOf<kCubicDoubt>(samples);
         if (count - x >= 8) {
             StoreEight(samples, to + x);
         } else {
             uint8 apart[8];
             StoreEight(samples, apart);
             for (int64 i = x; i < count; ++i) to[i] = apart[i - x];
+            doubts &= (1U << (count - x)) - 1; // of what lies beyond nothing is decided
         }
         if (doubts != 0) DecideCubic(r, plan, channels, weights, x, doubts, to);
     }
