@@ -122,19 +122,24 @@ TEST(ClipBounds, AreDecidedByTheFirstChannelForAllThree) {
     }
 }
 
+void ExpectBoundsOfTheLoops(const ImageBuffer& image) {
+    for (const float fraction : {kFraction, 0.0F, 0.3F, 1.0F, 1.5F}) {
+        SCOPED_TRACE(::testing::Message() << "fraction " << fraction);
+        const test::reference::ClipBounds expected = test::reference::FindBounds(image, fraction);
+        int32 low = 0, high = 0;
+        EXPECT_EQ(FindClipBounds(image, fraction, low, high), kSuccess);
+        ASSERT_EQ(low, expected.low);
+        ASSERT_EQ(high, expected.high);
+    }
+}
+
 TEST(ClipBounds, AreThoseOfTheLoopsOverTheWholePicture) {
     test::Random random(3);
     for (int32 i = 0; i < 200; ++i) {
         ImageBuffer image;
         MakeBandedPicture(image, random);
-        for (const float fraction : {kFraction, 0.0F, 0.3F, 1.0F, 1.5F}) {
-            SCOPED_TRACE(::testing::Message() << "picture " << i << ", fraction " << fraction);
-            const test::reference::ClipBounds expected = test::reference::FindBounds(image, fraction);
-            int32 low = 0, high = 0;
-            EXPECT_EQ(FindClipBounds(image, fraction, low, high), kSuccess);
-            ASSERT_EQ(low, expected.low);
-            ASSERT_EQ(high, expected.high);
-        }
+        SCOPED_TRACE(::testing::Message() << "picture " << i);
+        ASSERT_NO_FATAL_FAILURE(ExpectBoundsOfTheLoops(image));
     }
 }
 
@@ -156,14 +161,8 @@ TEST(ClipBounds, OfHighPicturesAreThoseOfTheLoopsWhateverSomeRowsSay) {
                 to[k] = kind == 1 ? static_cast<uint8>(std::clamp(to[k] + off, 0, 255)) : flat;
             }
         }
-        for (const float fraction : {kFraction, 0.0F, 0.3F, 1.0F, 1.5F}) {
-            SCOPED_TRACE(::testing::Message() << "picture " << i << ", fraction " << fraction);
-            const test::reference::ClipBounds expected = test::reference::FindBounds(image, fraction);
-            int32 low = 0, high = 0;
-            EXPECT_EQ(FindClipBounds(image, fraction, low, high), kSuccess);
-            ASSERT_EQ(low, expected.low);
-            ASSERT_EQ(high, expected.high);
-        }
+        SCOPED_TRACE(::testing::Message() << "picture " << i);
+        ASSERT_NO_FATAL_FAILURE(ExpectBoundsOfTheLoops(image));
     }
 }
 
