@@ -1,8 +1,8 @@
-// The bounds depend on how often each level occurs, and a stretched level on the level alone: one walk
-// counts, one walk looks up.
+// A stretched level depends on the level alone: what becomes of each is found once.
 #include "actions/colour_correction.h"
 
 #include "actions/assertion.h"
+#include "actions/clip_bounds.h"
 #include "image/result_codes.h"
 #include "primitives/primitives.h"
 #include "primitives/row_kernels.h"
@@ -16,45 +16,6 @@ constexpr float kClippedFraction = 0.05F;
 constexpr int32 kLevels = 256;
 
 bool IsPicture(const ImageBuffer& image) { return image.channels == 3 && image.depth == kDepth8u && image.planar == 0; }
-
-/// below[c][v]: the pixels whose channel c is from 1 up to but excluding v.
-struct LevelSums {
-    int64 below[3][kLevels] = {};
-
-    /// Whether in any channel the levels `from` to `to` hold `fraction` of those from 1 to 254. A channel
-    /// without such levels never does.
-    bool AnyHolds(int32 from, int32 to, float fraction) const {
-        for (const auto& sums : below) {
-            const auto held = static_cast<double>(sums[to + 1] - sums[from]);
-            if (held / static_cast<double>(sums[kLevels - 1]) >= fraction) return true;
-        }
-        return false;
-    }
-};
-
-void SumLevels(const ImageBuffer& image, LevelSums& sums) {
-    // By turns in two tables: neighbours are often alike, and a count waits for the one before it in its place.
-    uint32 counts[2][3][kLevels] = {};
-    const auto count = [](uint32(&levels)[3][kLevels], const uint8* pixel) {
-        ++levels[0][pixel[0]];
-        ++levels[1][pixel[1]];
-        ++levels[2][pixel[2]];
-    };
-    for (int32 y = 0; y < image.height; ++y) {
-        const uint8* pixel = RowAt(image.data, image.Step(), y);
-        int32 x = 0;
-        for (; x < image.width - 1; x += 2, pixel += 6) {
-            count(counts[0], pixel);
-            count(counts[1], pixel + 3);
-        }
-        if (x < image.width) count(counts[0], pixel);
-    }
-    for (int32 c = 0; c < 3; ++c) {
-        for (int32 v = 1; v < kLevels - 1; ++v) {
-            sums.below[c][v + 1] = sums.below[c][v] + int64{counts[0][c][v]} + counts[1][c][v];
-        }
-    }
-}
 
 /// What becomes of each level.
 class StretchTable {
@@ -90,17 +51,19 @@ public:
     }
 
 private:
-    /// The stretch as a formula, which processors apply to many bytes at once. It rounds a tie up, not to the even
-    /// number, and a sum of floats is not that of doubles; so it stands for the table only where it agrees with
-    /// it in every level.
+    /// The stretch as a formula in whole numbers, which processors apply to many bytes at once. It rounds a tie up, not
+    /// to the even number, and its factor is a little off; so it stands for the table only where it agrees with it in
+    /// every level, which it does for all bounds that FindClipBounds finds, but for crossed ones.
     void FindOutWhetherComputed(uint8 low, float factor) {
-        constexpr float kLargestFactor = 255.0F; // what would be below 0, or no number, is no byte
-        if (!(factor > 0.0F && factor <= kLargestFactor)) return;
+        constexpr double kOne = 65536.0;
+        const double rounded = static_cast<double>(factor) * kOne + 0.5;
+        if (!(factor > 0.0F && rounded < kOne * (ByteFactor::kMostWhole + 1))) return;
+        const auto parts = static_cast<uint32>(rounded);
         low_ = low;
-        factor_ = factor;
+        factor_ = {static_cast<uint16>(parts >> 16), static_cast<uint16>(parts & 0xFFFF)};
         uint8 levels[kLevels];
         for (int32 v = 0; v < kLevels; ++v) levels[v] = static_cast<uint8>(v);
-        CurrentRowKernels().stretch(levels, levels, kLevels, low, factor);
+        CurrentRowKernels().stretch(levels, levels, kLevels, low_, factor_);
         computed_ = std::equal(levels, levels + kLevels, results_);
     }
 
@@ -109,7 +72,7 @@ private:
     uint8 results_[3 * kPixels] = {};
     bool computed_ = false;
     uint8 low_ = 0;
-    float factor_ = 0.0F;
+    ByteFactor factor_ = {};
 };
 
 } // namespace
@@ -131,29 +94,6 @@ void CorrectColours(ImageBuffer& image) {
     int32 low = 0, high = 0;
     FindClipBounds(image, kClippedFraction, low, high);
     if (IsPicture(image) && image.data != nullptr) StretchTable(low, high).Apply(image, image);
-}
-
-int32 FindClipBounds(const ImageBuffer& image, float fraction, int32& low, int32& high) {
-    if (image.data == nullptr) PrintAssertion(kNullPointer);
-    if (!IsPicture(image)) return kSuccess;
-    LevelSums sums;
-    if (image.data != nullptr) SumLevels(image, sums);
-
-    int32 b = 5;
-    bool found = false;
-    while (!found && b < 255) {
-        found = sums.AnyHolds(254 - b, 254, fraction);
-        b += 2;
-    }
-    high = 254 - b;
-    b = 2;
-    found = false;
-    while (!found && b < 255) {
-        found = sums.AnyHolds(1, b, fraction);
-        b += 2;
-    }
-    low = b;
-    return kSuccess;
 }
 
 int32 StretchLevels(ImageBuffer& image, int32 low, int32 high) {

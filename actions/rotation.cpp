@@ -153,7 +153,12 @@ void RotateFree(const ImageBuffer& source, ImageBuffer& result, int32 angle) {
         IsImageSize(placing.canvas.width, placing.canvas.height) && (source.channels == 1 || source.channels == 3);
     if (!possible) ReportStatus(kNullPointer);
     const ImageRect inner = InnerRectangle(source, angle, placing);
-    result.Create(inner.width, inner.height, source.channels, kDepth8u, 0);
+    const ImageRect part = OnCanvas(inner, placing.canvas);
+    if (possible && part.width == inner.width && part.height == inner.height) {
+        result.Remake(inner.width, inner.height, source.channels, kDepth8u); // the turn writes every pixel
+    } else {
+        result.Create(inner.width, inner.height, source.channels, kDepth8u, 0);
+    }
     if (possible) ReportStatus(TurnInto(source, result, angle, placing, inner));
     if (!possible || result.data == nullptr) ReportStatus(kNullPointer);
     // A black sheet must not pass for the picture.

@@ -62,7 +62,14 @@ void FindTickCost() {
 ScanKernels TimedKernels() {
     ScanKernels timed = CurrentScanKernels();
     timed.sample = [](auto... a) { Timed(kSample, [=] { CurrentScanKernels().sample(a...); }); };
-    timed.integral = [](auto... a) { Timed(kIntegral, [=] { CurrentScanKernels().integral(a...); }); };
+    if (timed.samplePieces != nullptr) {
+        timed.samplePieces = [](const uint8* from, const SamplePieces& pieces, uint8* row) {
+            Timed(kSample, [&] { CurrentScanKernels().samplePieces(from, pieces, row); });
+        };
+    }
+    timed.integral = [](const uint8* pixels, int32 width, const SumRows& rows) {
+        Timed(kIntegral, [&] { CurrentScanKernels().integral(pixels, width, rows); });
+    };
     timed.gradients = [](const EdgeRows& rows, int32 low, const GradientRow& out) {
         Timed(kGradients, [&] { CurrentScanKernels().gradients(rows, low, out); });
     };
@@ -76,6 +83,10 @@ ScanKernels TimedKernels() {
     timed.stage = [](const ResolvedStage& stage, const float* window, const float* norms, float* sums,
                      const int32* starts, int32 count, GroupVerdict* verdicts) {
         Timed(kStages, [&] { CurrentScanKernels().stage(stage, window, norms, sums, starts, count, verdicts); });
+    };
+    timed.shortStage = [](const ResolvedStage& stage, const uint16* window, const float* norms, float* sums,
+                          const int32* starts, int32 count, GroupVerdict* verdicts) {
+        Timed(kStages, [&] { CurrentScanKernels().shortStage(stage, window, norms, sums, starts, count, verdicts); });
     };
     return timed;
 }

@@ -90,6 +90,12 @@ endif()
 
 if(TARGET orvane_tool)
   orvane_install_program(tool orvane_tool orvane)
+  if(NOT WIN32)
+    install(FILES docs/cluster.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/orvane COMPONENT tool)
+    install(PROGRAMS examples/cluster/parallel.sh examples/cluster/slurm.sh examples/cluster/slurm_join.sh
+                     examples/cluster/dask_portraits.py
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/orvane/examples/cluster COMPONENT tool)
+  endif()
 endif()
 if(TARGET orvane_operator)
   orvane_install_program(operator orvane_operator orvane-operator)

@@ -9,7 +9,9 @@
 #include "primitives/primitives.h"
 #include "primitives/trunc.h"
 
+#include <algorithm>
 #include <new>
+#include <optional>
 
 namespace orvane {
 
@@ -55,21 +57,19 @@ void SetLimitsByWidth(int32 width) {
     g_minFaceRatio = narrow ? 0.05F : 0.07F;
 }
 
-/// Copies a picture of one or three channels into one of three.
-int32 CopyToWork(const ImageBuffer& source, ImageBuffer& work) {
+/// Makes a picture of three channels the size of another one. False when memory is exhausted.
+bool ShapeWork(const ImageBuffer& source, ImageBuffer& work) {
     const bool sameSize = work.data != nullptr && work.width == source.width && work.height == source.height &&
                           work.channels == 3 && work.depth == kDepth8u;
-    if (!sameSize && !work.Create(source.width, source.height, 3, kDepth8u, 0)) return kOutOfMemory;
-    if (source.channels == 3) {
-        return primCopy_8u_C3(source.data, source.Step(), work.data, work.Step(), source.Size()) == kOk ? kSuccess
-                                                                                                        : kNoPicture;
-    }
+    return sameSize || work.Create(source.width, source.height, 3, kDepth8u, 0);
+}
+
+void CopyLevels(const ImageBuffer& source, ImageBuffer& work) {
     for (int32 y = 0; y < source.height; ++y) {
         const uint8* from = RowAt(source.data, source.Step(), y);
         uint8* to = RowAt(work.data, work.Step(), y);
         for (int32 x = 0; x < source.width; ++x, to += 3) to[0] = to[1] = to[2] = from[x];
     }
-    return kSuccess;
 }
 
 /// The grey plane of a picture, made once for all passes, and the copy of the picture in a work picture where one is
@@ -85,17 +85,17 @@ public:
     int32 Make() {
         if (grey_ != nullptr) return kSuccess;
         if (picture_.data == nullptr) return kNoPicture;
-        if (work_ != nullptr) {
-            if (const int32 status = CopyToWork(picture_, *work_)) return status;
-        }
+        if (work_ != nullptr && !ShapeWork(picture_, *work_)) return kOutOfMemory;
         if (picture_.channels != 3) {
+            if (work_ != nullptr) CopyLevels(picture_, *work_);
             grey_ = &picture_;
             return kSuccess;
         }
-        const ImageSize size = picture_.Size();
-        if (!own_.Remake(size.width, size.height, 1, kDepth8u)) return kOutOfMemory;
-        if (primRGBToGray_8u_C3C1(picture_.data, picture_.Step(), own_.data, own_.Step(), size) != kOk) {
-            return kNoPicture;
+        if (!own_.Remake(picture_.width, picture_.height, 1, kDepth8u)) return kOutOfMemory;
+        // Some rows at a time, which the copy leaves in a cache for the conversion.
+        constexpr int32 kRows = 8;
+        for (int32 y = 0; y < picture_.height; y += kRows) {
+            if (!MakeRows(y, std::min(kRows, picture_.height - y))) return kNoPicture;
         }
         grey_ = &own_;
         return kSuccess;
@@ -105,6 +105,16 @@ public:
     const ImageBuffer& Plane() const { return *grey_; }
 
 private:
+    bool MakeRows(int32 y, int32 height) {
+        const ImageSize rows{picture_.width, height};
+        const uint8* from = RowAt(picture_.data, picture_.Step(), y);
+        if (work_ != nullptr &&
+            primCopy_8u_C3(from, picture_.Step(), RowAt(work_->data, work_->Step(), y), work_->Step(), rows) != kOk) {
+            return false;
+        }
+        return primRGBToGray_8u_C3C1(from, picture_.Step(), RowAt(own_.data, own_.Step(), y), own_.Step(), rows) == kOk;
+    }
+
     const ImageBuffer& picture_;
     ImageBuffer* work_;
     ImageBuffer& own_;
@@ -204,11 +214,40 @@ bool RunsFused(const DetectorParams& params, int32 height) {
            FusedScan::Serves(g_classifier, height);
 }
 
-int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& candidates) {
+/// The scan in one go, whose storage all passes over a picture use, and what it found at the first scale, with which
+/// each of them begins.
+class SharedScan {
+public:
+    /// False when memory is exhausted.
+    [[nodiscard]] bool Reserve(const ImageBuffer& grey, ImageSize scaled) {
+        if (scan_.has_value()) return true;
+        scan_.emplace(CurrentScanKernels(), g_classifier, grey);
+        return scan_->Reserve(scaled);
+    }
+
+    /// The number of hits, which are placed among the candidates.
+    int32 ScanFirst(ImageSize scaled, float scale, CandidateList& candidates) {
+        if (!knowsFirst_) firstHits_ = scan_->ScanScale(scaled, scale, firstCandidates_);
+        knowsFirst_ = true;
+        candidates = firstCandidates_;
+        return firstHits_;
+    }
+
+    int32 ScanNext(ImageSize scaled, float scale, CandidateList& candidates) {
+        return scan_->ScanScale(scaled, scale, candidates);
+    }
+
+private:
+    std::optional<FusedScan> scan_;
+    bool knowsFirst_ = false;
+    int32 firstHits_ = 0;
+    CandidateList firstCandidates_;
+};
+
+int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& candidates, SharedScan& shared) {
     const int32 windowWidth = g_classifier.windowWidth;
     const int32 windowHeight = g_classifier.windowHeight;
     ScalePlanes planes;
-    FusedScan fused(CurrentScanKernels(), g_classifier, grey);
     bool first = true, runsFused = false;
     float scale = InitialScale(grey.width, params.minFaceSize, windowWidth);
     float inverse = 1.0F / scale;
@@ -220,11 +259,13 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
         const ImageSize scaled{TruncToInt32(scaledWidth), TruncToInt32(scaledHeight)};
         if (first) {
             runsFused = RunsFused(params, scaled.height);
-            if (runsFused && !fused.Reserve(scaled)) return kOutOfMemory;
-            first = false;
+            if (runsFused && !shared.Reserve(grey, scaled)) return kOutOfMemory;
+            const int32 status = runsFused ? kOk : MakeStages(g_classifier);
+            if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
         }
         if (runsFused) {
-            g_positiveCount = fused.ScanScale(scaled, scale, candidates);
+            g_positiveCount =
+                first ? shared.ScanFirst(scaled, scale, candidates) : shared.ScanNext(scaled, scale, candidates);
         } else {
             if (!planes.Shape(scaled.width, scaled.height)) return kOutOfMemory;
             if (g_scanObserver != nullptr) g_scanObserver->OnScale(scale);
@@ -232,6 +273,7 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
             if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;
             HarvestMask(planes.mask, windowWidth, windowHeight, scale, candidates);
         }
+        first = false;
         scale *= params.scaleFactor;
         inverse = 1.0F / scale;
         scaledWidth = inverse * static_cast<float>(grey.width);
@@ -239,7 +281,7 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
     return kSuccess;
 }
 
-int32 Scan(DetectorParams& params, GreyPlane& grey) {
+int32 Scan(DetectorParams& params, GreyPlane& grey, SharedScan& shared) {
     const ImageBuffer& source = grey.Picture();
     if (params.loadStatus < 0) return params.loadStatus;
     if (source.width == 0 || source.height == 0) return kNoPicture;
@@ -255,7 +297,7 @@ int32 Scan(DetectorParams& params, GreyPlane& grey) {
     try {
         if (g_scanObserver != nullptr) g_scanObserver->OnPass();
         CandidateList candidates;
-        if (const int32 status = ScanAll(grey.Plane(), params, candidates)) return status;
+        if (const int32 status = ScanAll(grey.Plane(), params, candidates, shared)) return status;
         if (g_scanObserver != nullptr) g_scanObserver->OnHits(candidates);
         GroupCandidates(candidates, &face, &found);
     } catch (const std::bad_alloc&) {
@@ -266,22 +308,23 @@ int32 Scan(DetectorParams& params, GreyPlane& grey) {
     return hasFace ? kSuccess : kNoFace;
 }
 
-int32 RunPass(GreyPlane& grey, float scaleFactor, int32 passTag) {
+int32 RunPass(GreyPlane& grey, float scaleFactor, int32 passTag, SharedScan& shared) {
     DetectorParams& params = *g_detectorParams;
     params.minFaceSize = 0;
     params.reservedSize = 0;
     params.pruneMode = 4;
     params.scaleFactor = scaleFactor;
     params.passTag = passTag;
-    return Scan(params, grey);
+    return Scan(params, grey, shared);
 }
 
 int32 Detect(bool quick, ImageBuffer* work, ImageBuffer& plane) {
     if (g_detectorParams == nullptr) return kNoSession;
     GreyPlane grey(g_sourceImage, work, plane);
-    if (quick) return RunPass(grey, 1.09F, 2);
-    const int32 status = RunPass(grey, 1.05F, 0);
-    return status == kNoFace ? RunPass(grey, 1.02F, 1) : status;
+    SharedScan shared;
+    if (quick) return RunPass(grey, 1.09F, 2, shared);
+    const int32 status = RunPass(grey, 1.05F, 0, shared);
+    return status == kNoFace ? RunPass(grey, 1.02F, 1, shared) : status;
 }
 
 } // namespace
@@ -295,7 +338,8 @@ float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
 int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source) {
     ImageBuffer plane;
     GreyPlane grey(source, &work, plane);
-    return Scan(params, grey);
+    SharedScan shared;
+    return Scan(params, grey, shared);
 }
 
 int32 RunDetection(bool quick) {

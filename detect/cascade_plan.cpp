@@ -1,11 +1,12 @@
 // The bounds. A rectangle's sum is a whole number below 2^24 and exact in single precision; so are the differences on
 // the way to it. With u = 2^-24, what one rounding may do relative to its result, and M the largest magnitude that a
 // comparison of n rectangles can meet: weights and threshold are rounded once and each product once, which is 2 u M in
-// all, and each of the n additions is rounded, u M each. (n + 3) u M leaves room for terms of second order. The scan
-// knows the norm to 5 u of itself or 1e-5: its root, its factor and its product are rounded, and so is the trained one.
+// all, and each of the n additions is rounded, u M each. Weights as multiples of the smallest are 2 u M off, and after
+// them there is one product and one addition. (n + 4) u M leaves room for terms of second order. The scan knows the
+// norm to 5 u of itself or 1e-5: its root, its factor and its product are rounded, and so is the trained one.
 #include "detect/cascade_plan.h"
 
-#include "detect/classifier_file.h"
+#include "detect/stage_range.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,22 +19,6 @@ constexpr double kLargestNorm = 128.0;       // the deviation of bytes is at mos
 constexpr std::size_t kFewStumps = 12;
 constexpr double kLevels = 256.0;
 constexpr int32 kMostWindowPixels = 4096; // keeps every sum over a window, and of its squares, exact
-
-/// Where a stage's numbers lie in the tables.
-struct StageRange {
-    int32 firstClassifier;
-    int32 classifiers;
-    int32 firstRect;
-};
-
-StageRange RangeOf(const ClassifierTables& t, std::size_t stage) {
-    return {t.stageClassifierStart[stage], t.stageClassifierCount[stage], t.stageFeatureStart[stage]};
-}
-
-bool Continues(const StageRange& stage, const StageRange& before) {
-    return stage.firstClassifier == before.firstClassifier && stage.firstRect == before.firstRect &&
-           stage.classifiers >= before.classifiers;
-}
 
 class Planner {
 public:
@@ -50,13 +35,12 @@ private:
     void AddStage(std::size_t index) {
         const StageRange range = RangeOf(t_, index);
         PlannedStage stage{};
-        stage.continues = index > 0 && Continues(range, RangeOf(t_, index - 1));
+        stage.continues = Continues(t_, index);
         stage.firstStump = static_cast<int32>(plan_.stumps.size());
         stage.firstRect = static_cast<int32>(plan_.rects.size());
         const int32 known = stage.continues ? RangeOf(t_, index - 1).classifiers : 0;
         if (!stage.continues) magnitude_ = error_ = 0.0;
-        for (int32 rects = kFewestRects; rects <= kMostRects; ++rects)
-            stage.stumpCounts[rects - 1] = AddStumps(range, known, rects);
+        for (int32 kind = 0; kind < kStumpKinds; ++kind) stage.stumpCounts[kind] = AddStumps(range, known, kind);
         int32 added = 0;
         for (const int32 count : stage.stumpCounts) added += count;
         if (added != range.classifiers - known) plan_.usable = false; // one with more rectangles
@@ -100,10 +84,8 @@ private:
     /// Whether all partial sums are multiples of a step that are small enough for a double.
     bool SumsAreExact() const {
         constexpr int kStepBits = 40;
-        const auto isMultiple = [](double value) {
-            const double steps = std::ldexp(value, kStepBits);
-            return steps == std::trunc(steps);
-        };
+        constexpr double kSteps = 1LL << kStepBits;
+        const auto isMultiple = [](double value) { return value * kSteps == std::trunc(value * kSteps); };
         return std::ldexp(largestMagnitude_, kStepBits) < 1LL << 53 &&
                std::all_of(plan_.stumps.begin(), plan_.stumps.end(), [&](const PlannedStump& stump) {
                    return isMultiple(stump.below) && isMultiple(stump.above);
@@ -117,14 +99,14 @@ private:
         return sum;
     }
 
-    /// Adds those of the range with this many rectangles, less the first `known`.
-    int32 AddStumps(const StageRange& range, int32 known, int32 rects) {
+    /// Adds those of a kind of the range, less the first `known`.
+    int32 AddStumps(const StageRange& range, int32 known, int32 kind) {
         int32 added = 0;
-        int32 rect = range.firstRect;
-        for (int32 c = range.firstClassifier; c < range.firstClassifier + range.classifiers; ++c) {
+        int32 rect = range.firstRect + RectsOf(t_, range.firstClassifier, known);
+        for (int32 c = range.firstClassifier + known; c < range.firstClassifier + range.classifiers; ++c) {
             const int32 count = t_.classifierFeatureCount[static_cast<std::size_t>(c)];
-            if (count == rects && c >= range.firstClassifier + known) {
-                AddStump(static_cast<std::size_t>(c), static_cast<std::size_t>(rect), static_cast<std::size_t>(rects));
+            if (KindOf(t_.featureRect.data() + rect, count) == kind) {
+                AddStump(static_cast<std::size_t>(c), static_cast<std::size_t>(rect), static_cast<std::size_t>(count));
                 ++added;
             }
             rect += count;
@@ -140,7 +122,7 @@ private:
         }
         const double threshold = t_.classifierThreshold[classifier];
         const double most = largest + std::fabs(threshold) * kLargestNorm;
-        const double bound = (static_cast<double>(rects) + 3.0) * kEpsilon * most +
+        const double bound = (static_cast<double>(rects) + 4.0) * kEpsilon * most +
                              std::fabs(threshold) * (5.0 * kEpsilon * kLargestNorm + 1e-5);
         // A stump of zeros has no scale and is never certain.
         const double scale = bound > 0.0 ? 1.0 / bound : 0.0;
@@ -148,11 +130,21 @@ private:
         plan_.stumps.push_back(
             {static_cast<float>(-threshold * scale), t_.classifierVal1[classifier], t_.classifierVal2[classifier]});
         plan_.trainedThresholds.push_back(t_.classifierThreshold[classifier]);
+        if (plan_.stages.empty()) AddParts(rect, rects, scale);
         for (std::size_t r = rect; r < rect + rects; ++r) {
             plan_.trainedWeights.push_back(t_.featureWeight[r]);
             plan_.rects.push_back(t_.featureRect[r]);
             plan_.weights.push_back(static_cast<float>(t_.featureWeight[r] * scale));
         }
+    }
+
+    void AddParts(std::size_t rect, std::size_t rects, double scale) {
+        PartWeights parts{};
+        const bool fit =
+            FindPartWeights(&t_.featureRect[rect], &t_.featureWeight[rect], static_cast<int32>(rects), parts);
+        plan_.takesShortSums = plan_.takesShortSums && fit;
+        parts.unit = static_cast<float>(parts.unit * scale);
+        plan_.parts.push_back(parts);
     }
 
     const ClassifierTables& t_;

@@ -2,18 +2,13 @@
 // a bound on what single precision may do to them.
 #pragma once
 
-#include "primitives/types.h"
+#include "detect/stump_parts.h"
 
 #include <vector>
 
 namespace orvane {
 
 struct ClassifierTables;
-
-/// The rectangle counts that have a form of their own in the stream. A stump of another count makes the plan
-/// unusable.
-inline constexpr int32 kFewestRects = 1;
-inline constexpr int32 kMostRects = 4;
 
 /// A stump without its rectangles. Its threshold, with its sign turned, and weights are divided by the bound on the
 /// error of their comparison, so that a difference of 1 or more is certain.
@@ -23,11 +18,11 @@ struct PlannedStump {
     float above;          // and where it is not
 };
 
-/// A stage: what it adds to the sum of the stage before. Stumps with few rectangles come first.
+/// A stage: what it adds to the sum of the stage before. Stumps stand in the order of their kinds.
 struct PlannedStage {
-    bool continues;                // whether it goes on from the sum of the stage before
-    int32 stumpCounts[kMostRects]; // of stumps with 1, 2, ... rectangles
-    int32 firstStump;              // in the plan's list
+    bool continues; // whether it goes on from the sum of the stage before
+    int32 stumpCounts[kStumpKinds];
+    int32 firstStump; // in the plan's list
     int32 firstRect;
     float failsBelow; // sums that are certain whatever was lost in adding them up
     float passesFrom;
@@ -43,6 +38,9 @@ struct CascadePlan {
     std::vector<PlannedStump> stumps;
     std::vector<ImageRect> rects; // in window coordinates of memory order
     std::vector<float> weights;   // one a rectangle, divided like the threshold
+
+    bool takesShortSums = true;     // whether sums of 16 bits tell enough of each stump of the first stage
+    std::vector<PartWeights> parts; // one each, the unit divided like the threshold
 
     // The same undivided, for the windows that need more digits.
     std::vector<float> trainedThresholds;

@@ -3,6 +3,8 @@
 // is checked before the scan may follow it.
 #include "detect/classifier_file.h"
 
+#include "detect/stage_range.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -113,6 +115,18 @@ bool ContentIsSane(const ClassifierTables& t) {
            AllFinite(t.classifierVal2) && AllFinite(t.featureWeight);
 }
 
+/// Raises the bounds to those of a stage.
+void FindBounds(std::size_t stage, ClassifierTables& t) {
+    const StageRange range = RangeOf(t, stage);
+    const int32 known = Continues(t, stage) ? RangeOf(t, stage - 1).classifiers : 0;
+    const auto first = t.featureRect.begin() + range.firstRect;
+    const auto end = first + RectsOf(t, range.firstClassifier, range.classifiers);
+    for (auto rect = first + RectsOf(t, range.firstClassifier, known); rect != end; ++rect) {
+        t.maxFeatureWidth = std::max(t.maxFeatureWidth, rect->x + rect->width);
+        t.maxFeatureHeight = std::max(t.maxFeatureHeight, rect->y + rect->height);
+    }
+}
+
 PathString ClassifierFileName() {
     PathString name;
     for (const char c : {'O', 'r', 'v', 'a', 'n', 'e', '.', 'd', 'a', 't'})
@@ -162,7 +176,21 @@ int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tab
     for (float& threshold : tables.stageThreshold) threshold -= thresholdBias;
     for (ImageRect& rect : tables.featureRect) rect.y = tables.windowHeight - rect.height - rect.y;
 
+    if (!tables.stageThreshold.empty() && (tables.classifierThreshold.empty() || tables.featureRect.empty())) {
+        return kNullPointer;
+    }
+    for (std::size_t i = 0; i < tables.stageThreshold.size(); ++i) FindBounds(i, tables);
+    try {
+        tables.plan = PlanCascade(tables);
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    }
+    return kOk;
+}
+
+int32 MakeStages(ClassifierTables& tables) {
     for (std::size_t i = 0; i < tables.stageObject.size(); ++i) {
+        if (tables.stageObject[i] != nullptr) continue;
         const int32 features = tables.stageFeatureStart[i];
         const int32 classifiers = tables.stageClassifierStart[i];
         HaarClassifier* stage = nullptr;
@@ -173,15 +201,6 @@ int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tab
             tables.stageClassifierCount[i]);
         if (status != kOk) return status;
         tables.stageObject[i].reset(stage);
-        ImageSize size;
-        primGetHaarClassifierSize_32f(stage, &size);
-        tables.maxFeatureWidth = std::max(tables.maxFeatureWidth, size.width);
-        tables.maxFeatureHeight = std::max(tables.maxFeatureHeight, size.height);
-    }
-    try {
-        tables.plan = PlanCascade(tables);
-    } catch (const std::bad_alloc&) {
-        return kNoMemory;
     }
     return kOk;
 }

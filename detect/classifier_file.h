@@ -1,5 +1,5 @@
 // The trained cascade: the tables of "Orvane.dat" and the stage objects made from them. Loaded once a
-// session; no detection changes it.
+// session; no detection changes it, but for the stage objects, which the first that wants them makes.
 #pragma once
 
 #include "detect/cascade_plan.h"
@@ -37,7 +37,7 @@ struct ClassifierTables {
     std::vector<ImageRect> featureRect; // window coordinates, y from the window's top in the file
     std::vector<float> featureWeight;
 
-    std::vector<HaarStage> stageObject; // one a stage
+    std::vector<HaarStage> stageObject; // one a stage, null until MakeStages
     int32 maxFeatureWidth = 0;          // largest right and bottom bound over all stages
     int32 maxFeatureHeight = 0;
     CascadePlan plan; // made by PrepareClassifier
@@ -59,9 +59,15 @@ int32 ReadClassifierFile(const PathString& name, ClassifierTables& tables);
 
 /// Turns the trained numbers into what the scan wants; must run exactly once after a load. Weights are
 /// scaled by the window's inner area (its size less `border` at each side), `thresholdBias` is taken
-/// off every stage threshold, rectangles are turned to memory's row order, stage objects are made.
-/// 0, or the status of the primitive that failed.
+/// off every stage threshold, rectangles are turned to memory's row order.
+/// 0; -6 for a window without an inside; -8 for stages without any classifiers or rectangles; -9 when memory is
+/// exhausted.
 int32 PrepareClassifier(int32 border, float thresholdBias, ClassifierTables& tables);
+
+/// Makes the stage objects of a prepared classifier that are not made yet. Only the scan step by step wants them; as
+/// each stage repeats the ones before, they are many times the file. 0, or the status of the primitive that failed: the
+/// next call goes on there.
+int32 MakeStages(ClassifierTables& tables);
 
 /// Frees stages and arrays; the counts keep their values. Status of the last stage release.
 int32 FreeClassifier(ClassifierTables& tables);

@@ -1,6 +1,6 @@
 #include "detect/scale_rows.h"
 
-#include "detect/edge_bits.h"
+#include "primitives/edge_bits.h"
 #include "primitives/resize_frame.h"
 
 #include <algorithm>
@@ -11,6 +11,8 @@ namespace {
 constexpr float kSumInit = -16777216.0F; // keeps float sums exact up to 33,554,432
 constexpr int32 kLow = 8, kHigh = 24;    // the edge thresholds of the pruning
 constexpr int32 kBlock = 64;             // pixels that the edge kernels take at a time
+constexpr int32 kAhead = 3;              // rows that are fetched before they are sampled
+constexpr int32 kCacheLine = 64;
 
 int32 RoundUp(int32 n, int32 to) { return (n + to - 1) / to * to; }
 
@@ -18,30 +20,29 @@ int32 RoundUp(int32 n, int32 to) { return (n + to - 1) / to * to; }
 
 bool ScaleRows::Reserve(ImageSize scaled) {
     const auto [width, height] = scaled;
-    stride_ = RoundUp(width + 1 + 2 * kMostLanes, kMostLanes);
+    stride_ = RoundUp(width + 1 + kMostLanes, kMostLanes);
     lineStride_ = RoundUp(width + 2, kBlock) + kBlock;
     const int64 sums = int64{stride_} * (height + 1);
     const int64 words = int64{WordsOf(width)} * height;
-    return sum_.Allocate(sums) && squares_.Allocate(sums) && columns_.Allocate(width) && rows_.Allocate(height) &&
-           samples_.Allocate(int64{3} * lineStride_) && gradients_.Allocate(int64{7} * lineStride_) &&
-           ridges_.Allocate(words) && edges_.Allocate(words) && marks_.Allocate(height);
+    return sum_.Allocate(sums) && shortSum_.Allocate(sums) && squares_.Allocate(sums) && columns_.Allocate(width) &&
+           rows_.Allocate(height) && samplePlan_.Reserve(width) && samples_.Allocate(int64{height} * lineStride_) &&
+           covered_.Allocate(height) && gradients_.Allocate(int64{7} * lineStride_) && ridges_.Allocate(words) &&
+           edges_.Allocate(words) && marks_.Allocate(height);
 }
 
-/// Each row is sampled, summed, and passed on to the edges, which come two rows behind.
+/// Each row is sampled and passed on to the edges, which come two rows behind.
 void ScaleRows::Make(ImageSize scaled, double inverseScale, ImageSize positions) {
+    scaled_ = scaled;
     positions_ = positions;
     words_ = WordsOf(positions.width);
     FindPositions(scaled, inverseScale);
-    std::fill_n(sum_.data(), scaled.width + 1, kSumInit);
-    std::fill_n(squares_.data(), scaled.width + 1, 0U);
-    for (int32 y = 0; y < 3; ++y) Gradients(y).magnitude[positions.width] = 0;
     const auto [width, height] = positions;
     for (int32 y = 0; y < scaled.height; ++y) {
         uint8* row = Samples(y);
         SampleRow(y, scaled.width, row);
-        SumRowOf(y, scaled.width);
         if (y >= height) continue;
         row[-1] = row[0]; // the border of the region is repeated, whatever the scale has beyond it
+        covered_[y] = row[width];
         row[width] = row[width - 1];
         if (y >= 1) FindGradients(y - 1);
         if (y >= 2) FindRidges(y - 2);
@@ -51,11 +52,47 @@ void ScaleRows::Make(ImageSize scaled, double inverseScale, ImageSize positions)
         FindRidges(y);
     }
     FollowRidges(ridges_.data(), edges_.data(), words_, height, marks_.data());
+    MakeSums();
+}
+
+/// Whether the float plane may have to round a sum, so that it matters where sums begin.
+bool ScaleRows::MayRound() const {
+    return int64{255} * scaled_.width * scaled_.height >= static_cast<int64>(-2.0F * kSumInit);
+}
+
+bool ScaleRows::HasEdges(int32 y) const {
+    const uint64* row = edges_.data() + std::ptrdiff_t{y} * words_;
+    return std::any_of(row, row + words_, [](uint64 word) { return word != 0; });
+}
+
+/// From each row with edges on as far as its windows reach.
+void ScaleRows::MakeSums() {
+    const int32 reach = scaled_.height - positions_.height + 1;
+    const bool all = MayRound();
+    int32 made = -1; // the last row of sums that was
+    for (int32 y = 0; y < positions_.height; ++y) {
+        if (!all && !HasEdges(y)) continue;
+        if (made < y) {
+            made = y;
+            BeginSums(y);
+        }
+        for (; made < y + reach; ++made) SumRowOf(made);
+    }
+    // The last one is the largest, and below 2^24 none was rounded.
+    sumsAreExact_ = !all || SumRow(scaled_.height)[scaled_.width] < -kSumInit;
+}
+
+void ScaleRows::BeginSums(int32 y) {
+    const std::ptrdiff_t at = std::ptrdiff_t{y} * stride_;
+    std::fill_n(sum_.data() + at, scaled_.width + 1, kSumInit);
+    std::fill_n(shortSum_.data() + at, scaled_.width + 1, uint16{0});
+    std::fill_n(squares_.data() + at, scaled_.width + 1, 0U);
 }
 
 void ScaleRows::FindPositions(ImageSize scaled, double factor) {
     filled_.width = NearestPositions(grey_.width, factor, scaled.width, columns_.data());
     filled_.height = NearestPositions(grey_.height, factor, scaled.height, rows_.data());
+    samplesPieces_ = kernels_.samplePieces != nullptr && samplePlan_.Make(columns_.data(), filled_.width, grey_.width);
 }
 
 void ScaleRows::SampleRow(int32 y, int32 width, uint8* row) const {
@@ -63,16 +100,36 @@ void ScaleRows::SampleRow(int32 y, int32 width, uint8* row) const {
         std::fill_n(row, width, uint8{0});
         return;
     }
-    kernels_.sample(RowAt(grey_.data, grey_.Step(), rows_[y]), columns_.data(), filled_.width, row);
+    Announce(y + kAhead);
+    const uint8* from = RowAt(grey_.data, grey_.Step(), rows_[y]);
+    if (samplesPieces_) {
+        kernels_.samplePieces(from, samplePlan_.Pieces(), row);
+    } else {
+        kernels_.sample(from, columns_.data(), filled_.width, row);
+    }
     std::fill(row + filled_.width, row + width, uint8{0});
 }
 
-void ScaleRows::SumRowOf(int32 y, int32 width) {
+/// Lets the processor fetch a row of the picture that will be sampled: of a large one every sample may be a cache line
+/// of its own, and rows lie too far apart for it to foresee the next.
+void ScaleRows::Announce(int32 y) const {
+    if (y >= filled_.height) return;
+    const uint8* row = RowAt(grey_.data, grey_.Step(), rows_[y]);
+    for (int32 x = 0; x < grey_.width; x += kCacheLine) __builtin_prefetch(row + x);
+}
+
+/// The row of sums below a row of samples.
+void ScaleRows::SumRowOf(int32 y) {
+    uint8* samples = Samples(y);
+    if (y < positions_.height) samples[positions_.width] = covered_[y];
     float* sum = sum_.data() + std::ptrdiff_t{y + 1} * stride_;
     uint32* squares = squares_.data() + std::ptrdiff_t{y + 1} * stride_;
     sum[0] = kSumInit;
     squares[0] = 0;
-    kernels_.integral(Samples(y), width, SumRow(y) + 1, sum + 1, SquaresRow(y) + 1, squares + 1);
+    uint16* shortSum = shortSum_.data() + std::ptrdiff_t{y + 1} * stride_;
+    shortSum[0] = 0;
+    kernels_.integral(samples, scaled_.width,
+                      {SumRow(y) + 1, sum + 1, ShortSumRow(y) + 1, shortSum + 1, SquaresRow(y) + 1, squares + 1});
 }
 
 GradientRow ScaleRows::Gradients(int32 y) {

@@ -1,5 +1,5 @@
-// What the fused scan knows of a scale before it looks at windows: integral images and the edges, made in one walk over
-// the rows, as the primitives make them one after the other.
+// What the fused scan knows of a scale before it looks at windows: the edges, made in one walk over the rows, and the
+// integral images where they leave windows, as the primitives make them one after the other.
 #pragma once
 
 #include "detect/scan_kernels.h"
@@ -24,8 +24,14 @@ public:
     int32 Stride() const { return stride_; }
 
     /// The sums have a row and a column more than the scale. Groups of windows at the end of a row may read beyond it.
+    /// A row is good for windows that the edges leave; below rows without any, sums may begin anew.
     const float* SumRow(int32 y) const { return sum_.data() + std::ptrdiff_t{y} * stride_; }
+    /// Sums of levels less kMiddleLevel, in 16 bits.
+    const uint16* ShortSumRow(int32 y) const { return shortSum_.data() + std::ptrdiff_t{y} * stride_; }
     const uint32* SquaresRow(int32 y) const { return squares_.data() + std::ptrdiff_t{y} * stride_; }
+
+    /// Whether the float plane had to round none of the scale's sums.
+    bool SumsAreExact() const { return sumsAreExact_; }
 
     /// Words of a row of the edge map.
     int32 Words() const { return words_; }
@@ -36,11 +42,16 @@ public:
 private:
     void FindPositions(ImageSize scaled, double factor);
     void SampleRow(int32 y, int32 width, uint8* row) const;
-    void SumRowOf(int32 y, int32 width);
+    void Announce(int32 y) const;
+    bool MayRound() const;
+    bool HasEdges(int32 y) const;
+    void MakeSums();
+    void BeginSums(int32 y);
+    void SumRowOf(int32 y);
     void FindGradients(int32 y);
     void FindRidges(int32 y);
 
-    uint8* Samples(int32 y) { return samples_.data() + y % 3 * lineStride_ + 1; }
+    uint8* Samples(int32 y) { return samples_.data() + std::ptrdiff_t{y} * lineStride_ + 1; }
     GradientRow Gradients(int32 y);
 
     const ScanKernels& kernels_;
@@ -48,19 +59,25 @@ private:
     int32 stride_ = 0;
     int32 lineStride_ = 0; // elements of a row of samples or gradients
     int32 words_ = 0;
+    ImageSize scaled_{0, 0};
     ImageSize positions_{0, 0};
 
     ImageSize filled_{0, 0};   // what the picture fills of the scale; beyond it is black
     HeapArray<int32> columns_; // of the picture, for each column of the scale
     HeapArray<int32> rows_;
+    SamplePlan samplePlan_;
+    bool samplesPieces_ = false; // whether rows of the present scale are sampled so
 
     HeapArray<float> sum_;
+    HeapArray<uint16> shortSum_; // whose first column is always 0
     HeapArray<uint32> squares_;
-    HeapArray<uint8> samples_;   // three rows, with a pixel more at both ends
+    HeapArray<uint8> samples_;   // with a pixel more at both ends of a row
+    HeapArray<uint8> covered_;   // those that the border of the windows' region stands for, a row each
     HeapArray<int16> gradients_; // three rows each of magnitudes and directions, and one of zeros
     HeapArray<uint64> ridges_;
     HeapArray<uint64> edges_;
     HeapArray<uint8> marks_;
+    bool sumsAreExact_ = true;
 };
 
 } // namespace orvane

@@ -3,15 +3,17 @@
 #pragma once
 
 #include "detect/cascade_plan.h"
+#include "detect/sample_pieces.h"
 
 namespace orvane {
 
 /// A stage with its rectangles resolved for one sum plane.
 struct ResolvedStage {
-    int32 stumpCounts[4]; // of stumps with 1, 2, 3, 4 rectangles, in this order
+    int32 stumpCounts[kStumpKinds];
     const PlannedStump* stumps;
-    const int32* corners; // four offsets for each rectangle, in the order plus, minus, minus, plus
-    const float* weights; // one for each rectangle
+    const PartWeights* parts; // one for each stump of the first stage
+    const int32* corners;     // four offsets for each rectangle, in the order plus, minus, minus, plus
+    const float* weights;     // one for each rectangle
     bool continues;
     float failsBelow;
     float passesFrom;
@@ -22,6 +24,17 @@ struct GroupVerdict {
     uint32 passes;      // the sum is certain to reach the threshold; no word about windows with close stumps
     uint32 closeSums;   // the sum is too close to the threshold
     uint32 closeStumps; // a stump's difference is too close to 0: the sum is not to be trusted
+};
+
+/// Rows of integral images, after their first columns. Short sums are those of levels less kMiddleLevel, and like
+/// squares have as many bits as they have.
+struct SumRows {
+    const float* sumAbove;
+    float* sum;
+    const uint16* shortSumAbove;
+    uint16* shortSum;
+    const uint32* squaresAbove;
+    uint32* squares;
 };
 
 /// Planes of sums that carry one row and column more than the picture.
@@ -54,13 +67,17 @@ struct GradientRow {
     int16* direction;
 };
 
-inline constexpr int32 kMostLanes = 8;
+inline constexpr int32 kMostLanes = 16;
 
 struct ScanKernels {
-    int32 lanes; // windows of a group
+    int32 lanes;      // windows of a group
+    int32 shortLanes; // and of one whose sums are short
 
     /// Takes `width` pixels of a row, those of the `columns`.
     void (*sample)(const uint8* from, const int32* columns, int32 width, uint8* row);
+
+    /// The same by pieces, whole groups of sixteen samples; null where the processor has no way to do it fast.
+    void (*samplePieces)(const uint8* from, const SamplePieces& pieces, uint8* row);
 
     /// Standard deviations for `count` neighbouring windows, to 4 * 2^-24 of themselves or 1e-5; up to a whole vector
     /// of them is worked.
@@ -71,12 +88,16 @@ struct ScanKernels {
     void (*stage)(const ResolvedStage& stage, const float* window, const float* norms, float* sums, const int32* starts,
                   int32 count, GroupVerdict* verdicts);
 
-    /// One row of the integral images; sums are rounded to float like the primitive's, squares are taken modulo 2^32.
-    /// Rows are those after the column of zero pixels; pixels and sums of a vector more than `width` are worked.
-    void (*integral)(const uint8* pixels, int32 width, const float* sumAbove, float* sum, const uint32* squaresAbove,
-                     uint32* squares);
+    /// The same for a first stage that takes short sums.
+    void (*shortStage)(const ResolvedStage& stage, const uint16* window, const float* norms, float* sums,
+                       const int32* starts, int32 count, GroupVerdict* verdicts);
 
-    /// Gradients of a row by Sobel's operator, magnitudes at or below `low` as 0.
+    /// One row of the integral images; float sums are rounded like the primitive's. Pixels and sums of a vector more
+    /// than `width` are worked.
+    void (*integral)(const uint8* pixels, int32 width, const SumRows& rows);
+
+    /// Gradients of a row by Sobel's operator, magnitudes at or below `low` as 0, and one of 0 after the last. Whole
+    /// words of 64 are worked.
     void (*gradients)(const EdgeRows& rows, int32 low, const GradientRow& out);
 
     /// Marks the pixels of a row that are the largest along their gradients: as bits, all in `ridges`, those above

@@ -5,8 +5,9 @@
 
 namespace orvane {
 
-const ScanKernels kScanKernels128 = {kernels128::kLanes,   kernels128::RunSample,   kernels128::RunNorms,
-                                     kernels128::RunStage, kernels128::RunIntegral, kernels128::RunGradients,
-                                     kernels128::RunRidges};
+const ScanKernels kScanKernels128 = {
+    kernels128::kLanes,       kernels128::kShortLanes, kernels128::RunSample,     nullptr,
+    kernels128::RunNorms,     kernels128::RunStage,    kernels128::RunShortStage, kernels128::RunIntegral,
+    kernels128::RunGradients, kernels128::RunRidges};
 
 } // namespace orvane

@@ -13,6 +13,7 @@ constexpr int32 kLanes = kBytes / 4;
 
 using Ints = int32 __attribute__((vector_size(kBytes)));
 using UnsignedInts = uint32 __attribute__((vector_size(kBytes)));
+using Words = int16 __attribute__((vector_size(kBytes)));
 
 template <typename V, typename T>
 inline V Load(const T* from) {
@@ -29,11 +30,16 @@ inline void Store(const V& v, T* to) {
 #if ORVANE_WIDE
 inline uint32 SignBits(Floats v) { return static_cast<uint32>(_mm256_movemask_ps(v)); }
 inline Floats SquareRoots(Floats v) { return _mm256_sqrt_ps(v); }
+/// What a stump gives: by the sign alone, since at 0 it is in doubt anyway.
+inline Floats VoteOf(Floats difference, Floats below, Floats above) {
+    return _mm256_blendv_ps(above, below, difference);
+}
 /// a * b + c, rounded once or twice: the bounds allow for both.
 inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return _mm256_fmadd_ps(a, b, c); }
 #else
 inline uint32 SignBits(Floats v) { return static_cast<uint32>(_mm_movemask_ps(v)); }
 inline Floats SquareRoots(Floats v) { return _mm_sqrt_ps(v); }
+inline Floats VoteOf(Floats difference, Floats below, Floats above) { return difference < 0.0F ? below : above; }
 inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return a * b + c; }
 #endif
 
@@ -51,6 +57,30 @@ void RunSample(const uint8* from, const int32* columns, int32 width, uint8* row)
     for (; x < width; ++x) row[x] = from[columns[x]];
 }
 
+#if ORVANE_WIDE
+/// `Pieces` to a group, or as many as it has.
+template <int32 Pieces>
+void RunPieces(const uint8* from, const SamplePieces& p, uint8* row) {
+    const auto load = [](const uint8* at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at)); };
+    const int32 pieces = Pieces > 0 ? Pieces : p.pieces;
+    const int32* offset = p.offsets;
+    const uint8* places = p.places;
+    for (int32 group = 0; group < p.groups; ++group, row += kPiece) {
+        __m128i samples = _mm_setzero_si128();
+        for (int32 i = 0; i < pieces; ++i, ++offset, places += kPiece)
+            samples = _mm_or_si128(samples, _mm_shuffle_epi8(load(from + *offset), load(places)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(row), samples);
+    }
+}
+
+void RunSamplePieces(const uint8* from, const SamplePieces& pieces, uint8* row) {
+    constexpr void (*kFew[])(const uint8*, const SamplePieces&, uint8*) = {
+        RunPieces<0>, RunPieces<1>, RunPieces<2>, RunPieces<3>, RunPieces<4>, RunPieces<5>, RunPieces<6>, RunPieces<7>};
+    constexpr int32 kFewCount = sizeof kFew / sizeof kFew[0];
+    kFew[pieces.pieces < kFewCount ? pieces.pieces : 0](from, pieces, row);
+}
+#endif
+
 /// Some groups that share the reading of the stumps.
 template <int32 Groups>
 struct Running {
@@ -64,11 +94,11 @@ struct Running {
 template <int32 Rects, int32 Groups>
 inline void RunStumps(int32 count, const PlannedStump*& stump, const int32*& corners, const float*& weights,
                       Running<Groups>& r) {
-    for (int32 i = 0; i < count; ++i, ++stump, corners += 4 * Rects, weights += Rects) {
+    for (int32 i = 0; i < count; ++i, ++stump, corners += std::ptrdiff_t{4} * Rects, weights += Rects) {
         Floats difference[Groups];
         for (int32 g = 0; g < Groups; ++g) difference[g] = r.norm[g] * stump->minusThreshold;
         for (int32 rect = 0; rect < Rects; ++rect) {
-            const int32* c = corners + 4 * rect;
+            const int32* c = corners + std::ptrdiff_t{4} * rect;
             const std::ptrdiff_t a = c[0], b = c[1], d = c[2], e = c[3];
             for (int32 g = 0; g < Groups; ++g) {
                 const float* w = r.window[g];
@@ -79,7 +109,7 @@ inline void RunStumps(int32 count, const PlannedStump*& stump, const int32*& cor
         }
         const Floats below = SplatFloat(stump->below), above = SplatFloat(stump->above);
         for (int32 g = 0; g < Groups; ++g) {
-            r.sum[g] += difference[g] < 0.0F ? below : above;
+            r.sum[g] += VoteOf(difference[g], below, above);
             r.nearest[g] = SmallestFloat(MagnitudesOf(difference[g]), r.nearest[g]);
         }
     }
@@ -98,10 +128,10 @@ inline void RunGroups(const ResolvedStage& stage, const float* window, const flo
     const PlannedStump* stump = stage.stumps;
     const int32* corners = stage.corners;
     const float* weights = stage.weights;
-    RunStumps<1>(stage.stumpCounts[0], stump, corners, weights, r);
-    RunStumps<2>(stage.stumpCounts[1], stump, corners, weights, r);
-    RunStumps<3>(stage.stumpCounts[2], stump, corners, weights, r);
-    RunStumps<4>(stage.stumpCounts[3], stump, corners, weights, r);
+    RunStumps<1>(stage.stumpCounts[kOneRect], stump, corners, weights, r);
+    RunStumps<2>(stage.stumpCounts[kNestedRects] + stage.stumpCounts[kTwoRects], stump, corners, weights, r);
+    RunStumps<3>(stage.stumpCounts[kThreeRects], stump, corners, weights, r);
+    RunStumps<4>(stage.stumpCounts[kFourRects], stump, corners, weights, r);
     for (int32 g = 0; g < Groups; ++g) {
         if (stage.continues) r.sum[g] += Load<Floats>(sums + starts[g]);
         Store(r.sum[g], sums + starts[g]);
@@ -114,8 +144,113 @@ inline void RunGroups(const ResolvedStage& stage, const float* window, const flo
 void RunStage(const ResolvedStage& stage, const float* window, const float* norms, float* sums, const int32* starts,
               int32 count, GroupVerdict* verdicts) {
     int32 i = 0;
+    for (; i + 3 <= count && i + 4 != count; i += 3) RunGroups<3>(stage, window, norms, sums, starts + i, verdicts + i);
     for (; i + 2 <= count; i += 2) RunGroups<2>(stage, window, norms, sums, starts + i, verdicts + i);
     if (i < count) RunGroups<1>(stage, window, norms, sums, starts + i, verdicts + i);
+}
+
+// --- a first stage that takes short sums ---
+
+constexpr int32 kShortLanes = kWords;
+
+/// The norms, sums and so on of as many windows, in the order in which words are made numbers.
+struct FloatPair {
+    Floats low, high;
+};
+
+/// From the order of memory to that of numbers made of words, and back.
+inline FloatPair Exchanged(const FloatPair& v) {
+#if ORVANE_WIDE
+    return {_mm256_permute2f128_ps(v.low, v.high, 0x20), _mm256_permute2f128_ps(v.low, v.high, 0x31)};
+#else
+    return v;
+#endif
+}
+
+inline FloatPair LoadPair(const float* from) { return Exchanged({Load<Floats>(from), Load<Floats>(from + kLanes)}); }
+
+inline void StorePair(const FloatPair& v, float* to) {
+    const FloatPair ordered = Exchanged(v);
+    Store(ordered.low, to);
+    Store(ordered.high, to + kLanes);
+}
+
+/// A bit for each lane whose mask is set, in the order of memory.
+inline uint32 PairBits(const Ints& low, const Ints& high) {
+    const FloatPair ordered = Exchanged({reinterpret_cast<Floats>(low), reinterpret_cast<Floats>(high)});
+    return SignBits(ordered.low) | SignBits(ordered.high) << kLanes;
+}
+
+struct ShortRunning {
+    const uint16* window;
+    FloatPair norm, sum, nearest;
+};
+
+inline Vector SumWithin(const uint16* window, const int32* corner) {
+    const std::ptrdiff_t a = corner[0], b = corner[1], d = corner[2], e = corner[3];
+    return SubtractWords(SubtractWords(LoadBytes(window + a), LoadBytes(window + b)),
+                         SubtractWords(LoadBytes(window + d), LoadBytes(window + e)));
+}
+
+/// Sums of two parts, times multiples of the unit.
+struct PartNumbers {
+    Vector low, high;
+};
+
+inline PartNumbers SumsOfParts(Vector first, Vector second, const int16* multiples) {
+    int32 two;
+    __builtin_memcpy(&two, multiples, sizeof two);
+    const auto both = reinterpret_cast<Vector>(Ints{} + two);
+    return {SumsOfProducts(LowPairs(first, second), both), SumsOfProducts(HighPairs(first, second), both)};
+}
+
+/// What a stump compares with 0, before the norm's part comes to it.
+template <StumpKind Kind>
+inline PartNumbers SumsOfParts(const uint16* window, const int32* corners, const PartWeights& weights) {
+    const Vector a = SumWithin(window, corners), b = SumWithin(window, corners + 4);
+    const int16* multiples = weights.multiples;
+    if constexpr (Kind == kNestedRects) return SumsOfParts(SubtractWords(a, b), b, multiples);
+    if constexpr (Kind == kTwoRects) return SumsOfParts(a, b, multiples);
+    const PartNumbers two = SumsOfParts(a, b, multiples);
+    const Vector c = SumWithin(window, corners + 8), d = Kind == kFourRects ? SumWithin(window, corners + 12) : Zero();
+    const PartNumbers more = SumsOfParts(c, d, multiples + 2);
+    return {AddNumbers(two.low, more.low), AddNumbers(two.high, more.high)};
+}
+
+template <StumpKind Kind>
+inline void RunShortStumps(int32 count, const PlannedStump*& stump, const PartWeights*& weights, const int32*& corners,
+                           ShortRunning& r) {
+    for (int32 i = 0; i < count; ++i, ++stump, ++weights, corners += std::ptrdiff_t{4} * kRectsOfKind[Kind]) {
+        const Floats threshold = SplatFloat(stump->minusThreshold), unit = SplatFloat(weights->unit);
+        const Floats below = SplatFloat(stump->below), above = SplatFloat(stump->above);
+        const PartNumbers sums = SumsOfParts<Kind>(r.window, corners, *weights);
+        const Floats low = MultiplyAdd(FloatsOf(sums.low), unit, r.norm.low * threshold);
+        const Floats high = MultiplyAdd(FloatsOf(sums.high), unit, r.norm.high * threshold);
+        r.sum.low += VoteOf(low, below, above);
+        r.sum.high += VoteOf(high, below, above);
+        r.nearest.low = SmallestFloat(MagnitudesOf(low), r.nearest.low);
+        r.nearest.high = SmallestFloat(MagnitudesOf(high), r.nearest.high);
+    }
+}
+
+/// One group at a time: two, which could share the reading of the stumps, have too few registers.
+void RunShortStage(const ResolvedStage& stage, const uint16* window, const float* norms, float* sums,
+                   const int32* starts, int32 count, GroupVerdict* verdicts) {
+    const Floats far = SplatFloat(3e38F);
+    for (int32 i = 0; i < count; ++i) {
+        ShortRunning r = {window + starts[i], LoadPair(norms + starts[i]), {Floats{}, Floats{}}, {far, far}};
+        const PlannedStump* stump = stage.stumps;
+        const PartWeights* weights = stage.parts;
+        const int32* corners = stage.corners;
+        RunShortStumps<kNestedRects>(stage.stumpCounts[kNestedRects], stump, weights, corners, r);
+        RunShortStumps<kTwoRects>(stage.stumpCounts[kTwoRects], stump, weights, corners, r);
+        RunShortStumps<kThreeRects>(stage.stumpCounts[kThreeRects], stump, weights, corners, r);
+        RunShortStumps<kFourRects>(stage.stumpCounts[kFourRects], stump, weights, corners, r);
+        StorePair(r.sum, sums + starts[i]);
+        const uint32 passes = PairBits(r.sum.low >= stage.passesFrom, r.sum.high >= stage.passesFrom);
+        const uint32 fails = PairBits(r.sum.low < stage.failsBelow, r.sum.high < stage.failsBelow);
+        verdicts[i] = {passes, ~(passes | fails), PairBits(r.nearest.low < 1.0F, r.nearest.high < 1.0F)};
+    }
 }
 
 /// The area times the sum of squares less the square of the sum, which is exact in double; 0 where the rounding of
@@ -140,79 +275,148 @@ void RunNorms(const InnerRectRows& rows, int32 count, float* norms) {
     }
 }
 
-/// Running sums of whole numbers, a vector at a time.
-struct Prefix {
-    Ints before{};
-
-    Ints Next(Vector values) {
-        const Vector within = RunningSums(values);
-        const Ints sums = reinterpret_cast<Ints>(within) + before;
-        before += reinterpret_cast<Ints>(Last(within));
-        return sums;
+#if ORVANE_WIDE
+/// Running sums of a row's levels, sixteen at a time, which their words have room for.
+class LevelSums {
+public:
+    LevelSums() {
+        Words middle;
+        for (int32 i = 0; i < kWords; ++i) middle[i] = static_cast<int16>(-kMiddleLevel * (i + 1));
+        lessMiddle_ = reinterpret_cast<Vector>(middle);
     }
 
+    void Next(Vector levels) {
+        Vector sums = levels;
+        sums = AddWords(sums, _mm256_slli_si256(sums, 2));
+        sums = AddWords(sums, _mm256_slli_si256(sums, 4));
+        sums = AddWords(sums, _mm256_slli_si256(sums, 8));
+        sums = AddWords(sums, LastWord(_mm256_permute2x128_si256(sums, sums, 0x08))); // shifts stay within the halves
+        low_ = AddNumbers(_mm256_cvtepu16_epi32(_mm256_castsi256_si128(sums)), before_);
+        high_ = AddNumbers(_mm256_cvtepu16_epi32(_mm256_extracti128_si256(sums, 1)), before_);
+        short_ = AddWords(sums, lessMiddle_);
+        const Vector total = LastWord(_mm256_permute2x128_si256(sums, sums, 0x11));
+        before_ = AddNumbers(before_, _mm256_srli_epi32(total, 16));
+        constexpr auto kMiddles = static_cast<int32>(kMiddleLevel * kWords);
+        lessMiddle_ = AddWords(lessMiddle_, SubtractWords(total, SplatWord(kMiddles)));
+    }
+
+    Floats Low() const { return FloatsOf(low_); }
+    Floats High() const { return FloatsOf(high_); }
+    /// Of levels less kMiddleLevel.
+    Vector Short() const { return short_; }
+
 private:
-    /// The last number, in each place.
-    static Vector Last(Vector v) {
-#if ORVANE_WIDE
-        return _mm256_permutevar8x32_epi32(v, _mm256_set1_epi32(7));
-#else
-        return _mm_shuffle_epi32(v, 0xFF);
-#endif
+    /// That of each half, in all its places.
+    static Vector LastWord(Vector v) { return _mm256_shuffle_epi8(v, _mm256_set1_epi16(0x0F0E)); }
+
+    Vector before_ = Zero(); // the sum of all before, as numbers
+    Vector lessMiddle_;      // the same in words, less kMiddleLevel for each up to a place
+    Vector low_, high_, short_;
+};
+
+/// Running sums of squares: of pairs, which leave out every other one, and of those.
+struct SquareSums {
+    Vector before = Zero();
+    Vector low, high;
+
+    void Next(Vector levels) {
+        const Vector seconds = _mm256_srli_epi32(levels, 16);
+        const Vector odd = AddNumbers(RunningSums(Squares(levels)), before);
+        const Vector even = SubtractNumbers(odd, Squares(seconds));
+        before = _mm256_permutevar8x32_epi32(odd, _mm256_set1_epi32(7));
+        const Vector a = _mm256_unpacklo_epi32(even, odd), b = _mm256_unpackhi_epi32(even, odd);
+        low = _mm256_permute2x128_si256(a, b, 0x20);
+        high = _mm256_permute2x128_si256(a, b, 0x31);
     }
 };
 
-/// Of numbers whose upper halves are 0.
-inline Vector Squares(Vector v) {
-#if ORVANE_WIDE
-    return _mm256_madd_epi16(v, v);
-#else
-    return _mm_madd_epi16(v, v);
-#endif
-}
-
-void RunIntegral(const uint8* pixels, int32 width, const float* sumAbove, float* sum, const uint32* squaresAbove,
-                 uint32* squares) {
-    Prefix sums, squareSums;
-    for (int32 x = 0; x < width; x += kLanes) {
-        const Vector values = PixelNumbers(pixels + x);
-        const Ints rowSums = sums.Next(values);
-        const Ints rowSquares = squareSums.Next(Squares(values));
-        Store(__builtin_convertvector(rowSums, Floats) + Load<Floats>(sumAbove + x), sum + x);
-        Store(reinterpret_cast<UnsignedInts>(rowSquares) + Load<UnsignedInts>(squaresAbove + x), squares + x);
+void RunIntegral(const uint8* pixels, int32 width, const SumRows& rows) {
+    const SumRows r = rows;
+    LevelSums sums;
+    SquareSums squares;
+    for (int32 x = 0; x < width; x += kWords) {
+        const Vector levels = WordsOf(pixels + x);
+        sums.Next(levels);
+        squares.Next(levels);
+        Store(sums.Low() + Load<Floats>(r.sumAbove + x), r.sum + x);
+        Store(sums.High() + Load<Floats>(r.sumAbove + x + kLanes), r.sum + x + kLanes);
+        Store(AddWords(sums.Short(), LoadBytes(r.shortSumAbove + x)), r.shortSum + x);
+        Store(AddNumbers(squares.low, LoadBytes(r.squaresAbove + x)), r.squares + x);
+        Store(AddNumbers(squares.high, LoadBytes(r.squaresAbove + x + kLanes)), r.squares + x + kLanes);
     }
 }
+#else
+/// Adds the lower halves of whole numbers to those of the row above.
+inline void StoreLowHalves(Vector numbers, const uint16* above, uint16* to) {
+    const Vector low = _mm_srai_epi32(_mm_slli_epi32(numbers, 16), 16);
+    const Vector before = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(above));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), AddWords(PackNumbers(low, low), before));
+}
 
-inline int32 Absolute(int32 v) { return v < 0 ? -v : v; }
+void RunIntegral(const uint8* pixels, int32 width, const SumRows& rows) {
+    const SumRows r = rows;
+    Prefix sums, squareSums;
+    Ints middle; // what is taken off the levels up to each pixel
+    for (int32 i = 0; i < kLanes; ++i) middle[i] = kMiddleLevel * (i + 1);
+    for (int32 x = 0; x < width; x += kLanes, middle += kMiddleLevel * kLanes) {
+        const Vector values = PixelNumbers(pixels + x);
+        const Ints rowSums = reinterpret_cast<Ints>(sums.Next(values));
+        const Vector rowSquares = squareSums.Next(Squares(values));
+        Store(__builtin_convertvector(rowSums, Floats) + Load<Floats>(r.sumAbove + x), r.sum + x);
+        StoreLowHalves(reinterpret_cast<Vector>(rowSums - middle), r.shortSumAbove + x, r.shortSum + x);
+        Store(reinterpret_cast<UnsignedInts>(rowSquares) + Load<UnsignedInts>(r.squaresAbove + x), r.squares + x);
+    }
+}
+#endif
 
 /// tan(22.5 degrees) of 65536. The whole part of a product with it is that of the true product for all components of
 /// Sobel's 3 by 3 operator, which are at most 1020; a test tries them all.
-constexpr uint32 kFlat = 27146;
+constexpr int32 kFlat = 27146;
+
+inline Words WordsAt(const uint8* bytes) { return reinterpret_cast<Words>(WordsOf(bytes)); }
+inline Words Absolute(Words v) { return v < 0 ? -v : v; }
+
+/// Sums and differences of columns, weighted as the operator has them, with a few more at their end. Those of many
+/// pixels, so that none is read while it is on its way to memory.
+struct Columns {
+    static constexpr int32 kMost = 512;
+    int16 sum[kMost + kWords];
+    int16 difference[kMost + kWords];
+};
+
+inline void FindColumns(const uint8* above, const uint8* here, const uint8* below, int32 count, Columns& columns) {
+    for (int32 x = 0; x < count + kWords; x += kWords) {
+        const Words a = WordsAt(above + x), b = WordsAt(here + x), c = WordsAt(below + x);
+        Store(a + c + (b + b), columns.sum + x);
+        Store(c - a, columns.difference + x);
+    }
+}
+
+inline Words DirectionOf(Words dx, Words dy, Words ax, Words ay) {
+    const auto flat = reinterpret_cast<Words>(UpperProductOfWords(reinterpret_cast<Vector>(ax), SplatWord(kFlat)));
+    const Words steep = flat + (ax + ax);
+    static_assert(kAlongX == 0 && kRising == kFalling - 1);
+    const Words diagonal = kFalling + ((dx ^ dy) >> 15);
+    return ay > steep ? Words{} + kAlongY : diagonal & (ay > flat);
+}
 
 void RunGradients(const EdgeRows& rows, int32 low, const GradientRow& out) {
-    const uint8* __restrict a = rows.above;
-    const uint8* __restrict b = rows.here;
-    const uint8* __restrict c = rows.below;
-    int16* __restrict magnitude = out.magnitude;
-    int16* __restrict direction = out.direction;
-    const auto limit = static_cast<int16>(low);
-    for (int32 x = 0; x < rows.width; ++x) {
-        const auto leftSum = static_cast<int16>(a[x] + 2 * b[x] + c[x]);
-        const auto rightSum = static_cast<int16>(a[x + 2] + 2 * b[x + 2] + c[x + 2]);
-        const auto above = static_cast<int16>(a[x] + 2 * a[x + 1] + a[x + 2]);
-        const auto below = static_cast<int16>(c[x] + 2 * c[x + 1] + c[x + 2]);
-        const auto dx = static_cast<int16>(rightSum - leftSum);
-        const auto dy = static_cast<int16>(below - above);
-        const auto ax = static_cast<int16>(Absolute(dx));
-        const auto ay = static_cast<int16>(Absolute(dy));
-        const auto m = static_cast<int16>(ax + ay);
-        magnitude[x] = m > limit ? m : int16{0};
-        const auto flat = static_cast<int16>(static_cast<uint16>(ax) * kFlat >> 16);
-        const auto steep = static_cast<int16>(flat + 2 * ax);
-        const int16 diagonal = static_cast<int16>(dx ^ dy) < 0 ? kRising : kFalling;
-        const int16 shallow = ay <= flat ? kAlongX : diagonal;
-        direction[x] = ay > steep ? kAlongY : shallow;
+    const Words limit = Words{} + static_cast<int16>(low);
+    Columns columns;
+    for (int32 first = 0; first < rows.width; first += Columns::kMost) {
+        const int32 left = (rows.width - first + 63) & ~63, count = left < Columns::kMost ? left : Columns::kMost;
+        FindColumns(rows.above + first, rows.here + first, rows.below + first, count, columns);
+        for (int32 x = 0; x < count; x += kWords) {
+            const int16 *sum = columns.sum + x, *difference = columns.difference + x;
+            const Words middle = Load<Words>(difference + 1);
+            const Words dx = Load<Words>(sum + 2) - Load<Words>(sum);
+            const Words dy = Load<Words>(difference) + Load<Words>(difference + 2) + (middle + middle);
+            const Words ax = Absolute(dx), ay = Absolute(dy), m = ax + ay;
+            Store(m & (m > limit), out.magnitude + first + x);
+            Store(DirectionOf(dx, dy, ax, ay), out.direction + first + x);
+        }
     }
+    out.magnitude[rows.width] = 0;
 }
 
 /// Ridges among kWords pixels, and those of them above a limit.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <utility>
 
 namespace orvane {
 namespace {
@@ -31,7 +32,7 @@ bool WindowCascade::Reserve(int32 stride, int32 height) {
     constexpr int32 kTileWindows = kTileRows * kTileWords * 64;
     stride_ = stride;
     return norms_.Allocate(int64{height} * stride) && sums_.Allocate(kTileRows * stride) &&
-           starts_.Allocate(kTileWindows) && living_.Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) &&
+           groups_[0].Allocate(kTileWindows) && groups_[1].Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) &&
            decided_.Allocate(kTileWindows) && ResolveStages();
 }
 
@@ -50,6 +51,7 @@ bool WindowCascade::ResolveStages() {
         ResolvedStage& resolved = stages_[i];
         std::copy(std::begin(stage.stumpCounts), std::end(stage.stumpCounts), resolved.stumpCounts);
         resolved.stumps = plan.stumps.data() + stage.firstStump;
+        if (i == 0) resolved.parts = plan.parts.data();
         resolved.corners = corners_.data() + std::ptrdiff_t{4} * stage.firstRect;
         resolved.weights = plan.weights.data() + stage.firstRect;
         resolved.continues = stage.continues;
@@ -61,6 +63,8 @@ bool WindowCascade::ResolveStages() {
 
 void WindowCascade::Decide(ScaleRows& rows, int32 height) {
     FindNorms(rows, height);
+    // Twice as many windows to a group pay while many are left, which is in the first stage.
+    beginsShort_ = rows.SumsAreExact() && classifier_.plan.takesShortSums;
     for (int32 word = 0; word < rows.Words(); word += kTileWords) {
         for (int32 y = 0; y < height; y += kTileRows) {
             DecideTile(rows, {y, std::min(kTileRows, height - y), word, std::min(word + kTileWords, rows.Words())});
@@ -72,8 +76,7 @@ void WindowCascade::DecideTile(ScaleRows& rows, const Tile& tile) {
     decidedCount_ = 0;
     int32 groups = TakeGroups(rows, tile);
     for (int32 stage = 0; stage < StageCount() && groups > 0; ++stage) {
-        kernels_.stage(stages_[stage], rows.SumRow(tile.y), norms_.data() + std::ptrdiff_t{tile.y} * stride_,
-                       sums_.data(), starts_.data(), groups, verdicts_.data());
+        RunStage(rows, tile, stage, groups);
         groups = DropFailed(rows, tile, stage, groups);
     }
     const auto setBit = [&](int32 window) {
@@ -81,14 +84,26 @@ void WindowCascade::DecideTile(ScaleRows& rows, const Tile& tile) {
         rows.EdgeRow(tile.y + window / stride_)[x / 64] |= uint64{1} << x % 64;
     };
     for (int32 i = 0; i < groups; ++i) {
-        for (uint32 rest = living_[i]; rest != 0; rest &= rest - 1) setBit(starts_[i] + std::countr_zero(rest));
+        for (uint32 rest = present_->living[i]; rest != 0; rest &= rest - 1)
+            setBit(present_->starts[i] + std::countr_zero(rest));
     }
     for (int32 i = 0; i < decidedCount_; ++i) setBit(decided_[i]);
 }
 
+void WindowCascade::RunStage(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups) {
+    const float* norms = norms_.data() + std::ptrdiff_t{tile.y} * stride_;
+    if (stage == 0 && beginsShort_) {
+        kernels_.shortStage(stages_[stage], rows.ShortSumRow(tile.y), norms, sums_.data(), present_->starts.data(),
+                            groups, verdicts_.data());
+    } else {
+        kernels_.stage(stages_[stage], rows.SumRow(tile.y), norms, sums_.data(), present_->starts.data(), groups,
+                       verdicts_.data());
+    }
+}
+
 /// Moves the tile's windows from the edge map to groups, each of which begins at a living one.
 int32 WindowCascade::TakeGroups(ScaleRows& rows, const Tile& tile) {
-    const int32 lanes = kernels_.lanes;
+    const int32 lanes = LanesOf(0);
     int32 count = 0;
     for (int32 row = 0; row < tile.height; ++row) {
         uint64* edges = rows.EdgeRow(tile.y + row);
@@ -99,13 +114,13 @@ int32 WindowCascade::TakeGroups(ScaleRows& rows, const Tile& tile) {
             const int32 base = 64 * word;
             if (next > base) { // the last group of the word before reaches into this one
                 const int32 reach = next - base;
-                living_[count - 1] |= static_cast<uint32>(rest << (lanes - reach)) & ((1U << lanes) - 1);
+                present_->living[count - 1] |= static_cast<uint32>(rest << (lanes - reach)) & ((1U << lanes) - 1);
                 rest = WithoutLowest(rest, reach);
             }
             while (rest != 0) {
                 const int32 bit = std::countr_zero(rest);
-                starts_[count] = row * stride_ + base + bit;
-                living_[count] = static_cast<uint32>(rest >> bit) & ((1U << lanes) - 1);
+                present_->starts[count] = row * stride_ + base + bit;
+                present_->living[count] = static_cast<uint32>(rest >> bit) & ((1U << lanes) - 1);
                 ++count;
                 next = base + bit + lanes;
                 rest = WithoutLowest(rest, bit + lanes);
@@ -133,27 +148,32 @@ void WindowCascade::FindNorms(ScaleRows& rows, int32 height) {
 
 /// Goes by the verdicts of a stage and gathers what is left into new groups. Their number.
 int32 WindowCascade::DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups) {
-    const int32 lanes = kernels_.lanes;
+    const int32 lanes = LanesOf(stage + 1); // at most as many as before
+    const uint32 all = (1U << lanes) - 1;
+    Groups& left = *next_;
     int32 count = 0;
     int32 next = -1; // the first window that no new group holds; rows are further apart than a group reaches
     for (int32 i = 0; i < groups; ++i) {
-        const int32 first = starts_[i];
+        const int32 first = present_->starts[i];
         const GroupVerdict& verdict = verdicts_[i];
-        const uint32 doubtful = living_[i] & (verdict.closeSums | verdict.closeStumps);
-        uint32 kept = living_[i] & verdict.passes & ~doubtful;
+        const uint32 doubtful = present_->living[i] & (verdict.closeSums | verdict.closeStumps);
+        uint32 kept = present_->living[i] & verdict.passes & ~doubtful;
         if (doubtful != 0) kept |= ResolveDoubts(rows, tile, stage, first, doubtful, verdict.closeStumps);
         if (first < next) {
             const uint32 shared = kept & ((1U << (next - first)) - 1);
-            living_[count - 1] |= shared << (first - starts_[count - 1]);
+            left.living[count - 1] |= shared << (first - left.starts[count - 1]);
             kept ^= shared;
         }
-        if (kept == 0) continue;
-        const int32 bit = std::countr_zero(kept);
-        starts_[count] = first + bit;
-        living_[count] = kept >> bit;
-        ++count;
-        next = first + bit + lanes;
+        while (kept != 0) {
+            const int32 bit = std::countr_zero(kept);
+            left.starts[count] = first + bit;
+            left.living[count] = kept >> bit & all;
+            ++count;
+            next = first + bit + lanes;
+            kept &= ~(all << bit);
+        }
     }
+    std::swap(present_, next_);
     return count;
 }
 
@@ -201,8 +221,9 @@ double WindowCascade::TrainedSum(int32 stage, const float* window, double norm) 
     auto rect = static_cast<std::size_t>(planned.firstRect);
     const int32* corner = stages_[stage].corners;
     double sum = 0.0;
-    for (int32 rects = 1; rects <= kMostRects; ++rects) {
-        for (int32 n = planned.stumpCounts[rects - 1]; n > 0; --n, ++stump) {
+    for (int32 kind = 0; kind < kStumpKinds; ++kind) {
+        const int32 rects = kRectsOfKind[kind];
+        for (int32 n = planned.stumpCounts[kind]; n > 0; --n, ++stump) {
             double e = 0.0;
             for (int32 r = 0; r < rects; ++r, ++rect, corner += 4) {
                 // A whole number that a float holds.

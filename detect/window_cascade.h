@@ -45,6 +45,7 @@ private:
     void DecideTile(ScaleRows& rows, const Tile& tile);
     int32 TakeGroups(ScaleRows& rows, const Tile& tile);
     void FindNorms(ScaleRows& rows, int32 height);
+    void RunStage(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
     int32 DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
     uint32 ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first, uint32 doubtful,
                          uint32 closeStumps);
@@ -52,11 +53,13 @@ private:
     double TrainedSum(int32 stage, const float* window, double norm) const;
     float TrainedNorm(const ScaleRows& rows, int32 x, int32 y) const;
     int32 StageCount() const;
+    int32 LanesOf(int32 stage) const { return stage == 0 && beginsShort_ ? kernels_.shortLanes : kernels_.lanes; }
 
     const ScanKernels& kernels_;
     const ClassifierTables& classifier_;
     HeapArray<ResolvedStage> stages_;
     HeapArray<int32> corners_;
+    bool beginsShort_ = false; // whether the first stage takes short sums at the present scale
 
     int32 stride_ = 0;
     HeapArray<float> norms_; // by window, with the stride of the sums
@@ -64,8 +67,15 @@ private:
     // Of a tile. Sums by window, with the same stride. Groups of neighbouring windows of a row that
     // hold all living ones: where they begin, by the same stride, and which of their windows live.
     HeapArray<float> sums_;
-    HeapArray<int32> starts_;
-    HeapArray<uint32> living_;
+    struct Groups {
+        HeapArray<int32> starts;
+        HeapArray<uint32> living;
+
+        [[nodiscard]] bool Allocate(int64 count) { return starts.Allocate(count) && living.Allocate(count); }
+    };
+    Groups groups_[2];
+    Groups* present_ = &groups_[0];
+    Groups* next_ = &groups_[1]; // what is left of them, before it takes their place
     HeapArray<GroupVerdict> verdicts_;
     HeapArray<int32> decided_; // windows that passed all stages in the trained arithmetic
     int32 decidedCount_ = 0;

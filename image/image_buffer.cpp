@@ -90,7 +90,9 @@ int32 ImageBuffer::Step() const {
     return step > std::numeric_limits<int32>::max() ? 0 : static_cast<int32>(step);
 }
 
-void ImageBuffer::Allocate() {
+void ImageBuffer::Allocate() { AllocateAs(true); }
+
+void ImageBuffer::AllocateAs(bool zeroed) {
     Release();
     if (!IsImageSize(width, height)) return;
     const int64 bytes = StorageBytes();
@@ -98,6 +100,8 @@ void ImageBuffer::Allocate() {
         if (bytes > 0 && bytes <= std::numeric_limits<int32>::max()) {
             data = static_cast<uint8*>(HeapAllocate(static_cast<std::size_t>(bytes)));
         }
+    } else if (!zeroed && depth == kDepth8u && (channels == 1 || channels == 3)) {
+        data = AllocateUnset(width, height, channels);
     } else {
         data = static_cast<uint8*>(AllocateAligned(channels, depth, width, height));
     }
@@ -111,12 +115,14 @@ int64 ImageBuffer::StorageBytes() const {
     return rows > std::numeric_limits<int32>::max() ? kMax : Step() * rows;
 }
 
-bool ImageBuffer::Reshape(int32 newWidth, int32 newHeight) {
+bool ImageBuffer::Reshape(int32 newWidth, int32 newHeight) { return ReshapeAs(true, newWidth, newHeight); }
+
+bool ImageBuffer::ReshapeAs(bool zeroed, int32 newWidth, int32 newHeight) {
     if (IsBorrowed()) Release();
     if (!IsImageSize(newWidth, newHeight)) return Create(newWidth, newHeight, channels, depth, planar);
     width = newWidth;
     height = newHeight;
-    if (data == nullptr || StorageBytes() > capacity_) Allocate();
+    if (data == nullptr || StorageBytes() > capacity_) AllocateAs(zeroed);
     return data != nullptr;
 }
 
@@ -137,7 +143,7 @@ bool ImageBuffer::Remake(int32 newWidth, int32 newHeight, int32 newChannels, Dep
     channels = newChannels;
     depth = newDepth;
     planar = 0;
-    if (!Reshape(newWidth, newHeight)) return false;
+    if (!ReshapeAs(false, newWidth, newHeight)) return false;
     const int64 used = RowBytes();
     const auto padding = static_cast<std::size_t>(Step() - used);
     if (padding == 0) return true;

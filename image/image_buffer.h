@@ -29,7 +29,8 @@ inline bool IsImageSize(int32 width, int32 height) {
 }
 
 /// Rows lie as in a 24-bit bitmap: row 0 is the bottom of the picture, pixels blue, green, red, each
-/// row padded to a multiple of 4 bytes. New storage is zero. Not safe for concurrent use of one object.
+/// row padded to a multiple of 4 bytes. New storage is zero, unless Remake says otherwise. Not safe for concurrent use
+/// of one object.
 class ImageBuffer {
 public:
     ImageBuffer() = default;
@@ -55,8 +56,9 @@ public:
     /// storage where that is too small. The pixels are whatever the storage held. False without storage.
     bool Reshape(int32 newWidth, int32 newHeight);
 
-    /// As Create for interleaved channels, but in the storage at hand where that is large enough: its pixels are
-    /// then whatever it held, only the padding of the rows is zero. For whoever writes every pixel anyway.
+    /// As Create for interleaved channels, but in the storage at hand where that is large enough, and new storage of
+    /// 8 bits is not zeroed: the pixels are whatever it held, only the padding of the rows is zero. For whoever writes
+    /// every pixel anyway.
     bool Remake(int32 newWidth, int32 newHeight, int32 newChannels, DepthCode newDepth);
 
     /// Shows 8-bit rows that belong to somebody else, Step() bytes apart, in place of what the image held. They must
@@ -95,6 +97,8 @@ public:
 private:
     int64 RowBytes() const; // without padding
     int64 StorageBytes() const;
+    void AllocateAs(bool zeroed);
+    bool ReshapeAs(bool zeroed, int32 newWidth, int32 newHeight);
     bool IsBorrowed() const { return data != nullptr && storedDepth_ == 0; }
 
     int64 capacity_ = 0;        // bytes that `data` was allocated for

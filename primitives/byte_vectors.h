@@ -12,7 +12,7 @@ namespace {
 
 #if ORVANE_WIDE
 
-constexpr int32 kBytes = 32;
+constexpr int64 kBytes = 32;
 using Vector = __m256i;
 
 inline Vector LoadBytes(const void* from) { return _mm256_loadu_si256(static_cast<const __m256i*>(from)); }
@@ -23,6 +23,11 @@ inline Vector Smallest(Vector a, Vector b) { return _mm256_min_epu8(a, b); }
 inline Vector Largest(Vector a, Vector b) { return _mm256_max_epu8(a, b); }
 inline Vector Equal(Vector a, Vector b) { return _mm256_cmpeq_epi8(a, b); }
 inline uint32 SetBits(Vector mask) { return static_cast<uint32>(_mm256_movemask_epi8(mask)); }
+/// Of bytes with signs.
+inline Vector IsMore(Vector a, Vector b) { return _mm256_cmpgt_epi8(a, b); }
+/// Sums of bytes, in words at the beginnings of eight.
+inline Vector SumOfEight(Vector v) { return _mm256_sad_epu8(v, Zero()); }
+inline Vector OtherSign(Vector v) { return _mm256_xor_si256(v, _mm256_set1_epi8(-128)); }
 inline Vector Both(Vector a, Vector b) { return _mm256_and_si256(a, b); }
 inline Vector Either(Vector a, Vector b) { return _mm256_or_si256(a, b); }
 inline Vector ButNot(Vector a, Vector b) { return _mm256_andnot_si256(b, a); }
@@ -43,7 +48,17 @@ inline Vector PackWords(Vector low, Vector high) { return _mm256_packus_epi16(lo
 inline Vector PackNumbers(Vector low, Vector high) { return _mm256_packs_epi32(low, high); }
 inline Vector AddWords(Vector a, Vector b) { return _mm256_add_epi16(a, b); }
 inline Vector SubtractWords(Vector a, Vector b) { return _mm256_sub_epi16(a, b); }
+inline Vector LowPairs(Vector a, Vector b) { return _mm256_unpacklo_epi16(a, b); }
+inline Vector HighPairs(Vector a, Vector b) { return _mm256_unpackhi_epi16(a, b); }
+inline Vector SumsOfProducts(Vector a, Vector b) { return _mm256_madd_epi16(a, b); }
 inline Vector NegativeWords(Vector v) { return _mm256_srai_epi16(v, 15); }
+inline Vector ProductOfWords(Vector a, Vector b) { return _mm256_mullo_epi16(a, b); }
+inline Vector UpperProductOfWords(Vector a, Vector b) { return _mm256_mulhi_epu16(a, b); }
+inline Vector SplatWord(int32 v) { return _mm256_set1_epi16(static_cast<int16>(v)); }
+/// Words of bytes times 256.
+inline Vector LowUpperBytes(Vector v) { return _mm256_unpacklo_epi8(Zero(), v); }
+inline Vector HighUpperBytes(Vector v) { return _mm256_unpackhi_epi8(Zero(), v); }
+inline Vector UpperBytes(Vector words) { return _mm256_srli_epi16(words, 8); }
 template <int32 Bits>
 inline Vector ShiftWords(Vector v) {
     return _mm256_slli_epi16(v, Bits);
@@ -62,6 +77,7 @@ inline Floats RoughInverse(Floats v) { return _mm256_rcp_ps(v); }
 inline Floats LoadFloats(const uint8* from) { return _mm256_loadu_ps(reinterpret_cast<const float*>(from)); }
 inline Vector IsAbove(Floats a, Floats b) { return _mm256_castps_si256(_mm256_cmp_ps(a, b, _CMP_GT_OQ)); }
 inline Vector IsEqual(Floats a, Floats b) { return _mm256_castps_si256(_mm256_cmp_ps(a, b, _CMP_EQ_OQ)); }
+inline Vector AddNumbers(Vector a, Vector b) { return _mm256_add_epi32(a, b); }
 inline Vector SubtractNumbers(Vector a, Vector b) { return _mm256_sub_epi32(a, b); }
 /// All ones where the lowest bit is set.
 inline Vector OddNumbers(Vector v) { return _mm256_srai_epi32(_mm256_slli_epi32(v, 31), 31); }
@@ -132,7 +148,7 @@ inline void StorePixels(const ThreeVectors& channels, uint8* to) {
 
 #else
 
-constexpr int32 kBytes = 16;
+constexpr int64 kBytes = 16;
 using Vector = __m128i;
 
 inline Vector LoadBytes(const void* from) { return _mm_loadu_si128(static_cast<const __m128i*>(from)); }
@@ -143,6 +159,11 @@ inline Vector Smallest(Vector a, Vector b) { return _mm_min_epu8(a, b); }
 inline Vector Largest(Vector a, Vector b) { return _mm_max_epu8(a, b); }
 inline Vector Equal(Vector a, Vector b) { return _mm_cmpeq_epi8(a, b); }
 inline uint32 SetBits(Vector mask) { return static_cast<uint32>(_mm_movemask_epi8(mask)); }
+/// Of bytes with signs.
+inline Vector IsMore(Vector a, Vector b) { return _mm_cmpgt_epi8(a, b); }
+/// Sums of bytes, in words at the beginnings of eight.
+inline Vector SumOfEight(Vector v) { return _mm_sad_epu8(v, Zero()); }
+inline Vector OtherSign(Vector v) { return _mm_xor_si128(v, _mm_set1_epi8(-128)); }
 inline Vector Both(Vector a, Vector b) { return _mm_and_si128(a, b); }
 inline Vector Either(Vector a, Vector b) { return _mm_or_si128(a, b); }
 inline Vector ButNot(Vector a, Vector b) { return _mm_andnot_si128(b, a); }
@@ -160,7 +181,17 @@ inline Vector PackWords(Vector low, Vector high) { return _mm_packus_epi16(low, 
 inline Vector PackNumbers(Vector low, Vector high) { return _mm_packs_epi32(low, high); }
 inline Vector AddWords(Vector a, Vector b) { return _mm_add_epi16(a, b); }
 inline Vector SubtractWords(Vector a, Vector b) { return _mm_sub_epi16(a, b); }
+inline Vector LowPairs(Vector a, Vector b) { return _mm_unpacklo_epi16(a, b); }
+inline Vector HighPairs(Vector a, Vector b) { return _mm_unpackhi_epi16(a, b); }
+inline Vector SumsOfProducts(Vector a, Vector b) { return _mm_madd_epi16(a, b); }
 inline Vector NegativeWords(Vector v) { return _mm_srai_epi16(v, 15); }
+inline Vector ProductOfWords(Vector a, Vector b) { return _mm_mullo_epi16(a, b); }
+inline Vector UpperProductOfWords(Vector a, Vector b) { return _mm_mulhi_epu16(a, b); }
+inline Vector SplatWord(int32 v) { return _mm_set1_epi16(static_cast<int16>(v)); }
+/// Words of bytes times 256.
+inline Vector LowUpperBytes(Vector v) { return _mm_unpacklo_epi8(Zero(), v); }
+inline Vector HighUpperBytes(Vector v) { return _mm_unpackhi_epi8(Zero(), v); }
+inline Vector UpperBytes(Vector words) { return _mm_srli_epi16(words, 8); }
 template <int32 Bits>
 inline Vector ShiftWords(Vector v) {
     return _mm_slli_epi16(v, Bits);
@@ -179,6 +210,7 @@ inline Floats RoughInverse(Floats v) { return _mm_rcp_ps(v); }
 inline Floats LoadFloats(const uint8* from) { return _mm_loadu_ps(reinterpret_cast<const float*>(from)); }
 inline Vector IsAbove(Floats a, Floats b) { return _mm_castps_si128(_mm_cmpgt_ps(a, b)); }
 inline Vector IsEqual(Floats a, Floats b) { return _mm_castps_si128(_mm_cmpeq_ps(a, b)); }
+inline Vector AddNumbers(Vector a, Vector b) { return _mm_add_epi32(a, b); }
 inline Vector SubtractNumbers(Vector a, Vector b) { return _mm_sub_epi32(a, b); }
 /// All ones where the lowest bit is set.
 inline Vector OddNumbers(Vector v) { return _mm_srai_epi32(_mm_slli_epi32(v, 31), 31); }

@@ -6,7 +6,7 @@
 namespace orvane::ORVANE_KERNELS {
 namespace {
 
-constexpr int32 kDoubles = kBytes / 8;
+constexpr int64 kDoubles = kBytes / 8;
 
 #if ORVANE_WIDE
 using Doubles = __m256d;

@@ -1,7 +1,8 @@
-// The Canny edge detector. Its map has a cell more than the region on every side, so that a pixel's
-// neighbours need no test: 0 no edge, 128 a candidate, 255 an edge.
+// The Canny edge detector, in bits where it can be. Else its map has a cell more than the region on every side, so that
+// a pixel's neighbours need no test: 0 no edge, 128 a candidate, 255 an edge.
 #include "primitives/edge.h"
 
+#include "primitives/edge_bits.h"
 #include "primitives/heap_array.h"
 #include "primitives/row_kernels.h"
 
@@ -111,7 +112,27 @@ public:
         std::memset(map_, 0, cells);
     }
 
-    void Mark(const Gradients& g) { FitsWords(g) ? MarkInWords(g) : MarkInNumbers(g); }
+    void Mark(const Gradients& g) {
+        int32* above = rows_ + 1;
+        int32* here = above + stride_;
+        int32* below = here + stride_;
+        int32* const direction = below + stride_;
+        FillMagnitudes(g.dx, g.dy, g.roi.width, g.low, here);
+        for (int32 y = 0; y < g.roi.height; ++y) {
+            if (y + 1 < g.roi.height) {
+                FillMagnitudes(RowAt(g.dx, g.dxStep, y + 1), RowAt(g.dy, g.dyStep, y + 1), g.roi.width, g.low, below);
+            } else {
+                std::fill_n(below, g.roi.width, 0);
+            }
+            FillDirections(RowAt(g.dx, g.dxStep, y), RowAt(g.dy, g.dyStep, y), g.roi.width, direction);
+            MarkRidges(above, here, below, direction, g.roi.width, g.high, MapRow(y));
+            PushEdges(MapRow(y), g.roi.width);
+            int32* const oldest = above;
+            above = here;
+            here = below;
+            below = oldest;
+        }
+    }
 
     void Follow() {
         while (top_ != stack_) {
@@ -136,66 +157,6 @@ public:
     }
 
 private:
-    /// Rows of 16 bits are enough for all but the steepest gradients.
-    static bool FitsWords(const Gradients& g) {
-        const RowKernels& kernels = CurrentRowKernels();
-        int32 largest = 0;
-        for (int32 y = 0; y < g.roi.height; ++y) {
-            largest |= kernels.largestComponent(RowAt(g.dx, g.dxStep, y), g.roi.width);
-            largest |= kernels.largestComponent(RowAt(g.dy, g.dyStep, y), g.roi.width);
-        }
-        constexpr int32 kMost = 16383;
-        return largest <= kMost;
-    }
-
-    void MarkInWords(const Gradients& g) {
-        const RowKernels& kernels = CurrentRowKernels();
-        constexpr int32 kMost = std::numeric_limits<int16>::max();
-        const int32 low = std::min(g.low, kMost), high = std::min(g.high, kMost);
-        int16* above = reinterpret_cast<int16*>(rows_) + 1;
-        int16* here = above + stride_;
-        int16* below = here + stride_;
-        const int32 width = g.roi.width;
-        kernels.magnitudes(g.dx, g.dy, width, low, here);
-        for (int32 y = 0; y < g.roi.height; ++y) {
-            const int16* dx = RowAt(g.dx, g.dxStep, y);
-            const int16* dy = RowAt(g.dy, g.dyStep, y);
-            if (y + 1 < g.roi.height) {
-                kernels.magnitudes(RowAt(g.dx, g.dxStep, y + 1), RowAt(g.dy, g.dyStep, y + 1), width, low, below);
-            } else {
-                std::fill_n(below, width, int16{0});
-            }
-            kernels.markRidges({dx, dy, above, here, below}, width, high, MapRow(y));
-            PushEdges(MapRow(y), width);
-            int16* const oldest = above;
-            above = here;
-            here = below;
-            below = oldest;
-        }
-    }
-
-    void MarkInNumbers(const Gradients& g) {
-        int32* above = rows_ + 1;
-        int32* here = above + stride_;
-        int32* below = here + stride_;
-        int32* const direction = below + stride_;
-        FillMagnitudes(g.dx, g.dy, g.roi.width, g.low, here);
-        for (int32 y = 0; y < g.roi.height; ++y) {
-            if (y + 1 < g.roi.height) {
-                FillMagnitudes(RowAt(g.dx, g.dxStep, y + 1), RowAt(g.dy, g.dyStep, y + 1), g.roi.width, g.low, below);
-            } else {
-                std::fill_n(below, g.roi.width, 0);
-            }
-            FillDirections(RowAt(g.dx, g.dxStep, y), RowAt(g.dy, g.dyStep, y), g.roi.width, direction);
-            MarkRidges(above, here, below, direction, g.roi.width, g.high, MapRow(y));
-            PushEdges(MapRow(y), g.roi.width);
-            int32* const oldest = above;
-            above = here;
-            here = below;
-            below = oldest;
-        }
-    }
-
     static constexpr int32 kRows = 4;           // three of magnitudes, one of directions
     static constexpr std::uintptr_t kSlack = 8; // to the boundary of a cell number
 
@@ -243,6 +204,95 @@ private:
     uint8* map_;
 };
 
+/// The same in bits, 64 pixels at a time, inside one block: ridges and edges, a byte a row, and three rows of
+/// magnitudes of 16 bits, which are enough for all but the steepest gradients.
+class BitTracer {
+public:
+    static int64 BytesFor(ImageSize roi) {
+        return kSlack + (int64{16} * WordsOf(roi.width) + 1) * roi.height + 3 * int64{sizeof(int16)} * Stride(roi);
+    }
+
+    BitTracer(ImageSize roi, uint8* block) : words_(WordsOf(roi.width)), stride_(Stride(roi)) {
+        const std::ptrdiff_t cells = std::ptrdiff_t{words_} * roi.height;
+        block += (kSlack - reinterpret_cast<std::uintptr_t>(block) % kSlack) % kSlack;
+        ridges_ = reinterpret_cast<uint64*>(block);
+        edges_ = ridges_ + cells;
+        rows_ = reinterpret_cast<int16*>(edges_ + cells);
+        marks_ = reinterpret_cast<uint8*>(rows_ + 3 * stride_);
+        std::fill_n(rows_, 3 * stride_, int16{0});
+    }
+
+    /// False for gradients that are too steep.
+    bool Mark(const Gradients& g) {
+        const RowKernels& kernels = CurrentRowKernels();
+        constexpr int32 kMost = std::numeric_limits<int16>::max();
+        const int32 low = std::min(g.low, kMost), high = std::min(g.high, kMost);
+        int16* above = rows_ + 1;
+        int16* here = above + stride_;
+        int16* below = here + stride_;
+        if (!FindMagnitudes(g, 0, low, here)) return false;
+        for (int32 y = 0; y < g.roi.height; ++y) {
+            if (y + 1 == g.roi.height) {
+                std::fill_n(below, g.roi.width, int16{0});
+            } else if (!FindMagnitudes(g, y + 1, low, below)) {
+                return false;
+            }
+            const std::ptrdiff_t row = std::ptrdiff_t{y} * words_;
+            kernels.ridgeBits({RowAt(g.dx, g.dxStep, y), RowAt(g.dy, g.dyStep, y), above, here, below}, g.roi.width,
+                              high, ridges_ + row, edges_ + row);
+            int16* const oldest = above;
+            above = here;
+            here = below;
+            below = oldest;
+        }
+        return true;
+    }
+
+    void Follow(int32 height) { FollowRidges(ridges_, edges_, words_, height, marks_); }
+
+    void Write(uint8* dst, int32 dstStep, ImageSize roi) const {
+        for (int32 y = 0; y < roi.height; ++y)
+            CurrentRowKernels().spreadBits(edges_ + std::ptrdiff_t{y} * words_, RowAt(dst, dstStep, y), roi.width);
+    }
+
+private:
+    static constexpr std::uintptr_t kSlack = 8; // to the boundary of a word
+
+    /// A row goes on for all of its words and has one more at both ends.
+    static std::ptrdiff_t Stride(ImageSize roi) { return std::ptrdiff_t{64} * WordsOf(roi.width) + 2; }
+
+    static bool FindMagnitudes(const Gradients& g, int32 y, int32 low, int16* to) {
+        const RowKernels& kernels = CurrentRowKernels();
+        const int16 *dx = RowAt(g.dx, g.dxStep, y), *dy = RowAt(g.dy, g.dyStep, y);
+        constexpr int32 kMost = 16383;
+        if ((kernels.largestComponent(dx, g.roi.width) | kernels.largestComponent(dy, g.roi.width)) > kMost) {
+            return false;
+        }
+        kernels.magnitudes(dx, dy, g.roi.width, low, to);
+        return true;
+    }
+
+    int32 words_;
+    std::ptrdiff_t stride_;
+    uint64* ridges_;
+    uint64* edges_;
+    int16* rows_;
+    uint8* marks_;
+};
+
+/// Takes the way of bits where the given buffer holds them, which it does unless the region is small or one pixel wide.
+bool DetectInBits(const Gradients& g, uint8* dst, int32 dstStep, uint8* buffer) {
+    int32 given;
+    primCannyGetBufferSize(g.roi, &given);
+    // At its limit the size is not that of the buffer.
+    if (given == std::numeric_limits<int32>::max() || BitTracer::BytesFor(g.roi) > given) return false;
+    BitTracer tracer(g.roi, buffer);
+    if (!tracer.Mark(g)) return false;
+    tracer.Follow(g.roi.height);
+    tracer.Write(dst, dstStep, g.roi);
+    return true;
+}
+
 /// True where 32 bits number every cell; the size query draws the same line.
 bool FitsShortCells(ImageSize roi) {
     constexpr int32 kLimit = 65535 - 2;
@@ -279,6 +329,7 @@ int32 primCanny_16s8u_C1(const int16* dx, int32 dxStep, const int16* dy, int32 d
 
     const Gradients gradients = {
         dx, dxStep, dy, dyStep, roi, WholeThreshold(lowThreshold), WholeThreshold(highThreshold)};
+    if (DetectInBits(gradients, dst, dstStep, buffer)) return kOk;
     return FitsShortCells(roi) ? Detect<uint32>(gradients, dst, dstStep, buffer)
                                : Detect<uint64>(gradients, dst, dstStep, buffer);
 }

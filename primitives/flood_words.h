@@ -36,10 +36,6 @@ inline uint64 PixelsOfValue(const uint8* pixels, int32 count, uint8 value) {
 
 /// Gives the pixels of the set bits the value.
 inline void PaintPixels(uint8* pixels, int32 count, uint64 bits, uint8 value) {
-    if (bits == ~uint64{0}) {
-        std::memset(pixels, value, 64);
-        return;
-    }
     int32 i = 0;
     for (; count - i >= 8 && bits >> i != 0; i += 8) {
         // Each byte keeps its own bit of eight, which then fills it.
@@ -128,7 +124,7 @@ public:
     void Run(ImagePoint seed, int32 reach) {
         Find(seed.y);
         const int32 word = seed.x / 64;
-        Take(seed.y, {word, word + 1}, [&](int32) { return uint64{1} << seed.x % 64; });
+        Take(seed.y, {word, word + 1}, nullptr, [&](int32) { return uint64{1} << seed.x % 64; });
         while (fromAbove_.From(0) < roi_.height || fromBelow_.From(0) < roi_.height) {
             for (int32 y = fromAbove_.From(0); y < roi_.height; y = fromAbove_.From(y + 1)) {
                 fromAbove_.Remove(y);
@@ -156,7 +152,14 @@ public:
             uint8* row = RowAt(image_, step_, y);
             for (int32 i = taken.first; i < taken.end; ++i) {
                 if (filled[i] == 0) continue;
-                area += filled[i] == ~uint64{0} ? 64 : std::popcount(filled[i]);
+                const int32 whole = WholeWords(filled, filled, i, taken.end);
+                if (whole > 0) {
+                    std::memset(row + std::ptrdiff_t{64} * i, newValue_, std::size_t{64} * static_cast<uint32>(whole));
+                    area += int64{64} * whole;
+                    i += whole - 1;
+                    continue;
+                }
+                area += std::popcount(filled[i]);
                 PaintPixels(row + std::ptrdiff_t{64} * i, PixelsOf(i), filled[i], newValue_);
             }
         }
@@ -179,6 +182,13 @@ private:
     uint64* Filled(int32 y) const { return filled_ + static_cast<std::ptrdiff_t>(y) * words_; }
     int32 PixelsOf(int32 word) const { return std::min(roi_.width - word * 64, 64); }
 
+    /// How many words from `first` on have all bits set in both.
+    static int32 WholeWords(const uint64* a, const uint64* b, int32 first, int32 end) {
+        int32 i = first;
+        while (i < end && (a[i] & b[i]) == ~uint64{0}) ++i;
+        return i - first;
+    }
+
     void Find(int32 y) {
         const uint8* row = RowAt(image_, step_, y);
         uint64* open = Open(y);
@@ -196,9 +206,9 @@ private:
         if (rows_[y].taken.end == kUnknown) Find(y);
         const uint64* bits = Filled(from);
         if (reach == 0) {
-            Take(y, offered, [bits](int32 i) { return bits[i]; });
+            Take(y, offered, bits, [bits](int32 i) { return bits[i]; });
         } else {
-            Take(y, offered, [bits, this](int32 i) {
+            Take(y, offered, bits, [bits, this](int32 i) {
                 const uint64 before = i > 0 ? bits[i - 1] >> 63 : 0;
                 const uint64 behind = i + 1 < words_ ? bits[i + 1] << 63 : 0;
                 return bits[i] | bits[i] << 1 | bits[i] >> 1 | before | behind;
@@ -206,22 +216,31 @@ private:
         }
     }
 
-    /// Takes the runs of open pixels that `seeds` touch, and tells the neighbours.
+    /// Takes the runs of open pixels that `seeds` touch, and tells the neighbours. A word of `bits`, where there are
+    /// any, that is whole is a whole one of seeds too.
     template <typename Seeds>
-    void Take(int32 y, WordRange words, Seeds seeds) {
+    void Take(int32 y, WordRange words, const uint64* bits, Seeds seeds) {
         WordRange taken = {0, 0};
         bool entered = false; // from the word before
         for (int32 i = words.first; i < words.end || (entered && i < words_); ++i) {
-            uint64 start = i < words.end ? seeds(i) : 0;
-            if (entered) start |= 1;
-            entered = false;
-            const uint64 open = Open(y)[i];
-            start &= open;
-            if (start == 0) continue;
-            const uint64 run = start == open ? open : FillDownwards(open, FillUpwards(open, start));
+            const int32 whole = bits != nullptr ? WholeWords(bits, Open(y), i, words.end) : 0;
+            uint64 run = ~uint64{0};
+            int32 last = i;
+            if (whole > 0) {
+                last += whole - 1;
+                std::fill_n(Open(y) + i, whole, uint64{0});
+                std::fill_n(Filled(y) + i, whole, ~uint64{0});
+            } else {
+                uint64 start = i < words.end ? seeds(i) : 0;
+                if (entered) start |= 1;
+                entered = false;
+                const uint64 open = Open(y)[i];
+                start &= open;
+                if (start == 0) continue;
+                run = start == open ? open : FillDownwards(open, FillUpwards(open, start));
+                Fill(y, i, run);
+            }
             entered = run >> 63 != 0;
-            Fill(y, i, run);
-            taken.Include({i, i + 1});
             int32 first = i;
             for (bool leaves = (run & 1) != 0; leaves && first > 0 && Open(y)[first - 1] >> 63 != 0;) {
                 --first;
@@ -229,7 +248,8 @@ private:
                 Fill(y, first, end);
                 leaves = (end & 1) != 0;
             }
-            taken.Include({first, i + 1});
+            taken.Include({first, last + 1});
+            i = last;
         }
         if (taken.IsEmpty()) return;
         rows_[y].taken.Include(taken);

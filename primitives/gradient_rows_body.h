@@ -55,14 +55,8 @@ void RunRowSums(const int16* line, int16* to, int32 count) {
 // --- edges ---
 
 #if ORVANE_WIDE
-inline Vector LowPairs(Vector a, Vector b) { return _mm256_unpacklo_epi16(a, b); }
-inline Vector HighPairs(Vector a, Vector b) { return _mm256_unpackhi_epi16(a, b); }
-inline Vector SumsOfProducts(Vector a, Vector b) { return _mm256_madd_epi16(a, b); }
 inline Vector LargerWords(Vector a, Vector b) { return _mm256_max_epi16(a, b); }
 #else
-inline Vector LowPairs(Vector a, Vector b) { return _mm_unpacklo_epi16(a, b); }
-inline Vector HighPairs(Vector a, Vector b) { return _mm_unpackhi_epi16(a, b); }
-inline Vector SumsOfProducts(Vector a, Vector b) { return _mm_madd_epi16(a, b); }
 inline Vector LargerWords(Vector a, Vector b) { return _mm_max_epi16(a, b); }
 #endif
 
@@ -122,32 +116,50 @@ inline RidgeMasks RidgesAt(const EdgeRows16& r, int32 x, Vector high) {
     return {ridge, AreAbove(LoadBytes(r.here + x), high)};
 }
 
-inline void MarkBlock(const EdgeRows16& r, int32 x, Vector high, uint8* mark) {
-    const RidgeMasks low = RidgesAt(r, x, high), upper = RidgesAt(r, x + kWords, high);
-    const Vector ridge = PackMasks(low.ridge, upper.ridge), strong = PackMasks(low.strong, upper.strong);
-    StoreBytes(mark + x, Both(ridge, Either(strong, Splat(128))));
+/// Of 64 pixels.
+inline void FindRidgeBits(const EdgeRows16& r, int32 x, Vector high, uint64& ridges, uint64& strong) {
+    ridges = strong = 0;
+    for (int32 i = 0; i < 64; i += kBytes) {
+        const RidgeMasks low = RidgesAt(r, x + i, high), upper = RidgesAt(r, x + i + kWords, high);
+        ridges |= uint64{SetBits(PackMasks(low.ridge, upper.ridge))} << i;
+        strong |= uint64{SetBits(PackMasks(low.strong, upper.strong))} << i;
+    }
+    strong &= ridges;
 }
 
-inline uint8 MarkOf(const EdgeRows16& r, int32 x, int32 high) {
-    const int32 m = r.here[x], a = Magnitude(r.dx[x]), b = Magnitude(r.dy[x]);
-    const int32 square = (a + b) * (a + b);
-    const bool alongX = square < 2 * a * a, alongY = square < 2 * b * b, rising = (r.dx[x] ^ r.dy[x]) < 0;
-    const int32 first = alongX ? r.here[x - 1] : alongY ? r.above[x] : rising ? r.above[x + 1] : r.above[x - 1];
-    const int32 second = alongX ? r.here[x + 1] : alongY ? r.below[x] : rising ? r.below[x - 1] : r.below[x + 1];
-    if (m <= first || m <= second - (alongX || alongY ? 1 : 0)) return 0;
-    return m > high ? 255 : 128;
-}
-
-void RunMarkRidges(const EdgeRows16& rows, int32 width, int32 high, uint8* mark) {
-    const EdgeRows16 r = rows; // which no mark can change
+void RunRidgeBits(const EdgeRows16& rows, int32 width, int32 high, uint64* ridges, uint64* strong) {
     const Vector limit = SplatWord(static_cast<int16>(high));
     int32 x = 0;
-    for (; width - x >= kBytes; x += kBytes) MarkBlock(r, x, limit, mark);
-    if (x < width && width >= kBytes) {
-        MarkBlock(r, width - kBytes, limit, mark);
-        return;
-    }
-    for (; x < width; ++x) mark[x] = MarkOf(r, x, high);
+    for (; width - x >= 64; x += 64) FindRidgeBits(rows, x, limit, *ridges++, *strong++);
+    if (x == width) return;
+    // The last gradients, and behind them what has no magnitude.
+    const std::size_t bytes = sizeof(int16) * static_cast<std::size_t>(width - x);
+    int16 dx[64] = {}, dy[64] = {};
+    __builtin_memcpy(dx, rows.dx + x, bytes);
+    __builtin_memcpy(dy, rows.dy + x, bytes);
+    FindRidgeBits({dx, dy, rows.above + x, rows.here + x, rows.below + x}, 0, limit, *ridges, *strong);
+}
+
+/// As many bytes as a vector has from the lowest bits.
+inline Vector BytesOfBits(uint64 bits) {
+#if ORVANE_WIDE
+    const Vector byte = _mm256_setr_epi64x(0, 0x0101010101010101, 0x0202020202020202, 0x0303030303030303);
+    const Vector spread = _mm256_shuffle_epi8(_mm256_set1_epi32(static_cast<int32>(bits)), byte);
+    const Vector bit = _mm256_set1_epi64x(static_cast<int64>(0x8040201008040201));
+#else
+    Vector spread = _mm_cvtsi32_si128(static_cast<int32>(bits & 0xFFFF));
+    spread = _mm_unpacklo_epi8(spread, spread);
+    spread = _mm_unpacklo_epi16(spread, spread);
+    spread = _mm_unpacklo_epi32(spread, spread);
+    const Vector bit = _mm_set1_epi64x(static_cast<int64>(0x8040201008040201));
+#endif
+    return Equal(Both(spread, bit), bit);
+}
+
+void RunSpreadBits(const uint64* bits, uint8* to, int32 width) {
+    int32 x = 0;
+    for (; width - x >= kBytes; x += kBytes) StoreBytes(to + x, BytesOfBits(bits[x / 64] >> x % 64));
+    for (; x < width; ++x) to[x] = (bits[x / 64] >> x % 64 & 1) != 0 ? 255 : 0;
 }
 
 void RunKeepEdges(const uint8* mark, uint8* to, int32 width) {

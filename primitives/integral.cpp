@@ -28,6 +28,18 @@ float StdDevAt(const RectRows& r, int32 x) {
     return static_cast<float>(std::sqrt(std::max(meanSquare - mean * mean, 0.0)));
 }
 
+/// A row of any length.
+void SumLongRow(const uint8* pixels, int32 width, const IntegralRows& r) {
+    int64 rowSum = 0, rowSquares = 0;
+    for (int32 x = 0; x < width; ++x) {
+        const int32 p = pixels[x];
+        rowSum += p;
+        rowSquares += p * p;
+        r.sum[x] = static_cast<float>(static_cast<double>(rowSum) + static_cast<double>(r.sumAbove[x]));
+        r.squares[x] = r.squaresAbove[x] + static_cast<double>(rowSquares);
+    }
+}
+
 int32 CheckRectStdDev(const float* sum, int32 sumStep, const double* sqsum, int32 sqsumStep, const float* dst,
                       int32 dstStep, ImageSize roi, ImageRect rect) {
     if (sum == nullptr || sqsum == nullptr || dst == nullptr) return kNullPointer;
@@ -53,16 +65,16 @@ int32 primSqrIntegral_8u32f64f_C1(const uint8* src, int32 srcStep, float* sum, i
 
     std::fill_n(sum, width + 1, sumInit);
     std::fill_n(sqsum, width + 1, sqsumInit);
-    const RowKernels& kernels = CurrentRowKernels();
+    const auto sumRow = roi.width <= kMostIntegralPixels ? CurrentRowKernels().integral : SumLongRow;
     for (int32 i = 0; i < roi.height; ++i) {
         const uint8* pixel = RowAt(src, srcStep, i);
         const float* sumAbove = RowAt(sum, sumStep, i);
         const double* squaresAbove = RowAt(sqsum, sqsumStep, i);
-        float* sumRow = RowAt(sum, sumStep, i + 1);
+        float* sums = RowAt(sum, sumStep, i + 1);
         double* squaresRow = RowAt(sqsum, sqsumStep, i + 1);
-        sumRow[0] = sumInit;
+        sums[0] = sumInit;
         squaresRow[0] = sqsumInit;
-        kernels.integral(pixel, roi.width, {sumAbove + 1, sumRow + 1, squaresAbove + 1, squaresRow + 1});
+        sumRow(pixel, roi.width, {sumAbove + 1, sums + 1, squaresAbove + 1, squaresRow + 1});
     }
     return kOk;
 }

@@ -17,8 +17,12 @@ void* ZeroedFromHeap(std::size_t bytes) { return std::calloc(bytes, 1); }
 
 HeapAllocator g_heapAllocator = ZeroedFromHeap;
 
-void* AlignedBlock(std::size_t length) {
-    auto* start = static_cast<unsigned char*>(HeapAllocate(length + kOverhead));
+void* UnsetFromHeap(std::size_t bytes) {
+    return g_heapAllocator == ZeroedFromHeap ? std::malloc(bytes) : g_heapAllocator(bytes);
+}
+
+void* AlignedBlock(std::size_t length, HeapAllocator allocate = HeapAllocate) {
+    auto* start = static_cast<unsigned char*>(allocate(length + kOverhead));
     if (start == nullptr) return nullptr;
     // The first boundary that leaves room for one pointer before it.
     const auto address = reinterpret_cast<std::uintptr_t>(start) + sizeof(void*) + kAlignment - 1;
@@ -28,7 +32,7 @@ void* AlignedBlock(std::size_t length) {
 }
 
 template <typename T>
-T* AllocatePixels(int32 width, int32 height, int32 pixelBytes, int32* step) {
+T* AllocatePixels(int32 width, int32 height, int32 pixelBytes, int32* step, HeapAllocator allocate = HeapAllocate) {
     if (step == nullptr) return nullptr;
     *step = 0;
     if (width < 1 || height < 1) return nullptr;
@@ -36,7 +40,7 @@ T* AllocatePixels(int32 width, int32 height, int32 pixelBytes, int32* step) {
     // Divided, not multiplied: the product of the largest sizes leaves 64 bits.
     if (row > std::numeric_limits<int32>::max() / height) return nullptr;
     *step = static_cast<int32>(row);
-    return static_cast<T*>(AlignedBlock(static_cast<std::size_t>(row * height)));
+    return static_cast<T*>(AlignedBlock(static_cast<std::size_t>(row * height), allocate));
 }
 
 } // namespace
@@ -46,6 +50,11 @@ void* HeapAllocate(std::size_t bytes) { return g_heapAllocator(bytes); }
 void HeapFree(void* p) { std::free(p); }
 
 void SetHeapAllocator(HeapAllocator allocator) { g_heapAllocator = allocator != nullptr ? allocator : ZeroedFromHeap; }
+
+uint8* AllocateUnset(int32 width, int32 height, int32 channels) {
+    int32 step;
+    return AllocatePixels<uint8>(width, height, channels, &step, UnsetFromHeap);
+}
 
 namespace generic {
 

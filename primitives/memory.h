@@ -1,5 +1,5 @@
 // Aligned storage for pixels: every block starts at a 32-byte boundary and comes zeroed, so that no
-// result ever depends on what the heap held before.
+// result ever depends on what the heap held before. Who is about to write all of it may do without the zeros.
 #pragma once
 
 #include "primitives/types.h"
@@ -36,7 +36,10 @@ float* primAlloc_32fc_C1(int32 width, int32 height, int32* step);
 void* HeapAllocate(std::size_t bytes);
 void HeapFree(void* p);
 
-/// Replaces the allocator behind `HeapAllocate` (null restores the heap's). It must return zeroed
+/// Storage for 8-bit pixels of 1 or 3 channels as from primAlloc_8u, but not zeroed: for whoever writes every byte.
+uint8* AllocateUnset(int32 width, int32 height, int32 channels);
+
+/// Replaces the allocator behind all of these (null restores the heap's). It must return zeroed
 /// memory that `std::free` takes, or null: tests let it fail to play an exhausted heap.
 using HeapAllocator = void* (*)(std::size_t bytes);
 void SetHeapAllocator(HeapAllocator allocator);

@@ -430,6 +430,65 @@ void RunCountInRange(const uint8* row, int32 width, const uint8* lower, const ui
     }
 }
 
+/// Masks of every third byte, from one on.
+inline Vector EveryThirdByte(int32 first) {
+    uint8 bytes[kBytes];
+    for (int32 i = 0; i < kBytes; ++i) bytes[i] = i % 3 == first ? 255 : 0;
+    return LoadBytes(bytes);
+}
+
+/// Bytes that each of a vector's places counts before it is full.
+constexpr int32 kFullCount = 255;
+
+/// Counts, in every third vector of some pixels, the bytes above each level: place by place.
+inline void CountPlaces(const uint8* bytes, int32 blocks, const Vector (&below)[kCountedLevels],
+                        Vector (&counts)[kCountedLevels]) {
+    Vector sums[kCountedLevels];
+    for (Vector& sum : sums) sum = Zero();
+    for (int32 i = 0; i < blocks; ++i, bytes += 3 * kBytes) {
+        const Vector v = OtherSign(LoadBytes(bytes));
+        for (int32 k = 0; k < kCountedLevels; ++k) sums[k] = Less(sums[k], IsMore(v, below[k]));
+    }
+    for (int32 k = 0; k < kCountedLevels; ++k) counts[k] = sums[k];
+}
+
+/// A channel's part of what three vectors have counted at the places of as many pixels as one has bytes.
+inline uint32 CountOfChannel(Vector a, Vector b, Vector c, const Vector (&thirds)[3], int32 channel) {
+    const auto part = [&](Vector v, int32 bytesBefore) {
+        return SumOfEight(Both(v, thirds[(channel + 2 * bytesBefore) % 3])); // 2 is -1 modulo 3
+    };
+    uint64 sums[kBytes / 8];
+    StoreBytes(sums, AddWords(AddWords(part(a, 0), part(b, kBytes)), part(c, 2 * kBytes)));
+    uint64 sum = 0;
+    for (const uint64 s : sums) sum += s;
+    return static_cast<uint32>(sum);
+}
+
+void RunCountFrom(const uint8* row, int32 width, const uint8 (&levels)[kCountedLevels],
+                  uint32 (&found)[kCountedLevels][3]) {
+    Vector below[kCountedLevels];
+    for (int32 k = 0; k < kCountedLevels; ++k) below[k] = OtherSign(Splat(static_cast<uint8>(levels[k] - 1)));
+    const Vector thirds[3] = {EveryThirdByte(0), EveryThirdByte(1), EveryThirdByte(2)};
+    int32 x = 0;
+    while (width - x >= kBytes) {
+        const int32 blocks = Smaller((width - x) / kBytes, kFullCount);
+        Vector counts[3][kCountedLevels];
+        for (int32 part = 0; part < 3; ++part) CountPlaces(row + part * kBytes, blocks, below, counts[part]);
+        for (int32 k = 0; k < kCountedLevels; ++k) {
+            for (int32 c = 0; c < 3; ++c) {
+                found[k][c] += CountOfChannel(counts[0][k], counts[1][k], counts[2][k], thirds, c);
+            }
+        }
+        x += blocks * kBytes;
+        row += std::ptrdiff_t{3} * blocks * kBytes;
+    }
+    for (; x < width; ++x, row += 3) {
+        for (int32 k = 0; k < kCountedLevels; ++k) {
+            for (int32 c = 0; c < 3; ++c) found[k][c] += row[c] >= levels[k] ? 1U : 0U;
+        }
+    }
+}
+
 /// Limits first, in an order that makes 0 of what is no number; what the fraction says then is exact.
 inline Vector NearestNumbers(const uint8* floats) {
     const Floats v = SmallestFloat(LargestFloat(LoadFloats(floats), SplatFloat(0.0F)), SplatFloat(255.0F));
@@ -460,26 +519,24 @@ void RunRoundToBytes(const uint8* floats, uint8* to, int64 count) {
     for (; i < count; ++i, floats += 4) to[i] = NearestByte(floats);
 }
 
-inline Vector StretchedNumbers(Vector above, Floats factor) {
-    const Floats wide = SmallestFloat(Product(FloatsOf(above), factor), SplatFloat(255.0F));
-    return Truncated(Sum(wide, SplatFloat(0.5F)));
+/// Bytes, once more as words times 256, times a factor. The fraction's product is cut to 8 bits below the whole number,
+/// which rounding half up does not see.
+inline Vector StretchedWords(Vector bytes, Vector upperBytes, ByteFactor factor) {
+    const Vector part = AddWords(UpperProductOfWords(upperBytes, SplatWord(factor.fraction)), SplatWord(128));
+    return AddWords(ProductOfWords(bytes, SplatWord(factor.whole)), UpperBytes(part));
 }
 
-inline Vector StretchedWords(Vector above, Floats factor) {
-    return PackNumbers(StretchedNumbers(LowNumbers(above), factor), StretchedNumbers(HighNumbers(above), factor));
-}
-
-void RunStretch(const uint8* from, uint8* to, int64 count, uint8 low, float factor) {
+void RunStretch(const uint8* from, uint8* to, int64 count, uint8 low, ByteFactor factor) {
     int64 i = 0;
     for (; count - i >= kBytes; i += kBytes) {
         const Vector above = LessAtLeastZero(LoadBytes(from + i), Splat(low));
-        const Floats factors = SplatFloat(factor);
-        StoreBytes(to + i,
-                   PackWords(StretchedWords(LowWords(above), factors), StretchedWords(HighWords(above), factors)));
+        StoreBytes(to + i, PackWords(StretchedWords(LowWords(above), LowUpperBytes(above), factor),
+                                     StretchedWords(HighWords(above), HighUpperBytes(above), factor)));
     }
     for (; i < count; ++i) {
-        const float wide = static_cast<float>(Larger(from[i] - low, 0)) * factor;
-        to[i] = static_cast<uint8>(static_cast<int32>((wide < 255.0F ? wide : 255.0F) + 0.5F));
+        const int32 above = Larger(from[i] - low, 0);
+        const int32 part = (above * factor.fraction >> 8) + 128;
+        to[i] = static_cast<uint8>(Smaller(above * factor.whole + (part >> 8), 255));
     }
 }
 

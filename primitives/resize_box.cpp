@@ -56,6 +56,69 @@ private:
     bool goesOn_ = false;
 };
 
+int32 MostLines(const BoxSpan* spans, int32 count) {
+    int64 most = 0;
+    for (int32 i = 0; i < count; ++i) most = std::max(most, spans[i].End() - spans[i].first);
+    return static_cast<int32>(std::min<int64>(most, kMostBoxLines + 1));
+}
+
+/// The way of small boxes.
+class SmallBoxes {
+public:
+    /// @param table of the columns
+    SmallBoxes(const BoxSpan* table, const BoxSpan* rows, const ResizeFrame& frame)
+        : means_{nullptr,
+                 0,
+                 0,
+                 0,
+                 nullptr,
+                 table,
+                 nullptr,
+                 MostLines(table, frame.columns.written),
+                 frame.columns.written,
+                 frame.columns.factor * frame.rows.factor},
+          rows_(MostLines(rows, frame.rows.written)) {}
+
+    bool AreThese() const { return means_.taps + rows_ <= kMostBoxLines; }
+
+    /// @param covered columns that any box has a part of, `read` of them in the region
+    bool Allocate(int64 covered, int64 read) {
+        const int64 pairs = (int64{means_.count} + 1) / 2;
+        if (!sums_.Allocate((covered + kMostBoxLines) * 3 + 1) || !weights_.Allocate(2 * pairs * means_.taps)) {
+            return false;
+        }
+        means_.columns = static_cast<int32>(read);
+        means_.beyond = static_cast<int32>(covered - read);
+        means_.sums = sums_.data();
+        means_.weights = weights_.data();
+        for (int32 j = 0; j < means_.count; ++j) {
+            const BoxSpan& span = means_.spans[j];
+            float* weights = &weights_[int64{j} / 2 * 2 * means_.taps + j % 2];
+            if (span.head > 0.0) weights[0] = static_cast<float>(span.head);
+            for (int64 x = span.FirstWhole(); x < span.Tail(); ++x) weights[2 * (x - span.first)] = 1.0F;
+            if (span.tail > 0.0) weights[2 * (span.Tail() - span.first)] = static_cast<float>(span.tail);
+        }
+        return true;
+    }
+
+    template <typename RowAtY>
+    void Write(const RowKernels& kernels, const BoxSpan& span, RowAtY row, uint8* to) {
+        WeightedRow weighted[kMostBoxLines];
+        means_.rows = weighted;
+        means_.rowCount = 0;
+        const auto add = [&](int64 y, double weight) { weighted[means_.rowCount++] = {row(y), weight}; };
+        if (span.head > 0.0) add(span.first, span.head);
+        for (int64 y = span.FirstWhole(); y < span.Tail(); ++y) add(y, 1.0);
+        if (span.tail > 0.0) add(span.Tail(), span.tail);
+        kernels.boxMeans3(means_, to);
+    }
+
+private:
+    BoxMeans means_;
+    int32 rows_;
+    HeapArray<float> sums_, weights_;
+};
+
 } // namespace
 
 /// Of columns that no result pixel covers nothing is summed: the region begins where the first box does.
@@ -78,12 +141,20 @@ int32 ResizeBoxAverage(const ResizeFrame& whole) {
     // region's last row and column go on.
     const int64 covered = columns[frame.columns.written - 1].End();
     const int64 read = std::min<int64>(covered, frame.columns.length) * Channels;
-    HeapArray<float> sums;
-    if (!sums.Allocate(covered * Channels + 1)) return kNoMemory;
     const RowKernels& kernels = CurrentRowKernels();
     const auto row = [&](int64 y) {
         return RegionRow(frame, Channels, static_cast<int32>(std::min<int64>(y, frame.rows.length - 1)));
     };
+    SmallBoxes boxes(columns.data(), rows.data(), frame);
+    if (Channels == 3 && kernels.boxMeans3 != nullptr && boxes.AreThese()) {
+        if (!boxes.Allocate(covered, read / Channels)) return kNoMemory;
+        for (int32 i = 0; i < frame.rows.written; ++i) {
+            boxes.Write(kernels, rows[i], row, RowAt(frame.dst, frame.dstStep, i));
+        }
+        return kOk;
+    }
+    HeapArray<float> sums;
+    if (!sums.Allocate(covered * Channels + 1)) return kNoMemory;
     const double scale = frame.columns.factor * frame.rows.factor;
     for (int32 i = 0; i < frame.rows.written; ++i) {
         const BoxSpan& span = rows[i];

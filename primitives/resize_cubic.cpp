@@ -42,25 +42,41 @@ bool FillTable(const ResizeAxis& axis, HeapArray<CubicSample>& table) {
     return true;
 }
 
+/// The same polynomial as weights of its points.
+struct PointWeights {
+    float points[4];
+};
+
+PointWeights WeightsOfPoints(double a, double b, double c) {
+    const auto narrow = [](double weight) { return static_cast<float>(weight); };
+    return {{narrow(1.0 - a + b - c), narrow(a - 2.0 * b + 3.0 * c), narrow(b - 3.0 * c), narrow(c)}};
+}
+
 /// The weights of each element, channel by channel.
 class WeightTable {
 public:
     bool Fill(const CubicSample* samples, int32 count, int32 channels) {
         const int64 elements = int64{count} * channels;
+        constexpr int64 kBlock = kColumnBlock;
+        const int64 places = (elements + kBlock - 1) / kBlock * kBlock;
         if (!a_.Allocate(elements) || !b_.Allocate(elements) || !c_.Allocate(elements)) return false;
+        if (!ofPixels_.Allocate(4 * places)) return false;
         for (int64 i = 0; i < elements; ++i) {
             const CubicSample& sample = samples[i / channels];
             a_[i] = sample.a;
             b_[i] = sample.b;
             c_[i] = sample.c;
+            const PointWeights weights = WeightsOfPoints(sample.a, sample.b, sample.c);
+            for (int64 k = 0; k < 4; ++k) ofPixels_[(i / kBlock * 4 + k) * kBlock + i % kBlock] = weights.points[k];
         }
         return true;
     }
 
-    CubicWeights Weights() const { return {a_.data(), b_.data(), c_.data()}; }
+    CubicWeights Weights() const { return {a_.data(), b_.data(), c_.data(), ofPixels_.data()}; }
 
 private:
     HeapArray<double> a_, b_, c_;
+    HeapArray<float> ofPixels_;
 };
 
 } // namespace
@@ -75,7 +91,7 @@ int32 ResizeCubic(const ResizeFrame& frame) {
     const int64 elements = int64{frame.columns.written} * Channels;
     if (!FillTable(frame.columns, columns) || !FillTable(frame.rows, rows)) return kNoMemory;
     for (HeapArray<float>& line : ring) {
-        if (!line.Allocate(elements)) return kNoMemory;
+        if (!line.Allocate(elements + kColumnBlock)) return kNoMemory;
     }
     WeightTable weights;
     ColumnTable table;
@@ -87,17 +103,21 @@ int32 ResizeCubic(const ResizeFrame& frame) {
     const RowKernels& kernels = CurrentRowKernels();
     int32 held[kRing] = {kNone, kNone, kNone, kNone}; // source rows, counted from the source's first
     for (int32 i = 0; i < frame.rows.written; ++i) {
-        const float* lines[kRing];
+        const double c = static_cast<float>(rows[i].c);
+        CubicRows between{{}, {}, rows[i].a, rows[i].b, c, {}};
+        const PointWeights ofLines = WeightsOfPoints(between.a, between.b, between.c);
         for (int32 k = 0; k < kRing; ++k) {
             const int32 y = frame.rows.origin + rows[i].first + k;
             const int32 slot = y % kRing;
-            lines[k] = ring[slot].data();
+            between.lines[k] = ring[slot].data();
+            between.sources[k] = RegionRow(frame, Channels, rows[i].first + k);
+            between.ofLines[k] = ofLines.points[k];
             if (held[slot] == y) continue;
             held[slot] = y;
-            kernels.cubicColumns(RegionRow(frame, Channels, rows[i].first + k), table.Plan(), Channels,
-                                 weights.Weights(), elements, ring[slot].data());
+            kernels.cubicColumns(between.sources[k], table.Plan(), Channels, weights.Weights(), elements,
+                                 ring[slot].data());
         }
-        kernels.cubicRows(lines, rows[i].a, rows[i].b, static_cast<float>(rows[i].c), elements,
+        kernels.cubicRows(between, table.Plan(), Channels, weights.Weights(), elements,
                           RowAt(frame.dst, frame.dstStep, i));
     }
     return kOk;

@@ -6,7 +6,7 @@
 namespace orvane::ORVANE_KERNELS {
 namespace {
 
-constexpr int32 kWords = kBytes / 2;
+constexpr int64 kWords = kBytes / 2;
 
 #if ORVANE_WIDE
 inline Vector AreAbove(Vector a, Vector b) { return _mm256_cmpgt_epi16(a, b); }

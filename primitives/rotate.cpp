@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace orvane::generic {
@@ -24,6 +25,7 @@ struct RotateFrame {
     ImageRect dstRoi;
     ImageRect part;      // of dstRoi, which alone is written; the status is that of dstRoi
     ImagePoint dstPixel; // that `dst` points to
+    bool blanks;         // pixels of the part that nothing lands on become 0
     RotationMap map;
 };
 
@@ -35,6 +37,23 @@ const uint8* SourcePixel(const RotateFrame& f, int32 x, int32 y) {
 template <int32 Channels>
 uint8* DestinationPixel(const RotateFrame& f, int32 x, int32 y) {
     return RowAt(f.dst, f.dstStep, y - f.dstPixel.y) + static_cast<std::ptrdiff_t>(x - f.dstPixel.x) * Channels;
+}
+
+/// Zeroes pixels `first` to before `end` of a row of the part, where that is asked for.
+template <int32 Channels>
+void Blank(const RotateFrame& f, int64 y, int64 first, int64 end) {
+    if (!f.blanks || first >= end) return;
+    std::memset(DestinationPixel<Channels>(f, static_cast<int32>(first), static_cast<int32>(y)), 0,
+                static_cast<std::size_t>(end - first) * Channels);
+}
+
+/// All pixels of rows `first` to before `end`, as far as they are the part's.
+template <int32 Channels>
+void BlankRows(const RotateFrame& f, int64 first, int64 end) {
+    end = std::min(end, int64{f.part.y} + f.part.height);
+    for (int64 y = std::max<int64>(first, f.part.y); y < end; ++y) {
+        Blank<Channels>(f, y, f.part.x, int64{f.part.x} + f.part.width);
+    }
 }
 
 // --- quarter turns ---
@@ -54,8 +73,61 @@ Range CutRange(Range range, int32 origin, int32 length) {
 
 Range RangeBetween(int64 a, int64 b) { return {std::min(a, b), std::max(a, b)}; }
 
-/// Copies the region by transposition or reversal. Destination columns are taken in blocks, so that the
-/// source rows that a block runs along stay in the cache.
+/// Pixels of a destination, which a quarter turn fills.
+struct TurnedBlock {
+    Range columns, rows;
+
+    bool IsEmpty() const { return columns.first > columns.last || rows.first > rows.last; }
+};
+
+/// Fills a block; of a row of pixels that lie side by side in the source, from the last to the first, whole vectors.
+template <int32 Channels>
+void FillExactly(const RotateFrame& f, const TurnedBlock& block) {
+    const auto cosine = static_cast<int64>(f.map.cosine), sine = static_cast<int64>(f.map.sine);
+    const auto xShift = static_cast<int64>(f.map.xShift), yShift = static_cast<int64>(f.map.yShift);
+    const std::ptrdiff_t along = static_cast<std::ptrdiff_t>(cosine * Channels + sine * f.srcStep);
+    const int64 count = block.columns.last - block.columns.first + 1;
+    for (int64 y = block.rows.first; y <= block.rows.last; ++y) {
+        const int64 x = block.columns.first;
+        const auto u = static_cast<int32>(cosine * (x - xShift) - sine * (y - yShift));
+        const auto v = static_cast<int32>(sine * (x - xShift) + cosine * (y - yShift));
+        const uint8* from = SourcePixel<Channels>(f, u, v);
+        uint8* to = DestinationPixel<Channels>(f, static_cast<int32>(x), static_cast<int32>(y));
+        if (Channels == 3 && along == -3) {
+            CurrentRowKernels().reverse(from, to, count);
+            continue;
+        }
+        for (int64 i = 0; i < count; ++i, to += Channels) {
+            for (int32 c = 0; c < Channels; ++c) to[c] = from[i * along + c];
+        }
+    }
+}
+
+/// Fills a block by columns of the source, tile by tile, so that what one column has beside the next stays in the
+/// cache.
+template <int32 Channels>
+void Transpose(const RotateFrame& f, const TurnedBlock& block) {
+    constexpr int64 kColumns = 64, kRows = 32;
+    const RowKernels& kernels = CurrentRowKernels();
+    const auto sine = static_cast<int64>(f.map.sine);
+    const auto xShift = static_cast<int64>(f.map.xShift), yShift = static_cast<int64>(f.map.yShift);
+    for (int64 left = block.columns.first; left <= block.columns.last; left += kColumns) {
+        for (int64 top = block.rows.first; top <= block.rows.last; top += kRows) {
+            const Transposition tile = {
+                SourcePixel<Channels>(f, static_cast<int32>(-sine * (top - yShift)),
+                                      static_cast<int32>(sine * (left - xShift))),
+                static_cast<std::ptrdiff_t>(sine * f.srcStep),
+                static_cast<std::ptrdiff_t>(-sine * Channels),
+                static_cast<int32>(std::min(kColumns, block.columns.last - left + 1)),
+                static_cast<int32>(std::min(kRows, block.rows.last - top + 1)),
+                DestinationPixel<Channels>(f, static_cast<int32>(left), static_cast<int32>(top)),
+                f.dstStep};
+            (Channels == 3 ? kernels.transpose3 : kernels.transpose1)(tile);
+        }
+    }
+}
+
+/// Whole numbers lead to whole numbers, so every pixel of the destination is one of the source.
 template <int32 Channels>
 int32 RotateExactly(RotateFrame f) {
     constexpr double kFarthest = 1e12; // no 32-bit position gets there
@@ -71,26 +143,27 @@ int32 RotateExactly(RotateFrame f) {
     if (seenColumns.first > seenColumns.last || seenRows.first > seenRows.last) return kNoIntersection;
     const Range columns = CutRange(seenColumns, f.part.x, f.part.width);
     const Range rows = CutRange(seenRows, f.part.y, f.part.height);
+    BlankRows<Channels>(f, f.part.y, int64{f.part.y} + f.part.height);
 
-    const RowKernels& kernels = CurrentRowKernels();
-    constexpr int64 kBlock = 64;
-    const std::ptrdiff_t along = std::ptrdiff_t{cosine} * Channels + std::ptrdiff_t{sine} * f.srcStep;
-    for (int64 left = columns.first; left <= columns.last; left += kBlock) {
-        const int64 right = std::min(left + kBlock - 1, columns.last);
-        for (int64 y = rows.first; y <= rows.last; ++y) {
-            const auto u = static_cast<int32>(cosine * (left - xShift) - sine * (y - yShift));
-            const auto v = static_cast<int32>(sine * (left - xShift) + cosine * (y - yShift));
-            const uint8* from = SourcePixel<Channels>(f, u, v);
-            uint8* to = DestinationPixel<Channels>(f, static_cast<int32>(left), static_cast<int32>(y));
-            if (Channels == 3 && along == -3) {
-                kernels.reverse(from, to, right - left + 1);
-                continue;
-            }
-            for (int64 i = 0; i <= right - left; ++i, to += Channels) {
-                for (int32 c = 0; c < Channels; ++c) to[c] = from[i * along + c];
-            }
-        }
+    TurnedBlock block{columns, rows};
+    if (block.IsEmpty()) return kOk;
+    if (sine == 0) {
+        FillExactly<Channels>(f, block);
+        return kOk;
     }
+    // Pixels at the ends of the source's rows, of which vectors would read more than there is, have rows of their own.
+    constexpr int64 kBehind = 2;
+    const int64 whole = f.srcSize.width - 1 - kBehind; // the last pixel behind which as many can be read
+    TurnedBlock ends = block;
+    if (sine > 0) {
+        block.rows.first = std::max(block.rows.first, yShift - whole);
+        ends.rows.last = std::min(ends.rows.last, block.rows.first - 1);
+    } else {
+        block.rows.last = std::min(block.rows.last, yShift + whole);
+        ends.rows.first = std::max(ends.rows.first, block.rows.last + 1);
+    }
+    if (!ends.IsEmpty()) FillExactly<Channels>(f, ends);
+    if (!block.IsEmpty()) Transpose<Channels>(f, block);
     return kOk;
 }
 
@@ -174,7 +247,7 @@ RowRest RestOfSpan(const RotateFrame& f, Span span, int32 y) {
 
 /// Some rows that are filled together, block by block: a row alone runs across so many source rows that the
 /// next one would find none of them in the cache.
-template <int32 Channels, auto SampleRow>
+template <int32 Channels, auto SampleRow, bool Together>
 class Band {
 public:
     bool IsFull() const { return count_ == kRows; }
@@ -187,14 +260,18 @@ public:
             right = std::max(right, rows_[i].end);
         }
         for (; left < right; left += kColumns) {
-            for (int32 i = 0; i < count_; ++i) FillBlock(f, rows_[i], left + kColumns);
+            int32 i = 0;
+            for (; Together && count_ - i >= kTurnedRows; i += kTurnedRows) {
+                FillTogether(f, rows_ + i, left + kColumns);
+            }
+            for (; i < count_; ++i) FillBlock(f, rows_[i], left + kColumns);
         }
         count_ = 0;
     }
 
 private:
     static constexpr int32 kRows = 32;
-    static constexpr int64 kColumns = 512;
+    static constexpr int64 kColumns = 1024;
 
     static void FillBlock(const RotateFrame& f, RowRest& row, int64 blockEnd) {
         const int64 count = std::min(row.end, blockEnd) - row.x;
@@ -203,27 +280,62 @@ private:
         row.x += count;
     }
 
+    /// Fills what kTurnedRows rows have in common of a block together, and the rest row by row.
+    static void FillTogether(const RotateFrame& f, RowRest* rows, int64 blockEnd) {
+        int64 first = 0, end = blockEnd;
+        for (int32 i = 0; i < kTurnedRows; ++i) {
+            first = std::max(first, rows[i].x);
+            end = std::min(end, rows[i].end);
+        }
+        if (first < end) FillCommon(f, rows, first, end);
+        for (int32 i = 0; i < kTurnedRows; ++i) FillBlock(f, rows[i], blockEnd);
+    }
+
+    static void FillCommon(const RotateFrame& f, RowRest* rows, int64 first, int64 end) {
+        TurnedStart starts[kTurnedRows];
+        for (int32 i = 0; i < kTurnedRows; ++i) {
+            RowRest& row = rows[i];
+            FillBlock(f, row, first);
+            uint8* const to = DestinationPixel<Channels>(f, static_cast<int32>(first), row.y);
+            starts[i] = {row.at.u, row.at.v, to, row.end - end};
+        }
+        SampleRowsLinearly({f.src, f.srcSize, f.srcStep, {f.map.cosine, f.map.sine}}, starts, end - first);
+        for (int32 i = 0; i < kTurnedRows; ++i) {
+            rows[i].x = end;
+            rows[i].at = {starts[i].u, starts[i].v};
+        }
+    }
+
     RowRest rows_[kRows];
     int32 count_ = 0;
 };
 
-template <int32 Channels, auto SampleRow>
+template <int32 Channels, auto SampleRow, bool Together>
 int32 RotateBySpans(RotateFrame f) {
     double quad[4][2];
     MapCorners(f.map, f.srcRoi, quad);
     const auto [top, bottom] = std::minmax({quad[0][1], quad[1][1], quad[2][1], quad[3][1]});
     const Span rows = WholeNumbers(top, bottom, f.dstRoi.y, f.dstRoi.height);
     bool landed = false;
-    Band<Channels, SampleRow> band;
+    Band<Channels, SampleRow, Together> band;
+    BlankRows<Channels>(f, f.part.y, rows.first);
+    BlankRows<Channels>(f, std::max<int64>(f.part.y, int64{rows.last} + 1), int64{f.part.y} + f.part.height);
     for (int64 row = rows.first; row <= rows.last; ++row) {
         const auto y = static_cast<int32>(row);
         const bool written = y >= f.part.y && row < int64{f.part.y} + f.part.height;
         if (landed && !written) continue;
         const Span span = SpanOfRow(quad, y, f.dstRoi);
-        if (span.first > span.last) continue;
+        if (span.first > span.last) {
+            BlankRows<Channels>(f, y, row + 1);
+            continue;
+        }
         landed = true;
         if (!written) continue;
-        band.Add(RestOfSpan(f, span, y));
+        const RowRest rest = RestOfSpan(f, span, y);
+        const int64 partEnd = int64{f.part.x} + f.part.width, first = std::min(rest.x, partEnd);
+        Blank<Channels>(f, y, f.part.x, first);
+        Blank<Channels>(f, y, std::max(first, rest.end), partEnd);
+        band.Add(rest);
         if (band.IsFull()) band.Fill(f);
     }
     band.Fill(f);
@@ -263,14 +375,14 @@ int32 Rotate(RotateFrame f, double angle, double xShift, double yShift, int32 in
     if (IsExactTurn(reduced) && IsWhole(xShift) && IsWhole(yShift)) return RotateExactly<Channels>(f);
     if (IsDegenerate(f.map)) return kDegenerateTransform;
     if (f.srcRoi.width < 2 || f.srcRoi.height < 2) return kSourceTooSmall;
-    if (interpolation == kNearest) return RotateBySpans<Channels, SampleNearest<Channels>>(f);
-    return RotateBySpans<Channels, SampleLinear<Channels>>(f);
+    if (interpolation == kNearest) return RotateBySpans<Channels, SampleNearest<Channels>, false>(f);
+    return RotateBySpans<Channels, SampleLinear<Channels>, Channels == 3>(f);
 }
 
 /// A frame that writes all of `dstRoi`, from the destination's first pixel on.
 RotateFrame WholeFrame(const uint8* src, ImageSize srcSize, int32 srcStep, ImageRect srcRoi, uint8* dst, int32 dstStep,
                        ImageRect dstRoi) {
-    return {src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi, dstRoi, {0, 0}, {}};
+    return {src, srcSize, srcStep, srcRoi, dst, dstStep, dstRoi, dstRoi, {0, 0}, false, {}};
 }
 
 } // namespace
@@ -323,9 +435,13 @@ int32 RotatePart(int32 channels, const uint8* src, ImageSize srcSize, int32 srcS
                                      {0, 0, whole.width, whole.height},
                                      part,
                                      {part.x, part.y},
+                                     true,
                                      {}};
     const auto rotate = channels == 3 ? generic::Rotate<3> : generic::Rotate<1>;
-    return rotate(frame, angle, xShift, yShift, kLinear);
+    const int32 status = rotate(frame, angle, xShift, yShift, kLinear);
+    const auto blankRows = channels == 3 ? generic::BlankRows<3> : generic::BlankRows<1>;
+    if (status != kOk && dst != nullptr && dstStep > 0) blankRows(frame, part.y, int64{part.y} + part.height);
+    return status;
 }
 
 } // namespace orvane

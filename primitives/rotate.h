@@ -50,7 +50,8 @@ int32 primGetRotateBound(ImageRect srcRoi, double bound[2][2], double angle, dou
 } // namespace generic
 
 /// Turns a whole picture of 1 or 3 channels by linear interpolation, but writes only a part of the destination:
-/// the pixels that `primRotate_8u_C1` or `_C3` would write there, and their status for the whole.
+/// the pixels that `primRotate_8u_C1` or `_C3` would write there, with their status for the whole, and 0 in place of
+/// those that they would leave, which are all of them after a failure.
 /// @param dst top left of the part
 /// @param whole the destination's size; nothing of it is needed but the part
 /// @param part inside the whole; without pixels nothing is written, and dst and its step play no part

@@ -62,7 +62,7 @@ void SampleOne(const LinearPath& path, SourcePosition at, uint8* to) {
 constexpr float kDoubt = 1.0F / 2048;
 
 /// Pixels of a piece, and the farthest that it may lie: what the errors above go by. A wide kernel takes longer ones.
-constexpr int64 kLongestPiece = 128, kLongestWidePiece = 512;
+constexpr int64 kLongestPiece = 128, kLongestWidePiece = 1024;
 constexpr double kFarthest = 1 << 16;
 
 /// Whether all positions from `at` on lie so far inside the picture that no rounding leads out, nor eight bytes
@@ -133,7 +133,7 @@ WholeNumbers Lerp(const Square& s, __m128 x, __m128 y) {
 /// What a later row of the turned picture will read: the way from a sample to the one below it is the way to the
 /// next one, turned by a quarter.
 std::ptrdiff_t BytesAhead(const LinearPath& path, int32 channels) {
-    constexpr double kRows = 12.0;
+    constexpr double kRows = 4.0;
     return static_cast<std::ptrdiff_t>(kRows * path.step.u) * path.srcStep -
            static_cast<std::ptrdiff_t>(kRows * path.step.v) * channels;
 }
@@ -271,9 +271,31 @@ void SampleFrom(const TurnedPath& path, double u, double v, uint8* to) {
     SampleOne<Channels>({path.src, path.srcSize, path.srcStep, {path.uStep, path.vStep}}, {u, v}, to);
 }
 
+template <int32 Channels>
+TurnedPath TurnedPathOf(const LinearPath& path) {
+    return {path.src,
+            path.srcSize,
+            path.srcStep,
+            path.step.u,
+            path.step.v,
+            BytesAhead(path, Channels),
+            SampleFrom<Channels>};
+}
+
 bool Offsets32(const LinearPath& path) {
     return path.srcSize.height <= std::numeric_limits<int32>::max() / path.srcStep;
 }
+
+#ifdef __SSE2__
+/// Whether there is a kernel for both rows, and they lie inside.
+bool TakesTogether(const LinearPath& path, const TurnedStart (&rows)[kTurnedRows], int64 count) {
+    if (CurrentRowKernels().turnedRows3 == nullptr || !Offsets32(path) || count > kLongestWidePiece) return false;
+    for (const TurnedStart& row : rows) {
+        if (!LiesInside(path, {row.u, row.v}, count)) return false;
+    }
+    return true;
+}
+#endif
 
 template <int32 Channels>
 auto TurnedRow() {
@@ -285,13 +307,7 @@ auto TurnedRow() {
 template <int32 Channels>
 void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uint8* to) {
     const LinearPath way = path; // which nothing that is written can change
-    const TurnedPath turned = {path.src,
-                               path.srcSize,
-                               path.srcStep,
-                               path.step.u,
-                               path.step.v,
-                               BytesAhead(path, Channels),
-                               SampleFrom<Channels>};
+    const TurnedPath turned = TurnedPathOf<Channels>(path);
     const auto turnedRow = Offsets32(path) ? TurnedRow<Channels>() : nullptr;
 #ifdef __SSE2__
     constexpr int64 kShortestPiece = 8;
@@ -314,6 +330,18 @@ void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uin
     }
 #endif
     SampleExactly<Channels>(way, at, count, to);
+}
+
+void SampleRowsLinearly(const LinearPath& path, TurnedStart (&rows)[kTurnedRows], int64 count) {
+#ifdef __SSE2__
+    if (TakesTogether(path, rows, count) && CurrentRowKernels().turnedRows3(TurnedPathOf<3>(path), rows, count)) return;
+#endif
+    for (TurnedStart& row : rows) {
+        SourcePosition at{row.u, row.v};
+        SampleLinearly<3>(path, at, count, row.to);
+        row.u = at.u;
+        row.v = at.v;
+    }
 }
 
 template void SampleLinearly<1>(const LinearPath& path, SourcePosition& at, int64 count, uint8* to);

@@ -1,6 +1,7 @@
 // Linear samples along a straight line through a picture: one row of a turned picture.
 #pragma once
 
+#include "primitives/row_kernels.h"
 #include "primitives/types.h"
 
 namespace orvane {
@@ -23,5 +24,9 @@ struct LinearPath {
 /// by one; `at` ends one step behind the last. A position beyond the picture takes the picture's edge.
 template <int32 Channels>
 void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uint8* to);
+
+/// The same of neighbouring rows of three channels, which a processor may take together: each one's `u` and `v` end one
+/// step behind the last sample, unless none of the row follow.
+void SampleRowsLinearly(const LinearPath& path, TurnedStart (&rows)[kTurnedRows], int64 count);
 
 } // namespace orvane

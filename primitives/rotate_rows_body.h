@@ -8,6 +8,7 @@
 #pragma once
 
 #include "primitives/byte_vectors.h"
+#include "primitives/rotate_runs_body.h"
 #include "primitives/row_kernels.h"
 
 namespace orvane::ORVANE_KERNELS {
@@ -85,11 +86,7 @@ inline __m256i EightBytesOfEach(const uint8* a, const uint8* b) {
                                    _mm_loadl_epi64(reinterpret_cast<const __m128i*>(b)), 1);
 }
 
-/// Asks in time for what a later row will read. Nothing is read, so the address may lie anywhere.
-inline void Ahead(const TurnedPath& path, std::ptrdiff_t offset) {
-    const auto address = reinterpret_cast<std::uintptr_t>(path.src) + static_cast<std::uintptr_t>(offset + path.ahead);
-    _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
-}
+inline void Ahead(const TurnedPath& path, std::ptrdiff_t offset) { Expect(path.src, offset + path.ahead); }
 
 /// Samples `Index` and `Index` + 4 of three channels. The fourth lanes count for nothing.
 template <int32 Index>
@@ -144,204 +141,13 @@ inline uint32 SampleBlock1(const TurnedPath& path, const Places& places, uint8* 
     return ~static_cast<uint32>(_mm256_movemask_ps(certain)) & 0xFF;
 }
 
-/// The distance from a double to that power of two which is the smallest of those that lie as far apart as itself.
-inline double PowerBelow(double v) {
-    constexpr uint64 kExponent = 0x7FF0000000000000;
-    uint64 bits;
-    __builtin_memcpy(&bits, &v, sizeof bits);
-    bits &= kExponent;
-    double power;
-    __builtin_memcpy(&power, &bits, sizeof power);
-    return power;
-}
-
-/// A sum of 1 or more and `count` steps below 1, each rounded as it is added.
-///
-/// From one power of two to the next doubles lie equally far apart. So there every sum rounds the step alike, unless
-/// that ends in the middle of two: it is a whole multiple of their distance, as the sums are, and all of them that do
-/// not reach the power's ends can be added as one product, which is exact.
-inline double RoundedSum(double sum, double step, int64 count) {
-    while (count > 0) {
-        const double power = PowerBelow(sum), rounded = (sum + step) - sum;
-        const double missing = step - rounded, half = power * 0x1p-53;
-        const double room = rounded > 0.0 ? 2.0 * power - sum : sum - power, way = rounded > 0.0 ? rounded : -rounded;
-        const double rest = static_cast<double>(count);
-        if (missing < half && -missing < half && way > 0.0 && room >= 2.0 * way) {
-            // A step less than there is room for, however that is rounded.
-            const double leap = rest * way < room ? rest - 1.0 : room / way - 2.0;
-            const auto steps = static_cast<int64>(leap);
-            sum += static_cast<double>(steps) * rounded;
-            count -= steps;
-        }
-        sum += step;
-        --count;
-    }
-    return sum;
-}
-
-/// Where the samples of a piece of a row lie, as the results go by it.
-struct PieceStart {
-    double u, v;
-
-    void Decide(const TurnedPath& path, int64 sample, uint8* to) const {
-        path.exactly(path, RoundedSum(u, path.uStep, sample), RoundedSum(v, path.vStep, sample), to);
-    }
-};
-
-// --- runs: samples between the same two rows of the source, of which each lies between the next two pixels ---
-//
-// Their bytes stand side by side in the source as in the result, so no sample is fetched alone.
-//
-// A position in doubles errs by 2^-26 there, its fraction as a float and the way along a group by 2^-23.5: for both
-// axes 2^-14.5 of a sample. Pairs that begin within 1e-7 cost 2^-13.2, as above; rows, their difference and the sample
-// are rounded by 2^-17 each, the raised sample by 2^-16: 2^-14.6. In all less than 2^-12.3.
-
-/// Which of a sample's fraction, that has 15 bits once it is raised, is doubt: 2^-12 to either side of a whole number.
-constexpr int32 kRunDoubt = 8;
-/// Raises a sample, adds a half to round it and as much as it may be below a whole number: with that a fraction in
-/// doubt is a small one, and only of such a sample the whole number changes.
-constexpr float kRaise = 256.5F + static_cast<float>(kRunDoubt) / 32768;
-
-/// Vectors of a run, and its pixels: a longer one is cut.
-constexpr int32 kRunVectors = 24;
-constexpr int64 kRunPixels = kRunVectors * 8 / 3;
-
-/// How far the pixel of each byte of a run lies from its first, along both axes.
-struct RunWays {
-    float x[kRunVectors][8], y[kRunVectors][8];
-
-    RunWays(float xStep, float yStep) {
-        const __m256i thirds = _mm256_set1_epi32(21846); // of 2^16, and a little more
-        __m256i bytes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
-        for (int32 i = 0; i < kRunVectors; ++i, bytes = _mm256_add_epi32(bytes, _mm256_set1_epi32(8))) {
-            const __m256 pixels = _mm256_cvtepi32_ps(_mm256_srli_epi32(_mm256_mullo_epi32(bytes, thirds), 16));
-            _mm256_storeu_ps(x[i], _mm256_mul_ps(pixels, _mm256_set1_ps(xStep)));
-            _mm256_storeu_ps(y[i], _mm256_mul_ps(pixels, _mm256_set1_ps(yStep)));
-        }
-    }
-};
-
-inline __m256 EightFloats(const uint8* bytes) {
-    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))));
-}
-
-/// Eight bytes of samples: the byte in bits 16 to 23 of a number, the fraction below.
-inline __m256i SampleEight(const uint8* upper, const uint8* lower, __m256 x, __m256 y) {
-    const __m256 p00 = EightFloats(upper), p01 = EightFloats(lower);
-    const __m256 top = _mm256_fmadd_ps(_mm256_sub_ps(EightFloats(upper + 3), p00), x, p00);
-    const __m256 bottom = _mm256_fmadd_ps(_mm256_sub_ps(EightFloats(lower + 3), p01), x, p01);
-    const __m256 sample = _mm256_fmadd_ps(_mm256_sub_ps(bottom, top), y, top);
-    const __m256i raised = _mm256_castps_si256(_mm256_add_ps(sample, _mm256_set1_ps(kRaise)));
-    return _mm256_add_epi32(raised, raised);
-}
-
-inline void StoreEight(__m256i samples, uint8* to) {
-    const __m256i third = TwiceTheSame(_mm_setr_epi8(2, 6, 10, 14, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
-    const __m256i bytes = _mm256_shuffle_epi8(samples, third);
-    const __m256i inOrder = _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 0, 4, 0, 4, 0, 4));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm256_castsi256_si128(inOrder));
-}
-
-/// A bit for each byte in doubt.
-inline uint32 DoubtsOf(__m256i samples) {
-    const __m256i certain = _mm256_and_si256(samples, _mm256_set1_epi32(0xFFFF & ~(4 * kRunDoubt - 1)));
-    const __m256i doubts = _mm256_cmpeq_epi32(certain, _mm256_setzero_si256());
-    return static_cast<uint32>(_mm256_movemask_ps(_mm256_castsi256_ps(doubts)));
-}
-
-/// Some samples between two rows: the first one's place.
-struct Run {
-    const uint8* upper;
-    const uint8* lower;
-    __m256 x, y;
-
-    __m256i Eight(const RunWays& ways, int32 i) const {
-        return SampleEight(upper + 8 * i, lower + 8 * i, _mm256_add_ps(x, _mm256_loadu_ps(ways.x[i])),
-                           _mm256_add_ps(y, _mm256_loadu_ps(ways.y[i])));
-    }
-};
-
-/// Which of the samples is the first beyond the pixel, or line of pixels, that is the `number`-th after the one of the
-/// first sample, whose fraction is `fraction` and goes by `step`; at most `most`.
-inline int64 FirstBeyond(int32 number, double fraction, double step, double inverse, int64 most) {
-    const double way = (step > 0.0 ? number + 1 - fraction : -number - fraction) * inverse;
-    return way < static_cast<double>(most - 1) ? static_cast<int64>(way) + 1 : most;
-}
-
-/// Whether the way leads right, and down or up by less than a pixel in four.
-inline bool GoesByRuns(const TurnedPath& path) {
-    return path.uStep > 0.9 && path.uStep < 1.0 && path.vStep < 0.25 && path.vStep > -0.25;
-}
-
-/// Samples `first` to before `end` of a piece, which make up a run.
-inline void SampleRun(const TurnedPath& path, const PieceStart& start, const Run& run, const RunWays& ways, int64 first,
-                      int64 end, int64 count, uint8* piece) {
-    const auto bytes = static_cast<int32>(3 * (end - first));
-    const int64 room = 3 * (count - first); // to the end of the piece, which nothing may leave
-    uint8* to = piece + 3 * first;
-    __m256i least = _mm256_set1_epi32(-1); // of the fractions
-    int32 i = 0;
-    for (; 8 * i < bytes && 8 * i + 8 <= room; ++i) {
-        const __m256i samples = run.Eight(ways, i);
-        StoreEight(samples, to + 8 * i);
-        least = _mm256_min_epu16(least, samples);
-    }
-    if (8 * i < bytes) {
-        uint8 apart[8];
-        const __m256i samples = run.Eight(ways, i);
-        StoreEight(samples, apart);
-        for (int32 k = 0; 8 * i + k < bytes; ++k) to[8 * i + k] = apart[k];
-        least = _mm256_min_epu16(least, samples);
-    }
-    if (DoubtsOf(least) == 0) return;
-    for (i = 0; 8 * i < bytes; ++i) {
-        for (uint32 doubts = DoubtsOf(run.Eight(ways, i)); doubts != 0; doubts &= doubts - 1) {
-            const int32 pixel = (8 * i + __builtin_ctz(doubts)) / 3;
-            if (3 * pixel < bytes) start.Decide(path, first + pixel, to + 3 * pixel);
-        }
-    }
-}
-
-void SampleRuns(const TurnedPath& path, const PieceStart& start, int64 count, uint8* to) {
-    const double xStep = path.uStep - 1.0, yStep = path.vStep;
-    const double xInverse = 1.0 / xStep, yInverse = 1.0 / yStep;
-    const RunWays ways(static_cast<float>(xStep), static_cast<float>(yStep));
-    const auto column0 = static_cast<int32>(start.u), row0 = static_cast<int32>(start.v);
-    const double x0 = start.u - column0, y0 = start.v - row0;
-    const std::ptrdiff_t nextRow = yStep > 0.0 ? path.srcStep : -path.srcStep;
-    const double oneRow = yStep > 0.0 ? 1.0 : -1.0;
-    const uint8* upper = path.src + static_cast<std::ptrdiff_t>(row0) * path.srcStep + 3 * std::ptrdiff_t{column0};
-    int32 rows = 0, columns = 0;
-    int64 rowEnd = FirstBeyond(0, y0, yStep, yInverse, count), columnEnd = FirstBeyond(0, x0, xStep, xInverse, count);
-    for (int64 done = 0; done < count;) {
-        int64 end = rowEnd < columnEnd ? rowEnd : columnEnd;
-        if (end - done > kRunPixels) end = done + kRunPixels;
-        const uint8* from = upper + 3 * done;
-        for (int64 i = 0; i < 3 * (end - done); i += 64) Ahead(path, from + i - path.src);
-        const auto at = static_cast<double>(done);
-        const auto x = static_cast<float>(x0 + columns + at * xStep);
-        const auto y = static_cast<float>(y0 - rows * oneRow + at * yStep);
-        SampleRun(path, start, {from, from + path.srcStep, _mm256_set1_ps(x), _mm256_set1_ps(y)}, ways, done, end,
-                  count, to);
-        done = end;
-        if (done == rowEnd) {
-            rowEnd = FirstBeyond(++rows, y0, yStep, yInverse, count);
-            upper += nextRow;
-        }
-        if (done == columnEnd) {
-            columnEnd = FirstBeyond(++columns, x0, xStep, xInverse, count);
-            upper -= 3;
-        }
-    }
-}
-
 // --- any other way: samples one by one ---
 
 template <int32 Channels>
-inline void SampleBlocks(const TurnedPath& path, const PieceStart& start, int64 count, uint8* to) {
+inline void SampleBlocks(const TurnedPath& path, PieceWay& way, int64 count, uint8* to) {
     constexpr double kOne = 4294967296.0;
-    AxisPositions u(static_cast<int64>(start.u * kOne), static_cast<int64>(path.uStep * kOne));
-    AxisPositions v(static_cast<int64>(start.v * kOne), static_cast<int64>(path.vStep * kOne));
+    AxisPositions u(static_cast<int64>(way.u * kOne), static_cast<int64>(path.uStep * kOne));
+    AxisPositions v(static_cast<int64>(way.v * kOne), static_cast<int64>(path.vStep * kOne));
     constexpr int64 kBlockBytes = kSamples * Channels;
     for (int64 done = 0; done < count; done += kSamples, to += kBlockBytes) {
         uint8 apart[32]; // for a last block, whose spill would leave the row
@@ -351,7 +157,7 @@ inline void SampleBlocks(const TurnedPath& path, const PieceStart& start, int64 
         uint32 doubts = Channels == 3 ? SampleBlock3(path, places, pixels) : SampleBlock1(path, places, pixels);
         if (spills) __builtin_memcpy(to, apart, kBlockBytes);
         for (int64 i = 0; doubts != 0; doubts >>= 1, ++i) {
-            if ((doubts & 1) != 0) start.Decide(path, done + i, to + i * Channels);
+            if ((doubts & 1) != 0) way.Decide(path, done + i, to + i * Channels);
         }
         u.Advance();
         v.Advance();
@@ -361,24 +167,31 @@ inline void SampleBlocks(const TurnedPath& path, const PieceStart& start, int64 
 template <int32 Channels>
 int64 RunTurnedRow(const TurnedPath& turned, double& uAt, double& vAt, int64 count, uint8* to) {
     const TurnedPath path = turned; // which no pixel can change
-    const auto advance = [&](int64 samples) {
-        uAt = RoundedSum(uAt, path.uStep, samples);
-        vAt = RoundedSum(vAt, path.vStep, samples);
-    };
-    if (Channels == 3 && GoesByRuns(path)) {
-        SampleRuns(path, {uAt, vAt}, count, to);
-        advance(count);
-        return 0;
-    }
-    constexpr int64 kPiece = 128; // what the errors of fixed point go by
-    while (count >= kSamples) {
-        const int64 samples = count < kPiece ? count - count % kSamples : kPiece;
-        SampleBlocks<Channels>(path, {uAt, vAt}, samples, to);
-        advance(samples);
+    const bool runs = Channels == 3 && GoesByRuns(path);
+    const int64 piece = runs ? kRunPiece : 128; // what the errors of fixed point go by
+    while (count >= (runs ? 1 : kSamples)) {
+        int64 samples = count < piece ? count : piece;
+        if (!runs) samples -= samples % kSamples;
+        PieceWay way{uAt, vAt};
+        if (runs) {
+            way = SampleRuns(path, {uAt, vAt, to, 0}, samples);
+        } else {
+            SampleBlocks<Channels>(path, way, samples, to);
+            way.GoTo(path, samples);
+        }
+        uAt = way.u;
+        vAt = way.v;
         to += samples * Channels;
         count -= samples;
     }
     return count;
+}
+
+bool RunTurnedRows(const TurnedPath& turned, TurnedStart (&rows)[kTurnedRows], int64 count) {
+    if (!GoesByRuns(turned)) return false;
+    const TurnedPath path = turned; // which no pixel can change
+    SampleRunsOfTwo(path, rows[0], rows[1], count);
+    return true;
 }
 
 #endif

@@ -14,6 +14,17 @@ struct ByteLimits {
     uint8 aboveMost;
 };
 
+/// What bytes are multiplied by: a whole number and 65536ths.
+struct ByteFactor {
+    uint16 whole; // up to kMostWhole, so that a product and a byte together stay below 2^15
+    uint16 fraction;
+
+    static constexpr int32 kMostWhole = 127;
+};
+
+/// Levels that pixels are counted from at once.
+inline constexpr int32 kCountedLevels = 6;
+
 /// Rows around one of a picture's edges. Those of magnitudes have a 0 at both ends and no component above 16383.
 struct EdgeRows16 {
     const int16* dx;
@@ -22,6 +33,9 @@ struct EdgeRows16 {
     const int16* here;
     const int16* below;
 };
+
+/// Pixels of a row of which 32 bits hold the sum of squares.
+inline constexpr int32 kMostIntegralPixels = 33024;
 
 /// Rows of integral images, after their first columns.
 struct IntegralRows {
@@ -60,11 +74,21 @@ struct ColumnPlan {
     const ColumnBlock* blocks;
 };
 
-/// Of each element of a row.
+/// Of each element of a row: of the differences; and of the four pixels, as floats, for each block of kColumnBlock
+/// elements those of the first pixels, of the second ones and so on.
 struct CubicWeights {
     const double* a;
     const double* b;
     const double* c;
+    const float* ofPixels;
+};
+
+/// Four rows of the source, interpolated along themselves, and the weights of the row between them.
+struct CubicRows {
+    const float* lines[4]; // behind which kColumnBlock zeros stand
+    const uint8* sources[4];
+    double a, b, c;
+    float ofLines[4];
 };
 
 struct WeightedRow {
@@ -85,6 +109,23 @@ struct BoxSpan {
     int64 End() const { return Tail() + (tail > 0.0 ? 1 : 0); }
 };
 
+/// Rows and columns of a box that BoxMeans takes, together.
+inline constexpr int32 kMostBoxLines = 13;
+
+/// One row of means of small boxes, three channels.
+struct BoxMeans {
+    const WeightedRow* rows;
+    int32 rowCount;
+    int32 columns; // of the region
+    int32 beyond;  // columns that boxes reach past it, where its last one goes on
+    float* sums;   // of all of these, in which kMostBoxLines columns more can be read
+    const BoxSpan* spans;
+    const float* weights; // of each two pixels in turn `taps` pairs: those of a column from each one's first on
+    int32 taps;
+    int32 count;
+    double scale;
+};
+
 /// The way through a picture from one sample of a turned row to the next; offsets in the picture fit 32 bits.
 struct TurnedPath {
     const uint8* src;
@@ -95,6 +136,30 @@ struct TurnedPath {
     std::ptrdiff_t ahead; // from a sample to one that a later row will read
     /// Takes a sample in doubles.
     void (*exactly)(const TurnedPath& path, double u, double v, uint8* to);
+};
+
+/// Some samples of a turned row: where the first one lies, and goes; how many of the row follow, whose bytes may be
+/// written before their turn.
+struct TurnedStart {
+    double u;
+    double v;
+    uint8* to;
+    int64 behind;
+};
+
+/// Neighbouring rows that a kernel takes at once.
+inline constexpr int32 kTurnedRows = 2;
+
+/// A rectangle of pixels, of which one lies `along` bytes from the next of its row and `down`, a pixel's bytes or less
+/// than nothing by as much, from that below it; as rows `toStep` apart.
+struct Transposition {
+    const uint8* from;
+    std::ptrdiff_t along;
+    std::ptrdiff_t down;
+    int32 columns;
+    int32 rows;
+    uint8* to;
+    std::ptrdiff_t toStep;
 };
 
 struct RowKernels {
@@ -113,6 +178,10 @@ struct RowKernels {
 
     /// Pixels of three channels, the first of them at `from`, the next ones before it.
     void (*reverse)(const uint8* from, uint8* to, int64 count);
+
+    /// Pixels of one channel, or of three, behind each of which two more can be read.
+    void (*transpose1)(const Transposition& transposition);
+    void (*transpose3)(const Transposition& transposition);
 
     /// `order` holds numbers from 0 to 2.
     void (*swap)(const uint8* src, uint8* dst, const int32* order, int32 width);
@@ -136,11 +205,15 @@ struct RowKernels {
     /// Adds how many pixels lie within the bounds, a channel at a time.
     void (*countInRange)(const uint8* row, int32 width, const uint8* lower, const uint8* upper, uint32 (&found)[3]);
 
+    /// Adds, a channel at a time, how many pixels have each of the levels, which are not 0, or a higher one.
+    void (*countFrom)(const uint8* row, int32 width, const uint8 (&levels)[kCountedLevels],
+                      uint32 (&found)[kCountedLevels][3]);
+
     /// Floats to the nearest byte, a tie to the even one; 0 for what is not a number.
     void (*roundToBytes)(const uint8* floats, uint8* to, int64 count);
 
-    /// (level - low) * factor, rounded half up, from 0 to 255; the factor is above 0. `to` may be `from`.
-    void (*stretch)(const uint8* from, uint8* to, int64 count, uint8 low, float factor);
+    /// Each level less `low`, times the factor, rounded half up, from 0 to 255. `to` may be `from`.
+    void (*stretch)(const uint8* from, uint8* to, int64 count, uint8 low, ByteFactor factor);
 
     /// The smallest of `count` rows, element by element; `result` may be one of them.
     void (*lowest)(const uint8* const* rows, int32 count, uint8* result, int64 width);
@@ -161,12 +234,17 @@ struct RowKernels {
     /// |dx| + |dy| of components up to 16383; 0 where at or below `low`.
     void (*magnitudes)(const int16* dx, const int16* dy, int32 width, int32 low, int16* to);
 
-    /// Marks the pixels that are the largest along their gradients: 255 those above `high`, 128 the others.
-    void (*markRidges)(const EdgeRows16& rows, int32 width, int32 high, uint8* mark);
+    /// Marks the pixels that are the largest along their gradients, as bits: all in `ridges`, those above `high` in
+    /// `strong` as well. Writes whole words of 64; rows of magnitudes go on with zeros for as many pixels and one more.
+    void (*ridgeBits)(const EdgeRows16& rows, int32 width, int32 high, uint64* ridges, uint64* strong);
+
+    /// 255 for each bit that is set, else 0.
+    void (*spreadBits)(const uint64* bits, uint8* to, int32 width);
 
     /// 255 where the mark is that, else 0.
     void (*keepEdges)(const uint8* mark, uint8* to, int32 width);
 
+    /// Of up to kMostIntegralPixels.
     void (*integral)(const uint8* pixels, int32 width, const IntegralRows& rows);
     void (*stdDevs)(const RectRows& rows, int32 width, float* to);
 
@@ -175,10 +253,11 @@ struct RowKernels {
                           int16* to);
     void (*linearRows)(const int16* row0, const int16* row1, int32 weight, int64 count, uint8* to);
 
-    /// Cubic interpolation likewise.
+    /// Cubic interpolation likewise; the lines that the first makes are for the second of the same form alone.
     void (*cubicColumns)(const uint8* row, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
                          int64 count, float* to);
-    void (*cubicRows)(const float* const (&rows)[4], double a, double b, double c, int64 count, uint8* to);
+    void (*cubicRows)(const CubicRows& rows, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
+                      int64 count, uint8* to);
 
     /// Weighted sums of rows, rounded to float after each row; when `goesOn`, added to the sums that are there.
     void (*boxRows)(const WeightedRow* rows, int32 rowCount, bool goesOn, float* sums, int64 count);
@@ -187,10 +266,17 @@ struct RowKernels {
     void (*boxColumns1)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
     void (*boxColumns3)(const float* sums, const BoxSpan* spans, int32 count, double scale, uint8* out);
 
+    /// The same means at once, where there are few rows and columns in a box. Null where the plain form is as fast.
+    void (*boxMeans3)(const BoxMeans& means, uint8* out);
+
     /// Samples most of a piece that lies so far inside that eight bytes from each pixel on can be read; how many are
     /// left, the first of them at `u`, `v`. Null where the plain form is as fast.
     int64 (*turnedRow1)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
     int64 (*turnedRow3)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
+
+    /// Samples all of such a piece of each row, three channels, and leaves where the next sample lies, if any follow.
+    /// False, with nothing done, where rows taken one by one are as fast; null where they always are.
+    bool (*turnedRows3)(const TurnedPath& path, TurnedStart (&rows)[kTurnedRows], int64 count);
 };
 
 /// For every processor, and for those with AVX2 and FMA.

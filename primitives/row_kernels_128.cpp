@@ -5,6 +5,7 @@
 #include "primitives/integral_rows_body.h"
 #include "primitives/pixel_rows_body.h"
 #include "primitives/resize_rows_body.h"
+#include "primitives/transpose_body.h"
 #include "primitives/window_rows_body.h"
 
 namespace orvane {
@@ -18,6 +19,8 @@ const RowKernels kRowKernels128 = {
     RunGrey,
     RunSplit,
     RunReverse,
+    RunTranspose1,
+    RunTranspose3,
     RunSwap,
     RunCopyMasked,
     RunCutOut,
@@ -26,6 +29,7 @@ const RowKernels kRowKernels128 = {
     RunLimit,
     RunSubtract,
     RunCountInRange,
+    RunCountFrom,
     RunRoundToBytes,
     RunStretch,
     RunLowest,
@@ -37,7 +41,8 @@ const RowKernels kRowKernels128 = {
      RunRowSums<1, 4, 6, 4, 1>},
     RunLargestComponent,
     RunMagnitudes,
-    RunMarkRidges,
+    RunRidgeBits,
+    RunSpreadBits,
     RunKeepEdges,
     RunIntegral,
     RunStdDevs,
@@ -48,6 +53,8 @@ const RowKernels kRowKernels128 = {
     RunBoxRows,
     RunBoxColumns<1>,
     RunBoxColumns<3>,
+    nullptr,
+    nullptr,
     nullptr,
     nullptr,
 };

@@ -1,11 +1,13 @@
 // The primitives' kernels with vectors of 256 bits.
 #define ORVANE_WIDE 1
 #define ORVANE_KERNELS kernels256 // by which one tells the forms apart in a program
+#include "primitives/box_means_body.h"
 #include "primitives/gradient_rows_body.h"
 #include "primitives/integral_rows_body.h"
 #include "primitives/pixel_rows_body.h"
 #include "primitives/resize_rows_body.h"
 #include "primitives/rotate_rows_body.h"
+#include "primitives/transpose_body.h"
 #include "primitives/window_rows_body.h"
 
 namespace orvane {
@@ -19,6 +21,8 @@ const RowKernels kRowKernels256 = {
     RunGrey,
     RunSplit,
     RunReverse,
+    RunTranspose1,
+    RunTranspose3,
     RunSwap,
     RunCopyMasked,
     RunCutOut,
@@ -27,6 +31,7 @@ const RowKernels kRowKernels256 = {
     RunLimit,
     RunSubtract,
     RunCountInRange,
+    RunCountFrom,
     RunRoundToBytes,
     RunStretch,
     RunLowest,
@@ -38,7 +43,8 @@ const RowKernels kRowKernels256 = {
      RunRowSums<1, 4, 6, 4, 1>},
     RunLargestComponent,
     RunMagnitudes,
-    RunMarkRidges,
+    RunRidgeBits,
+    RunSpreadBits,
     RunKeepEdges,
     RunIntegral,
     RunStdDevs,
@@ -49,8 +55,10 @@ const RowKernels kRowKernels256 = {
     RunBoxRows,
     RunBoxColumns<1>,
     RunBoxColumns<3>,
+    RunBoxMeans3,
     RunTurnedRow<1>,
     RunTurnedRow<3>,
+    RunTurnedRows,
 };
 
 } // namespace orvane

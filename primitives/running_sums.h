@@ -30,5 +30,40 @@ inline Vector RunningSums(Vector v) {
 #endif
 }
 
+/// Running sums of whole numbers, a vector at a time.
+class Prefix {
+public:
+    Vector Next(Vector values) {
+        const Vector within = RunningSums(values);
+        const Vector sums = AddNumbers(within, before_);
+        before_ = AddNumbers(before_, Last(within));
+        return sums;
+    }
+
+    /// The sum of all so far, in each place.
+    Vector All() const { return before_; }
+
+private:
+    /// The last number, in each place.
+    static Vector Last(Vector v) {
+#if ORVANE_WIDE
+        return _mm256_permutevar8x32_epi32(v, _mm256_set1_epi32(7));
+#else
+        return _mm_shuffle_epi32(v, 0xFF);
+#endif
+    }
+
+    Vector before_ = Zero();
+};
+
+/// Of numbers whose upper halves are 0.
+inline Vector Squares(Vector v) {
+#if ORVANE_WIDE
+    return _mm256_madd_epi16(v, v);
+#else
+    return _mm_madd_epi16(v, v);
+#endif
+}
+
 } // namespace
 } // namespace orvane::ORVANE_KERNELS

@@ -9,12 +9,16 @@
 namespace orvane::generic {
 namespace {
 
-void CountBytes(const uint8* row, int32 width, uint32 (&counts)[4][256]) {
+/// Pixels are counted by turns in these: neighbours are often alike, and a count waits for the one before it in its
+/// place.
+constexpr int32 kTables = 8;
+
+void CountBytes(const uint8* row, int32 width, uint32 (&counts)[kTables][256]) {
     int32 x = 0;
-    for (; width - x >= 8; x += 8) {
+    for (; width - x >= kTables; x += kTables) {
         uint64 eight;
         std::memcpy(&eight, row + x, sizeof eight);
-        for (int32 i = 0; i < 8; ++i) ++counts[i % 4][eight >> 8 * i & 0xFF];
+        for (int32 i = 0; i < kTables; ++i) ++counts[i][eight >> 8 * i & 0xFF];
     }
     for (; x < width; ++x) ++counts[0][row[x]];
 }
@@ -54,12 +58,12 @@ int32 primHistogramEven_8u_C1(const uint8* src, int32 srcStep, ImageSize roi, in
         level += width + (k < wider ? 1 : 0);
     }
 
-    // By turns in four tables: neighbours are often alike, and a count waits for the one before it in its place.
-    uint32 counts[4][256] = {};
+    uint32 counts[kTables][256] = {};
     for (int32 y = 0; y < roi.height; ++y) CountBytes(RowAt(src, srcStep, y), roi.width, counts);
     uint32 below[257] = {}; // below[v]: pixels of a value under v
     for (int32 v = 0; v < 256; ++v) {
-        below[v + 1] = below[v] + counts[0][v] + counts[1][v] + counts[2][v] + counts[3][v];
+        below[v + 1] = below[v];
+        for (const auto& table : counts) below[v + 1] += table[v];
     }
 
     for (int32 k = 0; k < levelCount - 1; ++k) {

@@ -3,7 +3,7 @@ _orvane() {
     local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W 'portrait detect info help version --help --version' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W 'portrait detect watch report info help version --help --version' -- "$current")
         return
     fi
     case $before in
@@ -16,22 +16,38 @@ _orvane() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             return
             ;;
-        --size | --crop-ratio | --tolerance | --rotate) return ;;
+        --size | --crop-ratio | --tolerance | --rotate | --output-name | --shard | --jobs | --timeout | --memory) return ;;
     esac
     if [[ $current == -* ]]; then
         local options=--json
+        local many='-r --recursive --files-from --shard --jobs --timeout --memory --report --json --quiet'
         case $command in
             portrait)
-                options='-o --output --size --crop-ratio --actions --tolerance --rotate --steps --force --json'
+                options='-o --output --output-name --size --crop-ratio --actions --tolerance --rotate --steps --resume'
+                options+=" --force $many"
                 ;;
-            detect | info) ;;
+            detect) options=$many ;;
+            watch)
+                options='-o --output --output-name --size --crop-ratio --actions --tolerance --rotate --force'
+                options+=' --shard --jobs --timeout --memory --report --json --quiet'
+                ;;
+            report) options='-o --output --force' ;;
+            info) ;;
             *) options= ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
         return
     fi
+    if [ "$command" = report ] && [ "$COMP_CWORD" -eq 2 ]; then
+        COMPREPLY=(join)
+        return
+    fi
     case $command in
-        portrait | detect)
+        watch)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -d -- "$current")
+            ;;
+        portrait | detect | report)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             ;;

@@ -1,6 +1,8 @@
 // The contrast stretch: where the bounds lie, and what becomes of the levels between and beyond them.
 #include "actions/colour_correction.h"
 
+#include "actions/clip_bounds.h"
+
 #include "image/result_codes.h"
 #include "tests/reference/colour_correction.h"
 #include "tests/support/heap_limit.h"
@@ -120,19 +122,64 @@ TEST(ClipBounds, AreDecidedByTheFirstChannelForAllThree) {
     }
 }
 
+void ExpectBoundsOfTheLoops(const ImageBuffer& image) {
+    for (const float fraction : {kFraction, 0.0F, 0.3F, 1.0F, 1.5F}) {
+        SCOPED_TRACE(::testing::Message() << "fraction " << fraction);
+        const test::reference::ClipBounds expected = test::reference::FindBounds(image, fraction);
+        int32 low = 0, high = 0;
+        EXPECT_EQ(FindClipBounds(image, fraction, low, high), kSuccess);
+        ASSERT_EQ(low, expected.low);
+        ASSERT_EQ(high, expected.high);
+    }
+}
+
 TEST(ClipBounds, AreThoseOfTheLoopsOverTheWholePicture) {
     test::Random random(3);
     for (int32 i = 0; i < 200; ++i) {
         ImageBuffer image;
         MakeBandedPicture(image, random);
-        for (const float fraction : {kFraction, 0.0F, 0.3F, 1.0F, 1.5F}) {
-            SCOPED_TRACE(::testing::Message() << "picture " << i << ", fraction " << fraction);
-            const test::reference::ClipBounds expected = test::reference::FindBounds(image, fraction);
-            int32 low = 0, high = 0;
-            EXPECT_EQ(FindClipBounds(image, fraction, low, high), kSuccess);
-            ASSERT_EQ(low, expected.low);
-            ASSERT_EQ(high, expected.high);
+        SCOPED_TRACE(::testing::Message() << "picture " << i);
+        ASSERT_NO_FATAL_FAILURE(ExpectBoundsOfTheLoops(image));
+    }
+}
+
+TEST(ClipBounds, OfHighPicturesAreThoseOfTheLoopsWhateverSomeRowsSay) {
+    test::Random random(7);
+    for (int32 i = 0; i < 150; ++i) {
+        ImageBuffer image, other;
+        MakeBandedPicture(other, random);
+        ASSERT_TRUE(image.Create(other.width, random.Int(31, 70), 3, kDepth8u, 0));
+        // Rows far apart, from which the bounds are guessed, are like all, a little off, or of another kind.
+        const int32 kind = random.Int(0, 3), off = random.Int(1, 6);
+        for (int32 y = 0; y < image.height; ++y) {
+            const uint8* from = RowAt(other.data, other.Step(), random.Int(0, other.height - 1));
+            uint8* to = RowAt(image.data, image.Step(), y);
+            std::copy_n(from, image.Step(), to);
+            if (kind == 0 || y % 16 != 8) continue;
+            const uint8 flat = static_cast<uint8>(kind == 3 ? random.Int(0, 1) * 255 : random.Int(1, 254));
+            for (int32 k = 0; k < 3 * image.width; ++k) {
+                to[k] = kind == 1 ? static_cast<uint8>(std::clamp(to[k] + off, 0, 255)) : flat;
+            }
         }
+        SCOPED_TRACE(::testing::Message() << "picture " << i);
+        ASSERT_NO_FATAL_FAILURE(ExpectBoundsOfTheLoops(image));
+    }
+}
+
+TEST(ClipBounds, OfAVeryWidePictureAreThoseOfTheLoops) {
+    // Counts of bytes are full after 255 vectors.
+    ImageBuffer image;
+    test::MakeRandomPicture(image, 3 * 8160 + 77, 33, 3, 5);
+    for (int32 y = 0; y < image.height; ++y) {
+        uint8* row = RowAt(image.data, image.Step(), y);
+        for (int32 k = 0; k < 3 * image.width; ++k) row[k] = static_cast<uint8>(200 + row[k] % 20);
+    }
+    for (const float fraction : {kFraction, 0.95F}) {
+        const test::reference::ClipBounds expected = test::reference::FindBounds(image, fraction);
+        int32 low = 0, high = 0;
+        EXPECT_EQ(FindClipBounds(image, fraction, low, high), kSuccess);
+        EXPECT_EQ(low, expected.low);
+        EXPECT_EQ(high, expected.high);
     }
 }
 

@@ -138,7 +138,7 @@ TEST_F(ClassifierFile, LoadsWithEverythingPrepared) {
     for (std::size_t i = 0; i < 2; ++i) {
         // The bias comes off the file's threshold, which no norm has touched.
         EXPECT_EQ(file.stageThreshold[i] - 0.0001F, t.stageThreshold[i]) << "stage " << i;
-        EXPECT_NE(nullptr, t.stageObject[i]);
+        EXPECT_EQ(nullptr, t.stageObject[i]) << "made before any scan wants it";
     }
     EXPECT_EQ(file.classifierThreshold, t.classifierThreshold) << "classifier thresholds have no norm and no bias";
     EXPECT_EQ(24, t.maxFeatureWidth);
@@ -201,6 +201,7 @@ TEST_F(ClassifierFile, StagesMayShareClassifiersAndRectangles) {
     file.stageClassifierCount = {2, 2};
     file.stageFeatureStart = {0, 0};
     ASSERT_EQ(0, files_.Load(file));
+    ASSERT_EQ(0, MakeStages(g_classifier));
     ImageSize sizes[2];
     for (std::size_t i = 0; i < 2; ++i)
         ASSERT_EQ(0, primGetHaarClassifierSize_32f(g_classifier.stageObject[i].get(), &sizes[i]));
@@ -388,13 +389,35 @@ TEST_F(ClassifierFile, WhoseWindowHasNoInsideIsUnusable) {
     }
 }
 
-TEST_F(ClassifierFile, WhoseStagesFindNoMemoryGivesThatCode) {
-    for (int allowed = 0; allowed < 2; ++allowed) {
-        const HeapLimit limit(allowed);
-        EXPECT_EQ(-50, files_.Load(SmallCascade())) << allowed << " stages have memory";
-        EXPECT_TRUE(g_classifier.stageObject.empty());
+TEST_F(ClassifierFile, WithStagesButNothingInThemIsUnusable) {
+    CascadeFile file = SmallCascade();
+    file.header[3] = file.header[4] = 0;
+    file.stageClassifierCount = file.stageClassifierStart = file.stageFeatureStart = {0, 0};
+    file.classifierFeatureCount.clear();
+    file.classifierThreshold = file.classifierVal1 = file.classifierVal2 = file.featureWeight = {};
+    file.featureRect.clear();
+    ExpectRefused(file.Bytes(), "nothing");
+    const CascadeFile whole = SmallCascade();
+    file.header[4] = whole.header[4];
+    file.featureRect = whole.featureRect;
+    file.featureWeight = whole.featureWeight;
+    ExpectRefused(file.Bytes(), "rectangles alone");
+}
+
+TEST_F(ClassifierFile, StagesAreMadeOnceAndGoOnWhereMemoryEnded) {
+    ASSERT_EQ(0, files_.Load(SmallCascade()));
+    {
+        const HeapLimit limit(1);
+        EXPECT_EQ(-9, MakeStages(g_classifier));
     }
-    EXPECT_EQ(0, files_.Load(SmallCascade()));
+    const HaarClassifier* first = g_classifier.stageObject[0].get();
+    EXPECT_NE(nullptr, first);
+    EXPECT_EQ(nullptr, g_classifier.stageObject[1]);
+    ASSERT_EQ(0, MakeStages(g_classifier));
+    EXPECT_EQ(first, g_classifier.stageObject[0].get());
+    EXPECT_NE(nullptr, g_classifier.stageObject[1]);
+    const HeapLimit limit(0);
+    EXPECT_EQ(0, MakeStages(g_classifier)) << "made again";
 }
 
 TEST_F(ClassifierFile, OfRandomBytesNeverHarms) {

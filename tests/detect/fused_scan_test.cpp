@@ -93,6 +93,62 @@ CascadeFile RandomCascade(Random& random, bool chained) {
     return shared;
 }
 
+/// A stump of two nested rectangles, two, three or four of one size, whose weights make up for each other.
+WeakClassifier BalancedStump(Random& random) {
+    const int32 kind = random.Int(0, 4), parts = kind == 0 ? 2 : kind == 1 ? 3 : kind;
+    const int32 w = random.Int(1, 24 / parts), h = random.Int(1, 24), n = parts * w;
+    const int32 x = random.Int(0, 24 - n), y = random.Int(0, 24 - h);
+    WeakClassifier stump{{},
+                         static_cast<float>(random.Real(-0.2, 0.2)),
+                         static_cast<float>(random.Real(-1, 1)),
+                         static_cast<float>(random.Real(-1, 1))};
+    if (kind < 2) {
+        stump.rects = {{{x, y, n, h}, -1.0F}, {{x + w, y, w, h}, static_cast<float>(parts)}};
+    } else {
+        for (int32 r = 0; r < parts; ++r)
+            stump.rects.push_back({{x + r * w, y, w, h},
+                                   parts == 3 && r == 2       ? -2.0F
+                                   : parts != 3 && r % 2 != 0 ? -1.0F
+                                                              : 1.0F});
+    }
+    return stump;
+}
+
+TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithAFirstStageThatTakesShortSums) {
+    Random random(25);
+    int32 withHits = 0, takeShortSums = 0, all = 0;
+    for (int32 n = 0; n < 120; ++n) {
+        std::vector<CascadeStage> stages(2);
+        for (CascadeStage& stage : stages) {
+            for (int32 i = random.Int(1, 8); i > 0; --i) stage.classifiers.push_back(BalancedStump(random));
+            stage.threshold = static_cast<float>(random.Real(-1.5, 0.5));
+        }
+        // One that reaches the window's corners, without which the scan refuses the file.
+        stages[0].classifiers.push_back({{{{0, 0, 1, 1}, 1.0F}, {{23, 23, 1, 1}, -1.0F}}, 0.0F, 0.0F, 0.0F});
+        ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, stages))) << n;
+        takeShortSums += g_classifier.plan.takesShortSums ? 1 : 0;
+        ++all;
+        ASSERT_TRUE(ToImage(RandomScene(random), g_sourceImage));
+        withHits += BothScans(1.2F, "cascade " + std::to_string(n)).empty() ? 0 : 1;
+        if (HasFailure()) return;
+    }
+    EXPECT_GT(withHits, 20);
+    EXPECT_GT(takeShortSums, all / 2) << "short sums are hardly tried";
+    EXPECT_LT(takeShortSums, all) << "sums that are not short are not tried";
+}
+
+TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWhereLargeSumsAreRounded) {
+    // Which of two pixels is lighter: where sums are rounded, some that are are not.
+    const WeakClassifier lighter{{{{0, 0, 1, 1}, 1.0F}, {{23, 23, 1, 1}, -1.0F}}, 0.0F, -1.0F, 1.0F};
+    ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, {{{lighter}, 0.0F}})));
+    ASSERT_TRUE(g_classifier.plan.takesShortSums);
+    Random random(26);
+    Scene scene = BlankScene(350, 500, 245);
+    AddTexture(scene, 20, random);
+    ASSERT_TRUE(ToImage(scene, g_sourceImage));
+    EXPECT_FALSE(BothScans(2.0F, "bright and high").empty());
+}
+
 TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithTheDrawnFaces) {
     ASSERT_EQ(0, files_.Load(FaceCascade()));
     Random random(21);
@@ -127,6 +183,27 @@ TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithTheShippedClassifier) {
         BothScans(1.05F, "scene " + std::to_string(n));
         if (HasFailure()) return;
     }
+}
+
+TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsInBothPassesOfADetection) {
+    ASSERT_EQ(0, files_.Load(FaceCascade()));
+    g_detectorParams = std::make_unique<DetectorParams>();
+    g_minGroupMembers = 1'000'000; // so that no pass has a face
+    Random random(27);
+    int32 withHitsOfTheFirstScale = 0;
+    for (int32 n = 0; n < 60; ++n) {
+        ASSERT_TRUE(ToImage(RandomScene(random), g_sourceImage));
+        HitWatcher stepwise(true);
+        ASSERT_EQ(10, RunDetection(false)) << n;
+        HitWatcher fused(false);
+        ASSERT_EQ(10, RunDetection(false)) << n;
+        ASSERT_EQ(0, fused.steps) << n << ": it was not scanned in one go";
+        ASSERT_EQ(stepwise.text, fused.text) << n;
+        const float first = InitialScale(g_sourceImage.width, g_detectorParams->minFaceSize, 24);
+        const Candidate hit = CandidateOfWindow(0, 0, 24, first);
+        withHitsOfTheFirstScale += fused.text.find("," + std::to_string(hit.size) + " ") != std::string::npos ? 1 : 0;
+    }
+    EXPECT_GT(withHitsOfTheFirstScale, 5);
 }
 
 TEST_P(FusedScanTest, DecidesEveryWindowOfANoisyPictureAndHardlyAnyTwice) {

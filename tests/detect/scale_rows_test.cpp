@@ -1,8 +1,8 @@
 // The fused walk over a scale gives what the primitives give one after the other, with each form of the kernels.
 #include "detect/scale_rows.h"
 
-#include "detect/edge_bits.h"
 #include "detect/edge_pruning.h"
+#include "primitives/edge_bits.h"
 #include "primitives/primitives.h"
 #include "tests/detect/kernel_sets.h"
 #include "tests/support/random.h"
@@ -53,6 +53,13 @@ struct Scale {
 /// What the primitives make of a scale.
 struct Stepwise {
     ImageBuffer scaled, sum, squares, mask;
+    std::vector<int64> exact; // sums of levels
+
+    /// The sum of levels less 128, in 16 bits.
+    uint16 Short(int32 x, int32 y) const {
+        const auto at = static_cast<std::size_t>(y * (scaled.width + 1) + x);
+        return static_cast<uint16>(exact[at] - int64{128} * x * y);
+    }
 
     Stepwise(const ImageBuffer& grey, const Scale& scale) {
         const auto [width, height] = scale.size;
@@ -65,21 +72,55 @@ struct Stepwise {
         EXPECT_EQ(0, generic::primSqrIntegral_8u32f64f_C1(
                          scaled.data, scaled.Step(), reinterpret_cast<float*>(sum.data), sum.Step(),
                          reinterpret_cast<double*>(squares.data), squares.Step(), scale.size, -16777216.0F, 0.0));
+        const auto stride = static_cast<std::size_t>(width) + 1;
+        exact.resize(stride * (static_cast<std::size_t>(height) + 1));
+        for (int32 y = 0; y < height; ++y) {
+            int64 row = 0;
+            for (int32 x = 0; x < width; ++x) {
+                const std::size_t above = static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x) + 1;
+                row += RowAt(scaled.data, scaled.Step(), y)[x];
+                exact[above + stride] = exact[above] + row;
+            }
+        }
         EdgeWorkspace edges;
         EXPECT_EQ(0, PruneByEdges(scaled.data, scaled.Step(), mask.data, mask.Step(), scale.positions.width,
                                   scale.positions.height, 0, edges));
     }
 };
 
-void ExpectSame(const Stepwise& expected, ScaleRows& rows, const Scale& scale, const std::string& what) {
-    for (int32 y = 0; y <= scale.size.height; ++y) {
-        const auto* sum = reinterpret_cast<const float*>(RowAt(expected.sum.data, expected.sum.Step(), y));
-        const auto* squares = reinterpret_cast<const double*>(RowAt(expected.squares.data, expected.squares.Step(), y));
-        for (int32 x = 0; x <= scale.size.width; ++x) {
-            ASSERT_EQ(sum[x], rows.SumRow(y)[x]) << what << ": sum at " << x << ", " << y;
-            const auto modulo = static_cast<uint32>(static_cast<uint64>(squares[x]));
-            ASSERT_EQ(modulo, rows.SquaresRow(y)[x]) << what << ": squares at " << x << ", " << y;
+bool HasEdges(const Stepwise& expected, const Scale& scale, int32 y) {
+    const uint8* mask = RowAt(expected.mask.data, expected.mask.Step(), y);
+    return std::any_of(mask, mask + scale.positions.width, [](uint8 open) { return open != 0; });
+}
+
+/// Sums of some rows, counted from the first of them.
+void ExpectSameSums(const Stepwise& expected, const ScaleRows& rows, int32 first, int32 last, const std::string& what) {
+    const auto sumRow = [&](int32 y) {
+        return reinterpret_cast<const float*>(RowAt(expected.sum.data, expected.sum.Step(), y));
+    };
+    const auto squaresRow = [&](int32 y) {
+        return reinterpret_cast<const double*>(RowAt(expected.squares.data, expected.squares.Step(), y));
+    };
+    for (int32 y = first; y <= last; ++y) {
+        for (int32 x = 0; x <= expected.scaled.width; ++x) {
+            ASSERT_EQ(sumRow(y)[x] - sumRow(first)[x], rows.SumRow(y)[x] - rows.SumRow(first)[x])
+                << what << ": sum at " << x << ", " << y;
+            const auto modulo = static_cast<uint32>(static_cast<uint64>(squaresRow(y)[x] - squaresRow(first)[x]));
+            ASSERT_EQ(modulo, rows.SquaresRow(y)[x] - rows.SquaresRow(first)[x])
+                << what << ": squares at " << x << ", " << y;
+            ASSERT_EQ(static_cast<uint16>(expected.Short(x, y) - expected.Short(x, first)),
+                      static_cast<uint16>(rows.ShortSumRow(y)[x] - rows.ShortSumRow(first)[x]))
+                << what << ": short sum at " << x << ", " << y;
         }
+    }
+}
+
+/// Of the sums, those of windows that the edges leave.
+void ExpectSame(const Stepwise& expected, ScaleRows& rows, const Scale& scale, const std::string& what) {
+    const int32 reach = scale.size.height - scale.positions.height + 1;
+    for (int32 y = 0; y < scale.positions.height; ++y) {
+        if (HasEdges(expected, scale, y)) ExpectSameSums(expected, rows, y, y + reach, what);
+        if (::testing::Test::HasFatalFailure()) return;
     }
     for (int32 y = 0; y < scale.positions.height; ++y) {
         const uint8* mask = RowAt(expected.mask.data, expected.mask.Step(), y);
@@ -120,7 +161,54 @@ TEST_P(ScaleRowsTest, RoundSumsBeyond2To24AsThePrimitiveDoes) {
     const Scale scale{grey.Size(), 1.0F, {grey.width - 24, grey.height - 24}};
     rows.Make(scale.size, scale.factor, scale.positions);
     ASSERT_GT(rows.SumRow(480)[351], 16777216.0F);
-    ExpectSame(Stepwise(grey, scale), rows, scale, "bright");
+    EXPECT_FALSE(rows.SumsAreExact());
+    const Stepwise expected(grey, scale);
+    ExpectSame(expected, rows, scale, "bright");
+    EXPECT_EQ(-16777216.0F, rows.SumRow(0)[351]);
+    ExpectSameSums(expected, rows, 0, 480, "bright");
+}
+
+TEST_P(ScaleRowsTest, SumOnlyWhatWindowsOfEdgesReach) {
+    // Two bars, whose edges' windows do not reach each other.
+    const ImageBuffer grey =
+        Picture(120, 200, [](int32, int32 y) { return (y >= 40 && y < 44) || (y >= 120 && y < 124) ? 200 : 60; });
+    const Scale scale{grey.Size(), 1.0F, {97, 177}};
+    const Stepwise expected(grey, scale);
+    ScaleRows rows(GetParam().kernels, grey);
+    ASSERT_TRUE(rows.Reserve(grey.Size()));
+    rows.Make(scale.size, scale.factor, scale.positions);
+    ExpectSame(expected, rows, scale, "bars");
+    EXPECT_TRUE(rows.SumsAreExact());
+    // What is not made is as the storage came, with zeros.
+    int32 begun = 0, made = 0;
+    for (int32 y = 0; y <= scale.size.height; ++y) {
+        const float* row = rows.SumRow(y);
+        const bool isMade = row[0] != 0.0F;
+        made += isMade ? 1 : 0;
+        begun += isMade && std::all_of(row, row + scale.size.width + 1, [&](float sum) { return sum == row[0]; });
+        bool reached = false;
+        for (int32 top = std::max(0, y - 24); top <= std::min(y, scale.positions.height - 1); ++top)
+            reached = reached || HasEdges(expected, scale, top);
+        EXPECT_EQ(reached, isMade) << "row " << y;
+    }
+    EXPECT_EQ(2, begun);
+    EXPECT_LT(made, 80);
+}
+
+TEST_P(ScaleRowsTest, KnowWhetherTheLastSumIsBelow2To24) {
+    // The float plane begins at -2^24, so that the last sum may be 2^25 less one.
+    for (const int32 missing : {-1, 0, 1}) {
+        int32 rest = 255 * 365 * 365 - (1 << 25) + missing;
+        const ImageBuffer grey = Picture(365, 365, [&rest](int32, int32) {
+            const int32 less = std::min(rest, 255);
+            rest -= less;
+            return 255 - less;
+        });
+        ScaleRows rows(GetParam().kernels, grey);
+        ASSERT_TRUE(rows.Reserve(grey.Size()));
+        rows.Make(grey.Size(), 1.0, {340, 340});
+        EXPECT_EQ(missing > 0, rows.SumsAreExact()) << missing;
+    }
 }
 
 TEST_P(ScaleRowsTest, StayBlackWhereARoundedUpScaleHasNoPicture) {

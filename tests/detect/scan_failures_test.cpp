@@ -235,6 +235,26 @@ TEST_F(ScanFailures, OfAnyOneAllocationAreMinus50OrAnUnprunedScale) {
     EXPECT_GE(outOfMemory, 7) << "work copy, grey plane and five planes at least";
 }
 
+TEST_F(ScanFailures, OfTheStagesThatTheFirstScanByStepsMakesAreMinus50) {
+    const Scene scene = FaceScene(60, 50, 10, 5, 40);
+    const auto stages = static_cast<int>(g_classifier.stageObject.size());
+    ASSERT_GE(stages, 2);
+    int minus50 = 0;
+    // The work picture and the grey plane come first.
+    for (int made = 0; made < stages; ++made) {
+        ASSERT_EQ(0, files_.Load(FaceCascade()));
+        bool failed = false;
+        g_faceRecord = {11, 12, 13, 14};
+        minus50 += ScanWithOneFailure(scene, 2 + made, failed) == -50 ? 1 : 0;
+        EXPECT_TRUE(failed);
+        ExpectRecordUntouched("stage " + std::to_string(made));
+        EXPECT_EQ(made, std::count_if(g_classifier.stageObject.begin(), g_classifier.stageObject.end(),
+                                      [](const HaarStage& stage) { return stage != nullptr; }));
+        EXPECT_EQ(0, Scan(scene)) << "the next scan makes the others";
+    }
+    EXPECT_EQ(stages, minus50);
+}
+
 TEST_F(ScanFailures, OfAllAllocationsFromOneOnAreMinus50OrAnUnprunedScan) {
     const Scene scene = FaceScene(60, 50, 10, 5, 40);
     ASSERT_TRUE(ToImage(scene, g_sourceImage));

@@ -412,12 +412,15 @@ TEST(ImageRemake, KeepsTheStorageWhileItSufficesAndClearsThePadding) {
 TEST(ImageRemake, GetsOtherStorageWhereItMust) {
     ImageBuffer image = Made(4, 4, 1, kDepth8u);
     std::memset(image.data, 9, 16);
-    ASSERT_TRUE(image.Remake(40, 30, 3, kDepth8u));
-    EXPECT_TRUE(HasOnly(0, image));
+    ASSERT_TRUE(image.Remake(39, 30, 3, kDepth8u));
+    for (int32 y = 0; y < 30; ++y) {
+        std::memset(image.data + image.Step() * y, 9, 3 * 39);
+        for (int32 i = 3 * 39; i < image.Step(); ++i) ASSERT_EQ(0, image.data[image.Step() * y + i]) << i << ", " << y;
+    }
     ASSERT_TRUE(image.Remake(5, 5, 1, kDepth64f)) << "of another allocator";
     EXPECT_TRUE(HasOnly(0, image));
-    ASSERT_TRUE(image.Remake(2, 2, 1, kDepth8u));
-    EXPECT_TRUE(HasOnly(0, image));
+    ASSERT_TRUE(image.Remake(2, 2, 1, kDepth16s));
+    EXPECT_TRUE(HasOnly(0, image)) << "only that of 8 bits is not zeroed";
     EXPECT_FALSE(image.Remake(0, 5, 3, kDepth8u));
     EXPECT_EQ(nullptr, image.data);
     const HeapLimit none(0);

@@ -17,6 +17,8 @@ library=$(realpath /usr/lib/*-linux-gnu/liborvane.so.1)
 install ./orvane_*.deb
 use_tool
 [ -e /usr/share/man/man1/orvane.1.gz ] || fail "no manual of orvane"
+compgen -G "/usr/share/doc/orvane/cluster.md*" >/dev/null || fail "no page on clusters"
+[ -x /usr/share/doc/orvane/examples/cluster/parallel.sh ] || fail "no examples for clusters"
 
 install ./liborvane-dev_*.deb gcc g++ libc6-dev make pkg-config cmake mono-mcs mono-runtime
 run 0 pkg-config --modversion orvane

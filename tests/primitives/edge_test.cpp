@@ -265,6 +265,26 @@ TEST(Canny, EqualsThePlainFormOnAnyGradients) {
     }
 }
 
+TEST(Canny, EqualsThePlainFormWhereOneGradientAloneIsSteep) {
+    // Up to 16383 pixels are taken as bits, and what a steeper one finds begun is begun anew.
+    Random random;
+    for (const int32 steepest : {16383, 16384, 32767, -16383, -16384, -32768}) {
+        for (const bool alongY : {false, true}) {
+            const ImageSize roi{random.Int(30, 150), random.Int(20, 30)};
+            auto dx = Plane<int16>::Source(roi.width, roi.height, random);
+            auto dy = Plane<int16>::Source(roi.width, roi.height, random);
+            for (int32 y = 0; y < roi.height; ++y) {
+                for (int32 x = 0; x < roi.width; ++x) {
+                    dx.At(x, y) = static_cast<int16>(random.Int(-40, 40));
+                    dy.At(x, y) = static_cast<int16>(random.Int(-40, 40));
+                }
+            }
+            (alongY ? dy : dx).At(random.Int(0, roi.width - 1), roi.height - 1) = static_cast<int16>(steepest);
+            JudgeCanny(dx, dy, roi, 8.0f, 24.0f, random);
+        }
+    }
+}
+
 TEST(Canny, AWidthThatShortCellNumbersCannotCountWorks) {
     Random random;
     for (const ImageSize roi : {ImageSize{65532, 2}, {65533, 2}, {70000, 1}, {2, 65533}}) {

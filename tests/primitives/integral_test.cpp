@@ -3,6 +3,7 @@
 #include "primitives/primitives.h"
 #include "tests/reference/integral.h"
 
+#include <limits>
 #include <vector>
 
 namespace orvane::test {
@@ -38,6 +39,35 @@ TEST(SqrIntegral, EqualsThePlainFormAtEveryWidth) {
         reference::SqrIntegral(src, expectedSum, expectedSquares, roi, sumInit, squaresInit);
         ASSERT_PRED_FORMAT2(Plane<float>::Same, sum, expectedSum) << "width " << width;
         ASSERT_PRED_FORMAT2(Plane<double>::Same, squares, expectedSquares) << "width " << width;
+    }
+}
+
+TEST(SqrIntegral, EqualsThePlainFormWhereSumsAreRoundedAndWhereNot) {
+    // White pixels raise a sum as far as any, and from 2^24 on a float is rounded.
+    Random random;
+    const ImageSize roi{70, 9};
+    Plane<uint8> src(roi.width, roi.height, 0, 0, 0);
+    src.FillRegion(255);
+    const float highest = 16777216.0f - 255 * 70 * 9;
+    for (const float init : {kScanInit, kScanInit - 2, -16777215.0f, 0.5f, 0.1f, 1e-10f, -1e-38f, 1e30f, -0.0f, 0.0f,
+                             highest, highest + 1, 16777216.0f, std::numeric_limits<float>::infinity()}) {
+        const Integral planes(src, roi, init, 0.25, random);
+        auto sum = planes.sum;
+        auto squares = planes.squares;
+        reference::SqrIntegral(src, sum, squares, roi, init, 0.25);
+        EXPECT_PRED_FORMAT2(Plane<float>::Same, planes.sum, sum) << "from " << init;
+        EXPECT_PRED_FORMAT2(Plane<double>::Same, planes.squares, squares) << "from " << init;
+    }
+}
+
+TEST(SqrIntegral, EqualsThePlainFormOfRowsWhoseSquaresFit32BitsAndLongerOnes) {
+    Random random;
+    for (const int32 width : {33023, 33024, 33025, 33040}) {
+        Plane<uint8> src(width, 1, 0, 0, 0);
+        src.FillRegion(255);
+        const Integral planes(src, {width, 1}, kScanInit, 0.0, random);
+        EXPECT_EQ(65025.0 * width, planes.squares.At(width, 1)) << width;
+        EXPECT_EQ(kScanInit + 255.0 * width, planes.sum.At(width, 1)) << width;
     }
 }
 

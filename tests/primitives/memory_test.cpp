@@ -58,6 +58,20 @@ TEST(Malloc, TheLargestLengthAsksForMoreThanItselfWithoutOverflow) {
     EXPECT_EQ(static_cast<std::size_t>(kMost) + 32 + sizeof(void*), asked);
 }
 
+TEST(AllocateUnset, HasTheBytesOfAnImageAtABoundaryOrNone) {
+    for (const int32 channels : {1, 3}) {
+        uint8* p = AllocateUnset(33, 5, channels);
+        ASSERT_NE(nullptr, p);
+        EXPECT_TRUE(IsAligned(p));
+        std::memset(p, 0xEE, static_cast<std::size_t>(channels == 1 ? 64 : 128) * 5); // all is writable
+        primFreeImage(p);
+        EXPECT_EQ(nullptr, AllocateUnset(0, 5, channels));
+        EXPECT_EQ(nullptr, AllocateUnset(kMost, kMost, channels));
+        const HeapLimit limit(0);
+        EXPECT_EQ(nullptr, AllocateUnset(33, 5, channels));
+    }
+}
+
 TEST(Free, IgnoresNull) {
     primFree(nullptr);
     primFreeImage(nullptr);

@@ -305,6 +305,19 @@ TEST_P(ResizeByCode, FailuresAreTestedInOrder) {
     EXPECT_EQ(-9, primResize_8u_C1(src.data(), {4, 4}, 4, {0, 0, 4, 4}, dst, 4, {4, 4}, 1, 1, code));
 }
 
+TEST_P(ResizeByCode, EqualsThePlainFormInPicturesOfManyPixels) {
+    // So many that some lie where the floats of the fast forms would round another way.
+    Random random(9);
+    const bool reducing = GetParam() == kBoxAverage;
+    for (const double factor : {0.8, 0.63, 0.45}) {
+        for (const int32 channels : {1, 3}) {
+            const double taken = reducing ? factor : 1.9 * factor;
+            const ImageSize room{static_cast<int32>(401 * taken), static_cast<int32>(300 * taken)};
+            Judge({{401, 300}, {0, 0, 401, 300}, room, taken, taken, GetParam(), channels}, random);
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(AllCodes, ResizeByCode, ::testing::Values(kNearest, kLinear, kCubic, kBoxAverage));
 
 /// Resizes a whole plane of one channel into exactly `room`.

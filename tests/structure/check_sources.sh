@@ -15,7 +15,7 @@ system_headers+='|<(dlfcn|unistd|pthread|sched|fcntl|poll|link)\.h>|<(sys|linux|
 system_headers+='|<(glib|gio|gobject|gtk)(-[a-z]+)?[./]|<Q[A-Za-z/]+>'
 # Files that may name a system: a system's own folders, the picture files of the tools, what the tests
 # need of a host, and the public header, which has the system's handle types.
-system_files='(^|/)(windows|win32|linux|qt|directshow|gstreamer|support)/|^include/|^examples/|^tests/(exports|tools)/'
+system_files='(^|/)(windows|win32|linux|qt|directshow|gstreamer|support)/|^include/|^examples/|^tests/(exports|tools|watch)/'
 
 existing=()
 for folder in "${folders[@]}"; do

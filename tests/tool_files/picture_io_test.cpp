@@ -6,8 +6,23 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace orvane::tools {
 namespace {
+
+/// Fills what the heap gives out, so that bytes which nobody writes show.
+class UsedHeap {
+public:
+#ifdef __GLIBC__
+    UsedHeap() { mallopt(M_PERTURB, 0xA5); }
+    ~UsedHeap() { mallopt(M_PERTURB, 0); }
+    UsedHeap(const UsedHeap&) = delete;
+    UsedHeap& operator=(const UsedHeap&) = delete;
+#endif
+};
 
 #ifdef _WIN32
 constexpr const char* kDevice = "NUL";
@@ -47,6 +62,21 @@ TEST(PictureIo, LosslessFormatsGiveBackEveryPixelAtEveryWidth) {
             EXPECT_EQ(back.height, 5);
             EXPECT_EQ(back.step, (width * 3 + 3) / 4 * 4);
             EXPECT_EQ(back.pixels, picture.pixels) << extension << ", width " << width;
+        }
+    }
+}
+
+TEST(PictureIo, ABitmapHasZerosBehindItsRows) {
+    for (const int32 width : {1, 2, 3, 4, 5, 486}) {
+        const std::size_t used = 3 * static_cast<std::size_t>(width), step = (used + 3) / 4 * 4;
+        std::string bmp;
+        {
+            [[maybe_unused]] const UsedHeap heap;
+            bmp = Encoded(".bmp", ColourfulPicture(width, 7));
+        }
+        ASSERT_GE(bmp.size(), 7 * step);
+        for (std::size_t row = bmp.size() - 7 * step; row < bmp.size(); row += step) {
+            EXPECT_EQ(bmp.substr(row + used, step - used), std::string(step - used, '\0')) << "width " << width;
         }
     }
 }

@@ -78,6 +78,7 @@ TEST_P(CascadeFile, IsTakenByTheDetectorWithTheSameStages) {
     std::filesystem::remove_all(folder);
     ASSERT_EQ(status, 0);
     ASSERT_EQ(PrepareClassifier(1, 0.0001f, tables), 0);
+    ASSERT_EQ(MakeStages(tables), 0);
     ASSERT_EQ(tables.stageCount, 3);
 
     // Every stage decides every window alike: the detector's object, and the trainer's sum against the threshold.

@@ -1,6 +1,7 @@
 // A whole small training on made-up data: it learns, gives the same bytes again, and goes on after a stop.
 #include "tools/train/trainer.h"
 
+#include "tests/support/temp_folder.h"
 #include "tests/train/samples.h"
 
 #include <gtest/gtest.h>
@@ -40,16 +41,10 @@ TrainOptions SmallTraining(const std::string& folder) {
 class Training : public testing::Test {
 protected:
     void SetUp() override {
-        folder_ = testing::TempDir() + "orvane_trainer_test";
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
         log_ = std::fopen((folder_ + "/log.txt").c_str(), "w");
         ASSERT_NE(log_, nullptr);
     }
-    void TearDown() override {
-        std::fclose(log_);
-        fs::remove_all(folder_);
-    }
+    void TearDown() override { std::fclose(log_); }
     std::vector<uint8> Result(const TrainOptions& options) {
         std::vector<uint8> bytes;
         EXPECT_EQ(Train(options, data_, log_), 0);
@@ -58,7 +53,8 @@ protected:
     }
 
     const TrainData data_ = MadeUpData();
-    std::string folder_;
+    const test::TempFolder own_;
+    const std::string folder_ = own_.Path().string();
     std::FILE* log_ = nullptr;
 };
 

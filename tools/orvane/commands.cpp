@@ -11,8 +11,6 @@
 #include "tools/support/status_text.h"
 #include "tools/support/utf8.h"
 
-#include <utility>
-
 namespace orvane::tools {
 namespace {
 
@@ -63,16 +61,17 @@ void EncodeSteps(Steps& steps, const Options& options, PhotoReport* report) {
     }
 }
 
-/// Prints the report and gives the exit code so far.
-ExitCode Tell(const PhotoReport& report, bool json, ExitCode before) {
-    const std::string error = ErrorLine(report);
-    if (!error.empty()) PrintError(error);
-    const std::string line = json ? JsonLine(report) : TextLine(report);
-    if (!line.empty() && !Print(line + "\n")) return kExitError;
-    return Worse(before, report);
+} // namespace
+
+PhotoReport FaceOf(Host& host, const std::string& photo) {
+    PhotoReport report;
+    Picture picture;
+    if (Decode(photo, &picture, &report)) host.Detect(picture, &report);
+    return report;
 }
 
-PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput& output, const Options& options) {
+PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput& output, const Options& options,
+                       PortraitPlace* place) {
     PhotoReport report;
     report.photo = photo;
     report.error = output.error;
@@ -84,11 +83,17 @@ PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput
         if (!Decode(photo, &picture, &report)) return report;
         host.MakePortrait(picture, options, &portrait, &report, options.steps.empty() ? nullptr : &steps);
     }
+    if (place != nullptr && !portrait.pixels.empty()) {
+        place->Put(std::move(portrait), &report);
+        return report;
+    }
     if (portrait.pixels.empty()) return report;
     Encode(output.path, std::move(portrait), options.force, &report);
     EncodeSteps(steps, options, &report);
     return report;
 }
+
+namespace {
 
 std::string InfoJson(const LibraryInfo& info) {
     JsonObject classifier;
@@ -142,37 +147,6 @@ ExitCode RunInfo(const Options& options) {
     if (info.classifierStatus == kSuccess) return kExitGood;
     PrintError(StatusText(info.classifierStatus));
     return kExitError;
-}
-
-ExitCode RunDetect(const Options& options) {
-    Host host;
-    if (!IsOpen(host)) return kExitError;
-    ExitCode code = kExitGood;
-    for (const std::string& photo : options.photos) {
-        PhotoReport report;
-        Picture picture;
-        if (Decode(photo, &picture, &report)) host.Detect(picture, &report);
-        code = Tell(report, options.json, code);
-    }
-    return code;
-}
-
-ExitCode RunPortrait(const Options& options) {
-    std::vector<PlannedOutput> outputs;
-    std::string error;
-    if (!PlanOutputs(options.photos, options.output, options.force, &outputs, &error) ||
-        (!options.steps.empty() &&
-         !PlanSteps(options.photos, options.steps, StepNames(options.actions), options.force, &outputs, &error))) {
-        PrintError(error);
-        return kExitError;
-    }
-    Host host;
-    if (!IsOpen(host)) return kExitError;
-    ExitCode code = kExitGood;
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-        code = Tell(PortraitOf(host, options.photos[i], outputs[i], options), options.json, code);
-    }
-    return code;
 }
 
 } // namespace orvane::tools

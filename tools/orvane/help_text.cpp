@@ -6,7 +6,9 @@ const char* const kHelpText =
     R"(orvane: finds the face in a photograph and makes a portrait for an identity card.
 
   orvane portrait PHOTO... -o FILE|FOLDER [option...]
-  orvane detect PHOTO... [--json]
+  orvane detect PHOTO... [option...]
+  orvane watch FOLDER -o FOLDER [option...]
+  orvane report join REPORT... -o REPORT [--force]
   orvane info [--json]
   orvane help | version
 
@@ -23,12 +25,35 @@ portrait writes one picture a photo: into FILE, whose extension tells the format
   --steps FOLDER       also writes the picture after each action, and the background's mask, into an
                        existing folder: PHOTO-0-crop.png and so on
   --force              replaces existing files
-  --json               one object a photo and line on standard output
 detect prints the face rectangle in pixels of the photo, counted from its upper left corner.
+
+Both take many photos: a PHOTO may be a folder, of which all photos are taken.
+  -r, --recursive      also the folders in a folder
+  --files-from LIST    also the photos and folders of a file, one a line or with a zero byte behind
+                       each; - for standard input
+  --shard I/N          only the photos whose names fall to part I of N, for several machines
+  --jobs N             worker processes (one a processor), 1 to 256
+  --timeout SECONDS    how long a photo may take (30)
+  --memory SIZE        how much memory a worker may take (2G), such as 500M
+  --report FILE        one row a photo, as .csv or .jsonl
+  --json               one object a photo and line on standard output
+  --quiet              no lines of photos that went well, and no progress
+portrait alone:
+  --output-name NAME   of each portrait in the folder ({stem}.png): {stem} is the photo's name,
+                       {folder} its folder below the one given, {number} its number
+  --resume             skips photos whose portraits an earlier run made into the folder
+
+watch makes a portrait of each photo that lies in a folder or arrives there, until Ctrl-C, with the
+options of portrait but -r, --files-from, --steps, --resume and {number}. The photo stays where it is and
+is not done again; one that gives no portrait moves to the folder 'failed' of -o, with a text beside it
+that says why. Names with a dot in front, or another extension than a photo's, are left alone.
+
+report join makes one report of those of several shards or attempts.
 info prints version, library, classifier and processor. -- ends the options.
 
 Exit code: 0 all went well, 10 a photo had no face, 1 any error, also in the command line; 1 wins over
-10. Each photo that failed is one line on standard error, and the others are done all the same.
+10; 130 interrupted, which a watch ends with 0. Each photo that failed is one line on standard error,
+and the others are done all the same.
 )";
 
 } // namespace orvane::tools

@@ -1,6 +1,10 @@
 // orvane: portraits from the command line.
 #include "tools/orvane/commands.h"
 #include "tools/orvane/help_text.h"
+#include "tools/orvane/photo_run.h"
+#include "tools/orvane/photo_worker.h"
+#include "tools/orvane/report_join.h"
+#include "tools/orvane/watch_run.h"
 #include "tools/support/kept_memory.h"
 #include "tools/support/program_arguments.h"
 #include "tools/support/result_stream.h"
@@ -26,9 +30,14 @@ ExitCode Run(const std::vector<std::string>& arguments) {
     case Command::info:
         return RunInfo(options);
     case Command::detect:
-        return RunDetect(options);
     case Command::portrait:
-        return RunPortrait(options);
+        return RunOverPhotos(options);
+    case Command::watch:
+        return RunWatch(options);
+    case Command::joinReports:
+        return RunJoin(options);
+    case Command::worker:
+        return RunWorker();
     }
     return kExitError;
 }

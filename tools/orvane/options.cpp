@@ -1,5 +1,8 @@
 #include "tools/orvane/options.h"
 
+#include "tools/batch/output_pattern.h"
+#include "tools/orvane/report_file.h"
+
 #include <optional>
 
 namespace orvane::tools {
@@ -37,10 +40,72 @@ bool SetSteps(const std::string& text, Options* options, std::string* error) {
     return !text.empty();
 }
 
+bool SetOutputName(const std::string& text, Options* options, std::string* error) {
+    options->outputName = text;
+    return CheckPattern(text, error);
+}
+
+bool SetFilesFrom(const std::string& text, Options* options, std::string* error) {
+    options->filesFrom = text;
+    if (text.empty()) *error = "--files-from wants a file, or - for standard input";
+    return !text.empty();
+}
+
+bool SetReport(const std::string& text, Options* options, std::string* error) {
+    options->report = text;
+    if (IsReportName(text)) return true;
+    *error = "--report wants a file named .csv or .jsonl, not '" + text + "'";
+    return false;
+}
+
+bool SetShard(const std::string& text, Options* options, std::string* error) {
+    const std::optional<Shard> shard = ShardOf(text);
+    if (!shard) {
+        *error = "--shard wants I/N, such as 1/4, of at most " + std::to_string(kMostShards) + ", not '" + text + "'";
+        return false;
+    }
+    options->shard = *shard;
+    return true;
+}
+
+bool SetJobs(const std::string& text, Options* options, std::string* error) {
+    options->jobs = NumberWithin(text, 1, kMaxJobs);
+    if (!options->jobs) *error = "--jobs wants a number, " + Range(1, kMaxJobs) + ", not '" + text + "'";
+    return options->jobs.has_value();
+}
+
+bool SetTimeout(const std::string& text, Options* options, std::string* error) {
+    options->timeout = NumberWithin(text, 1, kMaxTimeout);
+    if (!options->timeout) *error = "--timeout wants seconds, " + Range(1, kMaxTimeout) + ", not '" + text + "'";
+    return options->timeout.has_value();
+}
+
+/// Megabytes with an M behind them, or gigabytes with a G.
+bool SetMemory(const std::string& text, Options* options, std::string* error) {
+    const char unit = text.empty() ? '\0' : text.back();
+    const auto count = NumberWithin(text.substr(0, text.size() - (text.empty() ? 0 : 1)), 1, 1 << 20);
+    if (count && (unit == 'M' || unit == 'G')) {
+        const std::uint64_t bytes = static_cast<std::uint64_t>(*count) * (unit == 'G' ? 1024 : 1) * kMegabyte;
+        if (bytes >= kLeastMemory) {
+            options->memory = bytes;
+            return true;
+        }
+    }
+    *error = "--memory wants a size such as 2G or 500M, at least 64M, not '" + text + "'";
+    return false;
+}
+
 struct ValueOption {
     const char* name;
     bool (*set)(const std::string& text, Options* options, std::string* error);
+    unsigned commands; ///< Those that know it.
 };
+
+constexpr unsigned kPortrait = 1;
+constexpr unsigned kDetect = 2;
+constexpr unsigned kJoin = 4;
+constexpr unsigned kInfo = 8;
+constexpr unsigned kWatch = 16;
 
 /// A setting that other programs know too.
 template <bool set(const std::string& text, PortraitSettings* settings, std::string* error)>
@@ -48,24 +113,59 @@ bool Shared(const std::string& text, Options* options, std::string* error) {
     return set(text, options, error);
 }
 
-/// All of them belong to `portrait`.
-constexpr ValueOption kValueOptions[] = {{"-o", SetOutput},
-                                         {"--output", SetOutput},
-                                         {"--size", Shared<SetSize>},
-                                         {"--crop-ratio", Shared<SetCropRatio>},
-                                         {"--actions", Shared<SetActions>},
-                                         {"--tolerance", SetTolerance},
-                                         {"--rotate", SetRotation},
-                                         {"--steps", SetSteps}};
+constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | kWatch},
+                                         {"--output", SetOutput, kPortrait | kJoin | kWatch},
+                                         {"--output-name", SetOutputName, kPortrait | kWatch},
+                                         {"--size", Shared<SetSize>, kPortrait | kWatch},
+                                         {"--crop-ratio", Shared<SetCropRatio>, kPortrait | kWatch},
+                                         {"--actions", Shared<SetActions>, kPortrait | kWatch},
+                                         {"--tolerance", SetTolerance, kPortrait | kWatch},
+                                         {"--rotate", SetRotation, kPortrait | kWatch},
+                                         {"--steps", SetSteps, kPortrait},
+                                         {"--files-from", SetFilesFrom, kPortrait | kDetect},
+                                         {"--report", SetReport, kPortrait | kDetect | kWatch},
+                                         {"--shard", SetShard, kPortrait | kDetect | kWatch},
+                                         {"--jobs", SetJobs, kPortrait | kDetect | kWatch},
+                                         {"--timeout", SetTimeout, kPortrait | kDetect | kWatch},
+                                         {"--memory", SetMemory, kPortrait | kDetect | kWatch}};
+
+struct FlagOption {
+    const char* name;
+    bool& (*flag)(Options& options);
+    unsigned commands;
+};
+
+constexpr FlagOption kFlagOptions[] = {
+    {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
+    {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
+    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo | kWatch},
+    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect | kWatch},
+    {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
+    {"--resume", [](Options& o) -> bool& { return o.resume; }, kPortrait}};
+
+unsigned BitOf(Command command) {
+    switch (command) {
+    case Command::portrait:
+        return kPortrait;
+    case Command::detect:
+        return kDetect;
+    case Command::joinReports:
+        return kJoin;
+    case Command::watch:
+        return kWatch;
+    default:
+        return kInfo;
+    }
+}
 
 /// Walks the arguments after the command.
 class Reader {
 public:
     Reader(const std::vector<std::string>& arguments, Options* options, std::string* error)
-        : arguments_(arguments), options_(options), error_(error) {}
+        : arguments_(arguments), options_(options), error_(error), command_(BitOf(options->command)) {}
 
     bool Run() {
-        for (at_ = 1; at_ < arguments_.size(); ++at_) {
+        for (at_ = command_ == kJoin ? 2 : 1; at_ < arguments_.size(); ++at_) {
             if (!Take(arguments_[at_])) return false;
         }
         // Asking for a turn asks for the action that does it, whatever the order of the two options.
@@ -84,17 +184,17 @@ private:
             options_->command = Command::help;
             return true;
         }
-        if (argument == "--json") return options_->json = true;
-        const bool portrait = arguments_[0] == "portrait";
-        if (argument == "--force" && portrait) return options_->force = true;
-        return portrait ? TakeValue(argument) : Unknown(argument);
+        for (const FlagOption& option : kFlagOptions) {
+            if (argument == option.name && (option.commands & command_) != 0) return option.flag(*options_) = true;
+        }
+        return TakeValue(argument);
     }
 
     bool TakeValue(const std::string& argument) {
         const std::size_t equals = argument.find('=');
         const std::string name = argument.substr(0, equals);
         for (const ValueOption& option : kValueOptions) {
-            if (name != option.name) continue;
+            if (name != option.name || (option.commands & command_) == 0) continue;
             if (name == "--rotate") turned_ = true;
             if (equals != std::string::npos) return option.set(argument.substr(equals + 1), options_, error_);
             if (++at_ < arguments_.size()) return option.set(arguments_[at_], options_, error_);
@@ -112,6 +212,7 @@ private:
     const std::vector<std::string>& arguments_;
     Options* options_;
     std::string* error_;
+    const unsigned command_;
     std::size_t at_ = 0;
     bool onlyPhotos_ = false;
     bool turned_ = false;
@@ -128,7 +229,52 @@ bool FindCommand(const std::string& name, Command* command) {
         *command = Command::detect;
     } else if (name == "portrait") {
         *command = Command::portrait;
+    } else if (name == "watch") {
+        *command = Command::watch;
+    } else if (name == "report") {
+        *command = Command::joinReports;
+    } else if (name == kWorkerCommand) {
+        *command = Command::worker;
     } else {
+        return false;
+    }
+    return true;
+}
+
+/// What no single option tells.
+bool CheckRun(const std::string& command, const Options& options, std::string* error) {
+    if (options.photos.empty() && options.filesFrom.empty()) {
+        *error = "'" + command + "' wants at least one photo";
+    } else if (options.command == Command::portrait && options.output.empty()) {
+        *error = "'portrait' wants -o and a file or a folder";
+    } else if (options.resume && !options.steps.empty()) {
+        *error = "--resume does not know of the pictures of --steps; give one of them";
+    } else {
+        return true;
+    }
+    return false;
+}
+
+bool CheckWatch(const Options& options, std::string* error) {
+    if (options.photos.size() != 1) {
+        *error = "'watch' wants one folder";
+    } else if (options.output.empty()) {
+        *error = "'watch' wants -o and a folder";
+    } else if (options.outputName.find("{number}") != std::string::npos) {
+        *error = "--output-name: photographs that arrive have no {number}";
+    } else {
+        return true;
+    }
+    return false;
+}
+
+bool CheckJoin(const Options& options, std::string* error) {
+    if (options.photos.empty()) {
+        *error = "'report join' wants at least one report";
+        return false;
+    }
+    if (!IsReportName(options.output)) {
+        *error = "'report join' wants -o and a file named .csv or .jsonl";
         return false;
     }
     return true;
@@ -147,6 +293,15 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
         return false;
     }
     if (options->command == Command::help || options->command == Command::version) return true;
+    if (options->command == Command::worker) return true;
+    if (options->command == Command::joinReports && (arguments.size() < 2 || arguments[1] != "join")) {
+        if (arguments.size() == 2 && (arguments[1] == "--help" || arguments[1] == "-h")) {
+            options->command = Command::help;
+            return true;
+        }
+        *error = "'report' wants 'join' and reports";
+        return false;
+    }
     if (!Reader(arguments, options, error).Run()) return false;
     if (options->command == Command::help) return true;
     if (options->command == Command::info) {
@@ -154,15 +309,9 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
         *error = "'info' takes no photo";
         return false;
     }
-    if (options->photos.empty()) {
-        *error = "'" + arguments[0] + "' wants at least one photo";
-        return false;
-    }
-    if (options->command == Command::portrait && options->output.empty()) {
-        *error = "'portrait' wants -o and a file or a folder";
-        return false;
-    }
-    return true;
+    if (options->command == Command::watch) return CheckWatch(*options, error);
+    return options->command == Command::joinReports ? CheckJoin(*options, error)
+                                                    : CheckRun(arguments[0], *options, error);
 }
 
 } // namespace orvane::tools

@@ -4,32 +4,41 @@
 #include "tools/support/file_identity.h"
 #include "tools/support/picture_io.h"
 
+#include <map>
 #include <optional>
 #include <set>
 
 namespace orvane::tools {
 namespace {
 
-using FileIdentities = std::vector<std::optional<FileIdentity>>;
-
-FileIdentities IdentifyAll(const std::vector<std::string>& paths) {
-    FileIdentities files;
-    for (const std::string& path : paths) files.push_back(IdentifyFile(path));
-    return files;
-}
-
-bool IsAnotherPhoto(const std::string& path, std::size_t own, const FileIdentities& photos) {
-    const std::optional<FileIdentity> file = IdentifyFile(path);
-    if (!file) return false;
-    for (std::size_t i = 0; i < photos.size(); ++i) {
-        if (i != own && photos[i] == file) return true;
+/// The files that the photos are.
+class PhotoFiles {
+public:
+    explicit PhotoFiles(const std::vector<std::string>& photos) {
+        for (std::size_t i = 0; i < photos.size(); ++i) {
+            const std::optional<FileIdentity> file = IdentifyFile(photos[i]);
+            if (!file) continue;
+            const auto [known, isNew] = first_.emplace(*file, i);
+            if (!isNew) several_.insert(*file);
+        }
     }
-    return false;
-}
 
-bool IsPhoto(const std::string& path, const FileIdentities& photos) {
-    return IsAnotherPhoto(path, photos.size(), photos); // none is its own
-}
+    /// Whether `path` leads to a photo that is not the one at `own`.
+    bool HasAnother(const std::string& path, std::size_t own) const {
+        const std::optional<FileIdentity> file = IdentifyFile(path);
+        if (!file) return false;
+        const auto known = first_.find(*file);
+        return known != first_.end() && (known->second != own || several_.count(*file) != 0);
+    }
+    bool Has(const std::string& path) const {
+        const std::optional<FileIdentity> file = IdentifyFile(path);
+        return file && first_.count(*file) != 0;
+    }
+
+private:
+    std::map<FileIdentity, std::size_t> first_; ///< The first photo that is this file.
+    std::set<FileIdentity> several_;            ///< Files that more than one photo is.
+};
 
 /// Equal for two names of files in the same folder, however the folder is spelled.
 using Place = std::pair<std::optional<FileIdentity>, std::string>;
@@ -52,7 +61,7 @@ std::string InFolder(const std::string& folder, const std::string& name) {
 }
 
 bool PlanOutputs(const std::vector<std::string>& photos, const std::string& output, bool force,
-                 std::vector<PlannedOutput>* planned, std::string* error) {
+                 std::vector<PlannedOutput>* planned, std::string* error, const OutputNaming& naming) {
     planned->clear();
     const bool folder = IsFolder(output);
     if (!folder && NameStart(output) == output.size()) {
@@ -67,16 +76,17 @@ bool PlanOutputs(const std::vector<std::string>& photos, const std::string& outp
         *error = "'" + output + "' " + kUnwritableName;
         return false;
     }
-    const FileIdentities files = IdentifyAll(photos);
+    const PhotoFiles files(photos);
     std::set<std::string> taken;
     for (std::size_t i = 0; i < photos.size(); ++i) {
         PlannedOutput plan;
-        plan.path = folder ? InFolder(output, Stem(photos[i]) + ".png") : output;
+        if (folder) plan.name = naming.nameOf ? naming.nameOf(i) : Stem(photos[i]) + ".png";
+        plan.path = folder ? InFolder(output, plan.name) : output;
         if (!taken.insert(NameKey(plan.path)).second) {
             plan.error = "an earlier photo has the output '" + plan.path + "'";
-        } else if (!force && IsNameTaken(plan.path)) {
+        } else if (!force && !naming.mayExist && IsNameTaken(plan.path)) {
             plan.error = "the output '" + plan.path + "' exists already; --force replaces it";
-        } else if (force && IsAnotherPhoto(plan.path, i, files)) {
+        } else if ((force || naming.mayExist) && files.HasAnother(plan.path, i)) {
             plan.error = "the output '" + plan.path + "' is another one of the photos";
         }
         planned->push_back(plan);
@@ -90,7 +100,7 @@ bool PlanSteps(const std::vector<std::string>& photos, const std::string& folder
         *error = "there is no folder '" + folder + "' for the steps";
         return false;
     }
-    const FileIdentities files = IdentifyAll(photos);
+    const PhotoFiles files(photos);
     std::set<Place> taken;
     for (const PlannedOutput& plan : *planned) taken.insert(PlaceOf(plan.path));
     for (std::size_t i = 0; i < photos.size(); ++i) {
@@ -102,7 +112,7 @@ bool PlanSteps(const std::vector<std::string>& photos, const std::string& folder
                 plan.error = "a portrait or an earlier photo has the step '" + path + "'";
             } else if (!force && IsNameTaken(path)) {
                 plan.error = "the step '" + path + "' exists already; --force replaces it";
-            } else if (IsPhoto(path, files)) {
+            } else if (files.Has(path)) {
                 plan.error = "the step '" + path + "' is one of the photos";
             }
             if (!plan.error.empty()) break;

@@ -1,7 +1,6 @@
 #include "tools/orvane/report.h"
 
 #include "image/result_codes.h"
-#include "tools/support/json.h"
 #include "tools/support/status_text.h"
 #include "tools/support/utf8.h"
 
@@ -9,15 +8,6 @@
 
 namespace orvane::tools {
 namespace {
-
-struct Stage {
-    const char* name;
-    std::optional<double> StageMilliseconds::*value;
-};
-
-constexpr Stage kStages[] = {{"decode", &StageMilliseconds::decode}, {"scale", &StageMilliseconds::scale},
-                             {"detect", &StageMilliseconds::detect}, {"crop", &StageMilliseconds::crop},
-                             {"output", &StageMilliseconds::output}, {"encode", &StageMilliseconds::encode}};
 
 std::string Number(double value) {
     char text[400];
@@ -40,36 +30,49 @@ std::string TimesText(const StageMilliseconds& times) {
 
 } // namespace
 
+void AddSize(const PhotoReport& report, JsonObject* line) {
+    if (report.width > 0) {
+        line->Integer("width", report.width).Integer("height", report.height);
+    } else {
+        line->Null("width").Null("height");
+    }
+}
+
+void AddFace(const PhotoReport& report, JsonObject* line) {
+    if (!report.face) {
+        line->Null("face");
+        return;
+    }
+    const FaceBox& face = *report.face;
+    JsonObject box;
+    box.Integer("x", face.x).Integer("y", face.y).Integer("width", face.width).Integer("height", face.height);
+    line->Object("face", box);
+}
+
+void AddTimes(const PhotoReport& report, JsonObject* line) {
+    JsonObject times;
+    for (const Stage& stage : kStages) {
+        if (const std::optional<double>& value = report.milliseconds.*stage.value) times.Decimal(stage.name, *value);
+    }
+    line->Object("milliseconds", times);
+}
+
 std::string JsonLine(const PhotoReport& report) {
     JsonObject line;
     line.Text("photo", report.photo);
-    if (report.width > 0) {
-        line.Integer("width", report.width).Integer("height", report.height);
-    } else {
-        line.Null("width").Null("height");
-    }
+    AddSize(report, &line);
     if (report.status) {
         line.Integer("status", *report.status);
     } else {
         line.Null("status");
     }
-    if (report.face) {
-        const FaceBox& face = *report.face;
-        line.Object("face", JsonObject()
-                                .Integer("x", face.x)
-                                .Integer("y", face.y)
-                                .Integer("width", face.width)
-                                .Integer("height", face.height));
-    } else {
-        line.Null("face");
-    }
+    AddFace(report, &line);
     if (!report.output.empty()) line.Text("output", report.output);
+    if (report.kept) line.Flag("kept", true);
     if (!report.error.empty()) line.Text("error", report.error);
-    JsonObject times;
-    for (const Stage& stage : kStages) {
-        if (const std::optional<double>& value = report.milliseconds.*stage.value) times.Decimal(stage.name, *value);
-    }
-    return line.Object("milliseconds", times).Line();
+    if (!report.warning.empty()) line.Text("warning", report.warning);
+    AddTimes(report, &line);
+    return line.Line();
 }
 
 std::string TextLine(const PhotoReport& report) {
@@ -78,12 +81,24 @@ std::string TextLine(const PhotoReport& report) {
     std::string line = OneLine(report.photo) + ": face at " + std::to_string(face.x) + "," + std::to_string(face.y) +
                        ", " + std::to_string(face.width) + "x" + std::to_string(face.height);
     if (!report.output.empty()) line += ", portrait " + OneLine(report.output);
+    if (report.kept) return line + ", kept from an earlier run";
     return line + ", " + TimesText(report.milliseconds);
 }
 
 std::string ErrorLine(const PhotoReport& report) {
     if (!report.error.empty()) return OneLine(report.photo) + ": " + OneLine(report.error);
     return report.status == kNoFace ? OneLine(report.photo) + ": " + StatusText(kNoFace) : "";
+}
+
+std::string WarningLine(const PhotoReport& report) {
+    return report.warning.empty() ? "" : OneLine(report.photo) + ": warning: " + OneLine(report.warning);
+}
+
+const char* Outcome(const PhotoReport& report) {
+    if (!report.error.empty()) return "failed";
+    if (report.status == kNoFace) return "no face";
+    if (report.kept) return "kept";
+    return report.output.empty() ? "face" : "portrait";
 }
 
 ExitCode Worse(ExitCode before, const PhotoReport& report) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "primitives/types.h"
+#include "tools/support/json.h"
 
 #include <optional>
 #include <string>
@@ -9,7 +10,7 @@
 namespace orvane::tools {
 
 /// What the program returns; the greater word for the worse end: an error wins over a missing face.
-enum ExitCode : int { kExitGood = 0, kExitError = 1, kExitNoFace = 10 };
+enum ExitCode : int { kExitGood = 0, kExitError = 1, kExitNoFace = 10, kExitInterrupted = 130 };
 
 /// A face in pixels of the photo, y from its top.
 struct FaceBox {
@@ -37,8 +38,16 @@ struct PhotoReport {
     std::optional<FaceBox> face;
     std::string output; ///< The file that was written; empty where none was.
     StageMilliseconds milliseconds;
-    std::string error; ///< One line; empty where nothing failed. A missing face is no error.
+    std::string error;    ///< One line; empty where nothing failed. A missing face is no error.
+    std::string warning;  ///< One line on a photo that was read but may not show what it should; else empty.
+    bool kept = false;    ///< The output was there from an earlier run, of the same photo and settings.
+    bool passing = false; ///< The error is none of the photo's, such as a full disk: the same photo may do later.
 };
+
+/// Add `width` and `height`, `face`, and `milliseconds`, as every line of JSON has them.
+void AddSize(const PhotoReport& report, JsonObject* line);
+void AddFace(const PhotoReport& report, JsonObject* line);
+void AddTimes(const PhotoReport& report, JsonObject* line);
 
 /// The report as one line of JSON.
 std::string JsonLine(const PhotoReport& report);
@@ -48,6 +57,22 @@ std::string TextLine(const PhotoReport& report);
 
 /// The line for standard error, empty where all went well.
 std::string ErrorLine(const PhotoReport& report);
+
+/// The line for standard error on a photo that is worth a look; mostly empty.
+std::string WarningLine(const PhotoReport& report);
+
+/// What became of a photo, in a word or two: "portrait", "kept", "face", "no face" or "failed".
+const char* Outcome(const PhotoReport& report);
+
+/// One of the stages, in the order in which they run.
+struct Stage {
+    const char* name;
+    std::optional<double> StageMilliseconds::*value;
+};
+
+inline constexpr Stage kStages[] = {{"decode", &StageMilliseconds::decode}, {"scale", &StageMilliseconds::scale},
+                                    {"detect", &StageMilliseconds::detect}, {"crop", &StageMilliseconds::crop},
+                                    {"output", &StageMilliseconds::output}, {"encode", &StageMilliseconds::encode}};
 
 /// The program's exit code after one more photo.
 ExitCode Worse(ExitCode before, const PhotoReport& report);

@@ -42,6 +42,7 @@ JsonObject& JsonObject::Add(const char* key, const std::string& value) {
 JsonObject& JsonObject::Text(const char* key, const std::string& bytes) { return Add(key, JsonText(bytes)); }
 JsonObject& JsonObject::Integer(const char* key, std::int64_t value) { return Add(key, std::to_string(value)); }
 JsonObject& JsonObject::Null(const char* key) { return Add(key, "null"); }
+JsonObject& JsonObject::Flag(const char* key, bool value) { return Add(key, value ? "true" : "false"); }
 JsonObject& JsonObject::Object(const char* key, const JsonObject& value) { return Add(key, value.Line()); }
 
 JsonObject& JsonObject::Objects(const char* key, const std::vector<JsonObject>& values) {

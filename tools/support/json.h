@@ -18,6 +18,7 @@ public:
     /// Three decimals; null for what is not finite.
     JsonObject& Decimal(const char* key, double value);
     JsonObject& Null(const char* key);
+    JsonObject& Flag(const char* key, bool value);
     JsonObject& Object(const char* key, const JsonObject& value);
     /// An array of them.
     JsonObject& Objects(const char* key, const std::vector<JsonObject>& values);

@@ -58,6 +58,16 @@ std::string Utf8(const std::wstring& wide) {
     return bytes;
 }
 
+std::string WholeUtf8(const std::string& bytes) {
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t length = Utf8Length(bytes, at);
+        text += length == 0 ? "\xEF\xBF\xBD" : bytes.substr(at, length);
+        at += length == 0 ? 1 : length;
+    }
+    return text;
+}
+
 std::string OneLine(const std::string& bytes) {
     std::string line;
     for (std::size_t at = 0; at < bytes.size(); ++at) {

@@ -15,6 +15,9 @@ std::size_t Utf8Length(const std::string& bytes, std::size_t at);
 /// replacement character.
 std::string Utf8(const std::wstring& wide);
 
+/// `bytes` as text: each that belongs to no well-formed character becomes U+FFFD.
+std::string WholeUtf8(const std::string& bytes);
+
 /// `bytes` for a message line: control characters become '?', everything else stays as it is. Those beyond ASCII,
 /// which some terminals obey too, are told where they are well-formed UTF-8.
 std::string OneLine(const std::string& bytes);

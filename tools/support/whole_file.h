@@ -1,6 +1,7 @@
 // Output files that are there completely or not at all.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace orvane::tools {
@@ -19,7 +20,11 @@ bool ReadWholeFile(const std::string& path, std::string* content, std::string* e
 bool WriteWholeFile(const std::string& path, const std::string& content, bool force, std::string* error);
 
 /// Whether `WriteWholeFile` could write `path` now, tried with a temporary file in the same folder that goes
-/// away again: to be asked before work that would be lost. False gives `*error` the line of `WriteWholeFile`.
-bool CanWriteWholeFile(const std::string& path, bool force, std::string* error);
+/// away again, and holds `trial` until then: to be asked before work that would be lost. False gives `*error` the line
+/// of `WriteWholeFile`.
+bool CanWriteWholeFile(const std::string& path, bool force, std::string* error, const std::string& trial = "");
+
+/// Removes what a process that was ended in the middle of `WriteWholeFile` left beside `path`.
+void RemoveTemporaries(const std::string& path, std::uint64_t process);
 
 } // namespace orvane::tools

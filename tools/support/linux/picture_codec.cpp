@@ -127,6 +127,17 @@ gboolean AppendTo(const gchar* bytes, gsize count, GError** error, gpointer enco
     return FALSE;
 }
 
+/// The encoder leaves behind each row what lay in memory there. The rows are the file's end.
+void ClearPadding(const Picture& picture, std::string* bmp) {
+    const auto used = static_cast<std::size_t>(picture.width) * 3;
+    const std::size_t step = (used + 3) / 4 * 4;
+    const std::size_t rows = step * static_cast<std::size_t>(picture.height);
+    if (bmp->size() < rows) return;
+    for (std::size_t at = bmp->size() - rows; at < bmp->size(); at += step) {
+        std::fill_n(bmp->begin() + static_cast<std::ptrdiff_t>(at + used), step - used, '\0');
+    }
+}
+
 } // namespace
 
 bool DecodePicture(const std::string& path, const std::string& content, Picture* picture, std::string* error) {
@@ -158,6 +169,7 @@ bool EncodePixels(PictureFormat format, Picture& picture, std::string* encoded, 
     encoded->clear();
     GError* problem = nullptr;
     if (gdk_pixbuf_save_to_callbackv(pixbuf.get(), AppendTo, encoded, encoder.name.c_str(), keys, values, &problem)) {
+        if (format == PictureFormat::bmp) ClearPadding(picture, encoded);
         return true;
     }
     *error = ErrorText(problem);

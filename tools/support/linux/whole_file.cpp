@@ -1,6 +1,7 @@
 #include "tools/support/whole_file.h"
 
 #include "tools/support/file_identity.h"
+#include "tools/support/linux/free_name.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -28,24 +29,23 @@ bool WriteAll(int file, const std::string& content) {
     return true;
 }
 
-/// Creates a file of a free name beside `path`, with the permissions that a new file gets.
-int CreateTemporary(const std::string& path, std::string* temporary) {
+constexpr int kAttempts = 100;
+
+/// A name beside `path` that no other process uses.
+std::string TemporaryName(const std::string& path, std::uint64_t process, int attempt) {
     const std::size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "" : path.substr(0, slash + 1);
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        *temporary = folder + ".orvane-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp";
+    return folder + ".orvane-" + std::to_string(process) + "-" + std::to_string(attempt) + ".tmp";
+}
+
+/// Creates a file of a free name beside `path`, with the permissions that a new file gets.
+int CreateTemporary(const std::string& path, std::string* temporary) {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        *temporary = TemporaryName(path, static_cast<std::uint64_t>(::getpid()), attempt);
         const int file = ::open(temporary->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (file >= 0 || errno != EEXIST) return file;
     }
     return -1;
-}
-
-/// Gives the file the name `to` unless that exists already, without a moment in between.
-bool RenameToFreeName(const std::string& from, const std::string& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
-    if (errno != EINVAL && errno != ENOSYS) return false;
-    // File systems without that call have hard links, which never replace either.
-    return ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0;
 }
 
 bool IsNoRegularFile(const std::string& path, std::string* error) {
@@ -111,7 +111,7 @@ bool WriteWholeFile(const std::string& path, const std::string& content, bool fo
     return Fail(error, "cannot write", code);
 }
 
-bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) {
+bool CanWriteWholeFile(const std::string& path, bool force, std::string* error, const std::string& trial) {
     if (IsNoRegularFile(path, error)) return false;
     if (!force && IsNameTaken(path)) {
         *error = kNameTaken;
@@ -120,9 +120,17 @@ bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) 
     std::string temporary;
     const int file = CreateTemporary(path, &temporary);
     if (file < 0) return Fail(error, "cannot write", errno);
+    const bool good = trial.empty() || (WriteAll(file, trial) && ::fsync(file) == 0);
+    const int code = errno;
     ::close(file);
     ::unlink(temporary.c_str());
-    return true;
+    return good || Fail(error, "cannot write", code);
+}
+
+void RemoveTemporaries(const std::string& path, std::uint64_t process) {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        ::unlink(TemporaryName(path, process, attempt).c_str());
+    }
 }
 
 } // namespace orvane::tools

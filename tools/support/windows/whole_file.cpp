@@ -40,13 +40,19 @@ bool WriteAll(HANDLE file, const std::string& content) {
     return true;
 }
 
-/// Creates a file of a free name beside `path`. INVALID_HANDLE_VALUE leaves the error to GetLastError.
-HANDLE CreateTemporary(const std::string& path, std::wstring* temporary) {
+constexpr int kAttempts = 100;
+
+/// A name beside `path` that no other process uses.
+std::wstring TemporaryName(const std::string& path, std::uint64_t process, int attempt) {
     const std::size_t separator = path.find_last_of("/\\:");
     const std::string folder = separator == std::string::npos ? "" : path.substr(0, separator + 1);
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        *temporary =
-            Wide(folder + ".orvane-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(attempt) + ".tmp");
+    return Wide(folder + ".orvane-" + std::to_string(process) + "-" + std::to_string(attempt) + ".tmp");
+}
+
+/// Creates a file of a free name beside `path`. INVALID_HANDLE_VALUE leaves the error to GetLastError.
+HANDLE CreateTemporary(const std::string& path, std::wstring* temporary) {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        *temporary = TemporaryName(path, GetCurrentProcessId(), attempt);
         HANDLE file =
             CreateFileW(temporary->c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) return file;
@@ -96,7 +102,7 @@ bool WriteWholeFile(const std::string& path, const std::string& content, bool fo
     return Fail(error, "cannot write", code);
 }
 
-bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) {
+bool CanWriteWholeFile(const std::string& path, bool force, std::string* error, const std::string& trial) {
     if (IsNoRegularFile(path, error)) return false;
     if (!force && IsNameTaken(path)) {
         *error = kNameTaken;
@@ -105,9 +111,17 @@ bool CanWriteWholeFile(const std::string& path, bool force, std::string* error) 
     std::wstring temporary;
     SystemHandle file(CreateTemporary(path, &temporary));
     if (!file.IsOpen()) return Fail(error, "cannot write", GetLastError());
+    const bool good = trial.empty() || (WriteAll(file.Get(), trial) && FlushFileBuffers(file.Get()) != 0);
+    const DWORD code = GetLastError();
     file.Close();
     DeleteFileW(temporary.c_str());
-    return true;
+    return good || Fail(error, "cannot write", code);
+}
+
+void RemoveTemporaries(const std::string& path, std::uint64_t process) {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        DeleteFileW(TemporaryName(path, process, attempt).c_str());
+    }
 }
 
 } // namespace orvane::tools

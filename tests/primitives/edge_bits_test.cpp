@@ -1,4 +1,4 @@
-#include "detect/edge_bits.h"
+#include "primitives/edge_bits.h"
 
 #include "tests/support/random.h"
 

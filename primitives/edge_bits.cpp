@@ -1,4 +1,4 @@
-#include "detect/edge_bits.h"
+#include "primitives/edge_bits.h"
 
 #include "primitives/bit_runs.h"
 
@@ -34,6 +34,12 @@ bool TakeOver(const uint64* from, const uint64* ridges, uint64* edges, int32 wor
         added |= touched;
     }
     return added != 0;
+}
+
+bool HasAny(const uint64* edges, int32 words) {
+    uint64 all = 0;
+    for (int32 i = 0; i < words; ++i) all |= edges[i];
+    return all != 0;
 }
 
 constexpr uint8 kDown = 1, kUp = 2, kBoth = 3;
@@ -84,11 +90,13 @@ private:
 } // namespace
 
 void FollowRidges(const uint64* ridges, uint64* edges, int32 words, int32 height, uint8* marks) {
+    bool grows = false; // whether the row before has edges
     for (int32 y = 0; y < height; ++y) {
         const std::ptrdiff_t row = std::ptrdiff_t{y} * words;
-        if (y > 0) TakeOver(edges + row - words, ridges + row, edges + row, words);
-        FillRow(ridges + row, edges + row, words);
-        marks[y] = kUp;
+        if (grows) TakeOver(edges + row - words, ridges + row, edges + row, words);
+        grows = HasAny(edges + row, words);
+        if (grows) FillRow(ridges + row, edges + row, words);
+        marks[y] = grows ? kUp : 0;
     }
     // What a sweep adds is spread on by itself in its direction, and in the other one by the next.
     Sweep sweep(ridges, edges, words, height, marks);

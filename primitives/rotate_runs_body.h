@@ -1,0 +1,405 @@
+// The text of the kernel of rows that are turned by a small angle: their samples as runs, of one row or of two at once.
+#pragma once
+
+#include "primitives/byte_vectors.h"
+#include "primitives/raised_bytes.h"
+#include "primitives/row_kernels.h"
+
+namespace orvane::ORVANE_KERNELS {
+namespace {
+
+#if ORVANE_WIDE
+
+/// Asks in time for what a later row will read. Nothing is read, so the address may lie anywhere.
+inline void Expect(const uint8* pixel, std::ptrdiff_t ahead) {
+    const auto address = reinterpret_cast<std::uintptr_t>(pixel) + static_cast<std::uintptr_t>(ahead);
+    _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
+}
+
+/// The distance from a double to that power of two which is the smallest of those that lie as far apart as itself.
+inline double PowerBelow(double v) {
+    constexpr uint64 kExponent = 0x7FF0000000000000;
+    uint64 bits;
+    __builtin_memcpy(&bits, &v, sizeof bits);
+    bits &= kExponent;
+    double power;
+    __builtin_memcpy(&power, &bits, sizeof power);
+    return power;
+}
+
+inline double WholePart(double v) {
+    return _mm_cvtsd_f64(_mm_round_sd(_mm_setzero_pd(), _mm_set_sd(v), _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC));
+}
+
+/// A sum of 1 or more and `count` steps below 1, each rounded as it is added.
+///
+/// From one power of two to the next doubles lie equally far apart. So there every sum rounds the step alike, unless
+/// that ends in the middle of two: it is a whole multiple of their distance, as the sums are, and all of them that do
+/// not reach the power's ends can be added as one product, which is exact.
+inline double RoundedSum(double sum, double step, int64 count) {
+    const double inverse = step < 0.0 ? -1.0 / step : 1.0 / step;
+    for (auto rest = static_cast<double>(count); rest > 0.0;) {
+        const double power = PowerBelow(sum), rounded = (sum + step) - sum;
+        const double missing = step - rounded, half = power * 0x1p-53;
+        const double room = rounded > 0.0 ? 2.0 * power - sum : sum - power, way = rounded > 0.0 ? rounded : -rounded;
+        if (missing < half && -missing < half && way > 0.0 && room >= 2.0 * way) {
+            // A step less than there is room for, however that is rounded.
+            const double leap = rest * way < room ? rest - 1.0 : WholePart(room * inverse - 2.0);
+            sum += leap * rounded;
+            rest -= leap;
+        }
+        sum += step;
+        rest -= 1.0;
+    }
+    return sum;
+}
+
+/// Where a sample of a piece of a row lies, as the results go by it: found from the one that was asked for before.
+struct PieceWay {
+    double u, v;
+    int64 sample = 0;
+
+    void GoTo(const TurnedPath& path, int64 next) {
+        u = RoundedSum(u, path.uStep, next - sample);
+        v = RoundedSum(v, path.vStep, next - sample);
+        sample = next;
+    }
+
+    void Decide(const TurnedPath& path, int64 next, uint8* to) {
+        GoTo(path, next);
+        path.exactly(path, u, v, to);
+    }
+};
+
+// --- runs: samples between the same two rows of the source, of which each lies between the next two pixels ---
+//
+// Their bytes stand side by side in the source as in the result, so no sample is fetched alone.
+//
+// A position in doubles errs by 2^-26 there, its fraction as a float and the way along a group by 2^-23.5: for both
+// axes 2^-14.5 of a sample. Pairs that begin within 1e-7 cost 2^-13.2, as above; rows, their difference and the sample
+// are rounded by 2^-17 each, the raised sample by 2^-16: 2^-14.6. In all less than 2^-12.3.
+
+/// Which of a sample's fraction, that has 15 bits once it is raised, is doubt: 2^-12 to either side of a whole number.
+constexpr int32 kRunDoubt = 8;
+/// Vectors of a run, and its pixels: a longer one is cut.
+constexpr int32 kRunVectors = 24;
+constexpr int64 kRunPixels = kRunVectors * 8 / 3;
+
+/// How far the pixel of each byte of a run lies from its first, along both axes; as many as the longest run has.
+struct RunWays {
+    float x[kRunVectors][8], y[kRunVectors][8];
+
+    explicit RunWays(const TurnedPath& path) {
+        const auto xStep = static_cast<float>(path.uStep - 1.0), yStep = static_cast<float>(path.vStep);
+        const __m256i thirds = _mm256_set1_epi32(21846); // of 2^16, and a little more
+        __m256i bytes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+        const double slope = path.vStep < 0.0 ? -path.vStep : path.vStep;
+        const double longest = slope * kRunPixels > 1.0 ? 1.0 / slope + 2.0 : static_cast<double>(kRunPixels);
+        const int32 needed = static_cast<int32>(longest) * 3 / 8 + 1;
+        const int32 vectors = needed < kRunVectors ? needed : kRunVectors;
+        for (int32 i = 0; i < vectors; ++i, bytes = _mm256_add_epi32(bytes, _mm256_set1_epi32(8))) {
+            const __m256 pixels = _mm256_cvtepi32_ps(_mm256_srli_epi32(_mm256_mullo_epi32(bytes, thirds), 16));
+            _mm256_storeu_ps(x[i], _mm256_mul_ps(pixels, _mm256_set1_ps(xStep)));
+            _mm256_storeu_ps(y[i], _mm256_mul_ps(pixels, _mm256_set1_ps(yStep)));
+        }
+    }
+};
+
+inline __m256 EightFloats(const uint8* bytes) {
+    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))));
+}
+
+/// Eight bytes of a row and their right neighbours, as floats.
+struct CornerPair {
+    __m256 left, difference;
+
+    explicit CornerPair(const uint8* bytes)
+        : left(EightFloats(bytes)), difference(_mm256_sub_ps(EightFloats(bytes + 3), left)) {}
+    __m256 At(__m256 x) const { return _mm256_fmadd_ps(difference, x, left); }
+};
+
+/// Eight bytes of samples: the byte in bits 16 to 23 of a number, the fraction below.
+inline __m256i SampleBetween(const CornerPair& upper, const CornerPair& lower, __m256 x, __m256 y) {
+    const __m256 top = upper.At(x);
+    const __m256 sample = _mm256_fmadd_ps(_mm256_sub_ps(lower.At(x), top), y, top);
+    return DoubledNumbers(_mm256_add_ps(sample, _mm256_set1_ps(kRaiseBy<kRunDoubt>)));
+}
+
+/// Some samples between two rows: the first one's place.
+struct Run {
+    const uint8* upper;
+    const uint8* lower;
+    __m256 x, y;
+
+    __m256i Eight(const RunWays& ways, std::ptrdiff_t i) const {
+        return SampleBetween(CornerPair(upper + 8 * i), CornerPair(lower + 8 * i),
+                             _mm256_add_ps(x, _mm256_loadu_ps(ways.x[i])),
+                             _mm256_add_ps(y, _mm256_loadu_ps(ways.y[i])));
+    }
+};
+
+/// Whether the way leads right, and down or up by less than a pixel in four.
+inline bool GoesByRuns(const TurnedPath& path) {
+    return path.uStep > 0.9 && path.uStep < 1.0 && path.vStep < 0.25 && path.vStep > -0.25;
+}
+
+/// Samples that are taken as runs at once, and the most lines of pixels that their way crosses, in whole vectors.
+constexpr int32 kRunPiece = 1024;
+constexpr int32 kMostCrossings = kRunPiece / 4 + 8;
+
+/// Where the way of a piece goes from one row, or column, to the next: found for four at once, since one that waited
+/// for the one before would take longer than the samples between them.
+struct Crossings {
+    int32 ends[kMostCrossings]; // the first sample beyond the line of pixels with this number
+
+    /// @param fraction of the first sample along the axis
+    Crossings(double fraction, double step, int64 count) {
+        const __m256d inverse = _mm256_set1_pd(1.0 / step), last = _mm256_set1_pd(static_cast<double>(count - 1));
+        const __m256d line = _mm256_set1_pd(step > 0.0 ? 4.0 : -4.0);
+        __m256d way = _mm256_mul_pd(_mm256_setr_pd(0.0, 0.25, 0.5, 0.75), line);
+        way = _mm256_add_pd(way, _mm256_set1_pd(step > 0.0 ? 1.0 - fraction : -fraction));
+        __m128i before;
+        int32 i = 0;
+        do {
+            before = _mm256_cvttpd_epi32(_mm256_min_pd(_mm256_mul_pd(way, inverse), last));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(ends + i), _mm_add_epi32(before, _mm_set1_epi32(1)));
+            way = _mm256_add_pd(way, line);
+            i += 4;
+        } while (_mm_extract_epi32(before, 3) < count - 1 && i < kMostCrossings);
+    }
+};
+
+inline int32 Lesser(int32 a, int32 b) { return a < b ? a : b; }
+
+/// Where the runs of a piece of a row end.
+struct RowCrossings {
+    Crossings rows, columns;
+
+    RowCrossings(const TurnedPath& path, const TurnedStart& start, int64 count)
+        : rows(start.v - static_cast<int32>(start.v), path.vStep, count),
+          columns(start.u - static_cast<int32>(start.u), path.uStep - 1.0, count) {}
+};
+
+/// A row of runs: the lines of pixels that end its run at hand, and where its samples lie from them.
+struct RunRow {
+    const uint8* upper;
+    double x, y; // of the first sample
+    const int32* rowEnd;
+    const int32* columnEnd;
+
+    RunRow(const TurnedPath& path, const TurnedStart& start, const RowCrossings& ends)
+        : rowEnd(ends.rows.ends), columnEnd(ends.columns.ends) {
+        const auto column0 = static_cast<int32>(start.u), row0 = static_cast<int32>(start.v);
+        upper = path.src + static_cast<std::ptrdiff_t>(row0) * path.srcStep + 3 * std::ptrdiff_t{column0};
+        x = start.u - column0;
+        y = start.v - row0;
+    }
+
+    /// Of the run that begins at sample `done`.
+    int32 End(int32 done) const {
+        int32 end = done + static_cast<int32>(kRunPixels);
+        end = Lesser(*rowEnd, end);
+        return Lesser(*columnEnd, end);
+    }
+
+    Run From(const TurnedPath& path, int32 first) const {
+        const uint8* from = upper + 3 * std::ptrdiff_t{first};
+        const auto at = static_cast<double>(first);
+        return {from, from + path.srcStep, _mm256_set1_ps(static_cast<float>(x + at * (path.uStep - 1.0))),
+                _mm256_set1_ps(static_cast<float>(y + at * path.vStep))};
+    }
+
+    /// To the run that begins at sample `first`.
+    void Advance(const TurnedPath& path, int32 first) {
+        if (first == *rowEnd) {
+            ++rowEnd;
+            y -= path.vStep > 0.0 ? 1.0 : -1.0;
+            upper += path.vStep > 0.0 ? path.srcStep : -path.srcStep;
+        }
+        if (first == *columnEnd) {
+            ++columnEnd;
+            x += 1.0;
+            upper -= 3;
+        }
+    }
+};
+
+/// What the samples in doubt of a run come to, which begins at sample `first` of its piece.
+[[gnu::noinline]] void DecideDoubts(const TurnedPath& path, const RunWays& ways, PieceWay& way, Run run, int32 first,
+                                    int32 bytes, uint8* to) {
+    for (std::ptrdiff_t i = 0; 8 * i < bytes; ++i) {
+        for (uint32 doubts = DoubtsOf<kRunDoubt>(run.Eight(ways, i)); doubts != 0; doubts &= doubts - 1) {
+            const std::ptrdiff_t pixel = (8 * i + __builtin_ctz(doubts)) / 3;
+            if (3 * pixel < bytes) way.Decide(path, first + pixel, to + 3 * pixel);
+        }
+    }
+}
+
+/// A run near the end of a piece, which its last vector would leave.
+[[gnu::noinline]] void SampleLastRun(const TurnedPath& path, const RunWays& ways, PieceWay& way, Run run, int32 first,
+                                     int32 bytes, uint8* to) {
+    uint8 apart[kRunVectors * 8];
+    __m256i least = _mm256_set1_epi32(-1); // of the fractions
+    for (std::ptrdiff_t i = 0; 8 * i < bytes; ++i) {
+        const __m256i samples = run.Eight(ways, i);
+        StoreEight(samples, apart + 8 * i);
+        least = _mm256_min_epu16(least, samples);
+    }
+    __builtin_memcpy(to, apart, static_cast<std::size_t>(bytes));
+    if (DoubtsOf<kRunDoubt>(least) != 0) DecideDoubts(path, ways, way, run, first, bytes, to);
+}
+
+/// Of two runs.
+struct LeastOfTwo {
+    __m256i a, b;
+
+    __m256i Both() const { return _mm256_min_epu16(a, b); }
+};
+
+/// Whole vectors of a run; the least of their fractions.
+inline __m256i SampleOneRun(const RunWays& ways, const Run& run, int32 vectors, uint8* to) {
+    __m256i least = _mm256_set1_epi32(-1);
+    for (std::ptrdiff_t i = 0; i < vectors; ++i) {
+        const __m256i samples = run.Eight(ways, i);
+        StoreEight(samples, to + 8 * i);
+        least = _mm256_min_epu16(least, samples);
+    }
+    return least;
+}
+
+/// The same of two runs, of which one ends at the row where the other begins.
+inline LeastOfTwo SampleTwoRuns(const RunWays& ways, const Run& a, const Run& b, int32 vectors, uint8* toA,
+                                uint8* toB) {
+    LeastOfTwo least{_mm256_set1_epi32(-1), _mm256_set1_epi32(-1)};
+    for (std::ptrdiff_t i = 0; i < vectors; ++i) {
+        const __m256 xWay = _mm256_loadu_ps(ways.x[i]), yWay = _mm256_loadu_ps(ways.y[i]);
+        const CornerPair upper(a.upper + 8 * i), middle(b.upper + 8 * i), lower(b.lower + 8 * i);
+        const __m256i samplesA = SampleBetween(upper, middle, _mm256_add_ps(a.x, xWay), _mm256_add_ps(a.y, yWay));
+        const __m256i samplesB = SampleBetween(middle, lower, _mm256_add_ps(b.x, xWay), _mm256_add_ps(b.y, yWay));
+        StoreEight(samplesA, toA + 8 * i);
+        StoreEight(samplesB, toB + 8 * i);
+        least = {_mm256_min_epu16(least.a, samplesA), _mm256_min_epu16(least.b, samplesB)};
+    }
+    return least;
+}
+
+inline void ExpectRun(const uint8* from, int32 bytes, std::ptrdiff_t ahead) {
+    for (int32 i = 0; i < bytes; i += 64) Expect(from + i, ahead);
+}
+
+PieceWay SampleRuns(const TurnedPath& path, const TurnedStart& start, int64 count) {
+    PieceWay way{start.u, start.v};
+    const RunWays ways(path);
+    const RowCrossings ends(path, start, count);
+    RunRow row(path, start, ends);
+    for (int32 done = 0; done < count;) {
+        const int32 end = row.End(done);
+        const Run run = row.From(path, done);
+        const int32 bytes = 3 * (end - done);
+        ExpectRun(run.upper, bytes, path.ahead);
+        const auto vectors = static_cast<int32>((static_cast<uint32>(bytes) + 7) / 8);
+        uint8* const to = start.to + 3 * std::ptrdiff_t{done};
+        if (8 * vectors > 3 * (count - done)) {
+            SampleLastRun(path, ways, way, run, done, bytes, to);
+        } else if (DoubtsOf<kRunDoubt>(SampleOneRun(ways, run, vectors, to)) != 0) {
+            DecideDoubts(path, ways, way, run, done, bytes, to);
+        }
+        done = end;
+        row.Advance(path, done);
+    }
+    way.GoTo(path, count);
+    return way;
+}
+
+/// Two neighbouring rows of runs. These end at the same samples in most places, where one row's lower pixels are the
+/// other one's upper ones. All is local, since what a structure keeps takes a tenth longer here.
+void SampleRunsOfTwo(const TurnedPath& path, TurnedStart& startA, TurnedStart& startB, int64 count) {
+    PieceWay wayA{startA.u, startA.v}, wayB{startB.u, startB.v};
+    const RunWays ways(path);
+    const RowCrossings endsA(path, startA, count), endsB(path, startB, count);
+    const int64 room = count + (startA.behind < startB.behind ? startA.behind : startB.behind);
+    const std::ptrdiff_t srcStep = path.srcStep, ahead = path.ahead;
+    const std::ptrdiff_t nextRow = path.vStep > 0.0 ? srcStep : -srcStep;
+    const double oneRow = path.vStep > 0.0 ? -1.0 : 1.0;
+    const uint8* upperA =
+        path.src + static_cast<int32>(startA.v) * srcStep + 3 * std::ptrdiff_t{static_cast<int32>(startA.u)};
+    const uint8* upperB =
+        path.src + static_cast<int32>(startB.v) * srcStep + 3 * std::ptrdiff_t{static_cast<int32>(startB.u)};
+    const int32* rowEndA = endsA.rows.ends;
+    const int32* rowEndB = endsB.rows.ends;
+    const int32* columnEndA = endsA.columns.ends;
+    const int32* columnEndB = endsB.columns.ends;
+    // Of both rows, from the pixels at hand.
+    __m256d first = _mm256_setr_pd(startA.u - static_cast<int32>(startA.u), startA.v - static_cast<int32>(startA.v),
+                                   startB.u - static_cast<int32>(startB.u), startB.v - static_cast<int32>(startB.v));
+    const __m256d steps = _mm256_setr_pd(path.uStep - 1.0, path.vStep, path.uStep - 1.0, path.vStep);
+    for (int32 done = 0; done < count;) {
+        int32 end = done + static_cast<int32>(kRunPixels);
+        end = *rowEndA < end ? *rowEndA : end;
+        end = *rowEndB < end ? *rowEndB : end;
+        end = *columnEndA < end ? *columnEndA : end;
+        end = *columnEndB < end ? *columnEndB : end;
+        const __m128 at = _mm256_cvtpd_ps(_mm256_fmadd_pd(_mm256_set1_pd(static_cast<double>(done)), steps, first));
+        const __m256 both = _mm256_set_m128(at, at);
+        const uint8* fromA = upperA + 3 * std::ptrdiff_t{done};
+        const uint8* fromB = upperB + 3 * std::ptrdiff_t{done};
+        const Run a = {fromA, fromA + srcStep, _mm256_permute_ps(both, 0x00), _mm256_permute_ps(both, 0x55)};
+        const Run b = {fromB, fromB + srcStep, _mm256_permute_ps(both, 0xAA), _mm256_permute_ps(both, 0xFF)};
+        const int32 bytes = 3 * (end - done);
+        ExpectRun(fromA, bytes, ahead);
+        ExpectRun(fromB, bytes, ahead);
+        const int32 vectors = static_cast<int32>((static_cast<uint32>(bytes) + 7) / 8);
+        uint8* const toA = startA.to + 3 * std::ptrdiff_t{done};
+        uint8* const toB = startB.to + 3 * std::ptrdiff_t{done};
+        if (8 * vectors > 3 * (room - done)) {
+            SampleLastRun(path, ways, wayA, a, done, bytes, toA);
+            SampleLastRun(path, ways, wayB, b, done, bytes, toB);
+        } else {
+            const LeastOfTwo least = b.upper == a.lower ? SampleTwoRuns(ways, a, b, vectors, toA, toB)
+                                                        : LeastOfTwo{SampleOneRun(ways, a, vectors, toA),
+                                                                     SampleOneRun(ways, b, vectors, toB)};
+            if (DoubtsOf<kRunDoubt>(least.Both()) != 0) {
+                if (DoubtsOf<kRunDoubt>(least.a) != 0) {
+                    DecideDoubts(path, ways, wayA, a, done, bytes, toA);
+                }
+                if (DoubtsOf<kRunDoubt>(least.b) != 0) {
+                    DecideDoubts(path, ways, wayB, b, done, bytes, toB);
+                }
+            }
+        }
+        done = end;
+        if (done == *rowEndA) {
+            ++rowEndA;
+            first = _mm256_add_pd(first, _mm256_setr_pd(0.0, oneRow, 0.0, 0.0));
+            upperA += nextRow;
+        }
+        if (done == *rowEndB) {
+            ++rowEndB;
+            first = _mm256_add_pd(first, _mm256_setr_pd(0.0, 0.0, 0.0, oneRow));
+            upperB += nextRow;
+        }
+        if (done == *columnEndA) {
+            ++columnEndA;
+            first = _mm256_add_pd(first, _mm256_setr_pd(1.0, 0.0, 0.0, 0.0));
+            upperA -= 3;
+        }
+        if (done == *columnEndB) {
+            ++columnEndB;
+            first = _mm256_add_pd(first, _mm256_setr_pd(0.0, 0.0, 1.0, 0.0));
+            upperB -= 3;
+        }
+    }
+    const auto end = [&](TurnedStart& start, PieceWay& way) {
+        if (start.behind == 0) return;
+        way.GoTo(path, count);
+        start.u = way.u;
+        start.v = way.v;
+    };
+    end(startA, wayA);
+    end(startB, wayB);
+}
+
+#endif
+
+} // namespace
+} // namespace orvane::ORVANE_KERNELS

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# dask_test.sh BIN: examples/cluster/dask_portraits.py on two workers of this machine, killed in the middle and resumed.
+set -euo pipefail
+here=$(realpath "$(dirname "${BASH_SOURCE[0]}")")
+. "$here/common.sh"
+example=$here/../../examples/cluster/dask_portraits.py
+begin_test "$(realpath "$1")"
+trap 'end_session; rm -rf "$work"' EXIT
+export DASK_TEMPORARY_DIRECTORY=$work
+
+start_session "$example" "$in" "$out" "$shards"
+wait_until 120 some_portraits || fail "no portraits: $(cat "$work/log")"
+end_session
+note_what_is_done
+
+start_session "$example" "$in" "$out" "$shards"
+wait "$session" || fail "the resumed run failed: $(cat "$work/log")"
+cat "$work/log"
+grep -qx "$photos photos: $photos portraits, 0 without a face, 0 failed" "$work/log" || fail "the report tells otherwise"
+check_run
