@@ -8,6 +8,7 @@
 #include "primitives/processor.h"
 #include "session/session_state.h"
 #include "session/stage_clock.h"
+#include "tools/orvane/framed_portrait.h"
 #include "tools/support/status_text.h"
 
 #include <memory>
@@ -58,7 +59,8 @@ int32 RunDetect(const Picture& photo, PhotoReport* report) {
     return status;
 }
 
-int32 RunPortrait(const Picture& photo, const Options& options, PhotoReport* report, const SlotObserver& observer) {
+int32 RunPortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report,
+                  const SlotObserver& observer) {
     const SessionEnd end;
     COrvQuickViewDlg& session = *g_dialog;
     TakePhoto(photo);
@@ -66,8 +68,12 @@ int32 RunPortrait(const Picture& photo, const Options& options, PhotoReport* rep
     if (status == kSuccess) {
         report->face = FoundFace();
         session.m_rotation = options.rotation;
-        status = session.ProduceOutput(session.m_tolerance, true, observer);
-        report->milliseconds.crop = g_stageTimes.crop;
+        if (options.frame) {
+            status = MakeFramedPortrait(options, {photo.width, photo.height}, portrait, report, observer);
+        } else {
+            status = session.ProduceOutput(session.m_tolerance, true, observer);
+            report->milliseconds.crop = g_stageTimes.crop;
+        }
         report->milliseconds.output = g_stageTimes.output;
     }
     report->milliseconds.scale = g_stageTimes.scale;
@@ -141,8 +147,9 @@ void Host::MakePortrait(const Picture& photo, const Options& options, Picture* p
     orv_EnableAction(ORV_ROTATE, options.actions.rotation);
     g_dialog->m_tolerance = options.tolerance;
     Note(report, [&]() -> int32 {
-        if (const int32 status = RunPortrait(photo, options, report, steps != nullptr ? AddTo(steps) : SlotObserver()))
-            return status;
+        const SlotObserver observer = steps != nullptr ? AddTo(steps) : SlotObserver();
+        if (const int32 status = RunPortrait(photo, options, portrait, report, observer)) return status;
+        if (options.frame) return kSuccess;
         const int32 status = FetchOutput(portrait);
         if (status != kSuccess || (options.actions.crop && !HasAskedSize(portrait->width, portrait->height, options))) {
             *portrait = Picture();

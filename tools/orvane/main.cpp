@@ -1,5 +1,6 @@
 // orvane: portraits from the command line.
 #include "tools/orvane/commands.h"
+#include "tools/orvane/document_list.h"
 #include "tools/orvane/help_text.h"
 #include "tools/orvane/photo_run.h"
 #include "tools/orvane/photo_worker.h"
@@ -36,6 +37,8 @@ ExitCode Run(const std::vector<std::string>& arguments) {
         return RunWatch(options);
     case Command::joinReports:
         return RunJoin(options);
+    case Command::documents:
+        return RunDocuments(options);
     case Command::worker:
         return RunWorker();
     }

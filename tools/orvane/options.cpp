@@ -106,6 +106,7 @@ constexpr unsigned kDetect = 2;
 constexpr unsigned kJoin = 4;
 constexpr unsigned kInfo = 8;
 constexpr unsigned kWatch = 16;
+constexpr unsigned kDocuments = 32;
 
 /// A setting that other programs know too.
 template <bool set(const std::string& text, PortraitSettings* settings, std::string* error)>
@@ -113,11 +114,25 @@ bool Shared(const std::string& text, Options* options, std::string* error) {
     return set(text, options, error);
 }
 
+/// One that bears on the frame as well, or on it alone.
+template <bool set(const std::string& text, PortraitSettings* settings, FrameOptions* frame, std::string* error)>
+bool Framed(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, options, error);
+}
+template <bool set(const std::string& text, FrameOptions* frame, std::string* error)>
+bool OfFrame(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, error);
+}
+
 constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | kWatch},
                                          {"--output", SetOutput, kPortrait | kJoin | kWatch},
                                          {"--output-name", SetOutputName, kPortrait | kWatch},
-                                         {"--size", Shared<SetSize>, kPortrait | kWatch},
-                                         {"--crop-ratio", Shared<SetCropRatio>, kPortrait | kWatch},
+                                         {"--size", Framed<SetPortraitSize>, kPortrait | kWatch},
+                                         {"--crop-ratio", Framed<SetRatio>, kPortrait | kWatch},
+                                         {"--document", OfFrame<SetDocument>, kPortrait | kWatch},
+                                         {"--dpi", OfFrame<SetDpi>, kPortrait | kWatch},
+                                         {"--head", OfFrame<SetHead>, kPortrait | kWatch},
+                                         {"--fill", OfFrame<SetFill>, kPortrait | kWatch},
                                          {"--actions", Shared<SetActions>, kPortrait | kWatch},
                                          {"--tolerance", SetTolerance, kPortrait | kWatch},
                                          {"--rotate", SetRotation, kPortrait | kWatch},
@@ -138,9 +153,10 @@ struct FlagOption {
 constexpr FlagOption kFlagOptions[] = {
     {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
     {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
-    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo | kWatch},
+    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo | kWatch | kDocuments},
     {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect | kWatch},
     {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
+    {"--allow-edits", [](Options& o) -> bool& { return o.allowEdits; }, kPortrait | kWatch},
     {"--resume", [](Options& o) -> bool& { return o.resume; }, kPortrait}};
 
 unsigned BitOf(Command command) {
@@ -153,6 +169,8 @@ unsigned BitOf(Command command) {
         return kJoin;
     case Command::watch:
         return kWatch;
+    case Command::documents:
+        return kDocuments;
     default:
         return kInfo;
     }
@@ -231,6 +249,8 @@ bool FindCommand(const std::string& name, Command* command) {
         *command = Command::portrait;
     } else if (name == "watch") {
         *command = Command::watch;
+    } else if (name == "documents") {
+        *command = Command::documents;
     } else if (name == "report") {
         *command = Command::joinReports;
     } else if (name == kWorkerCommand) {
@@ -309,6 +329,13 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
         *error = "'info' takes no photo";
         return false;
     }
+    if (options->command == Command::documents) {
+        if (options->photos.size() < 2) return true;
+        *error = "'documents' takes one table, or none";
+        return false;
+    }
+    const bool makesPortraits = options->command == Command::portrait || options->command == Command::watch;
+    if (makesPortraits && !FinishFrame(*options, options, error)) return false;
     if (options->command == Command::watch) return CheckWatch(*options, error);
     return options->command == Command::joinReports ? CheckJoin(*options, error)
                                                     : CheckRun(arguments[0], *options, error);

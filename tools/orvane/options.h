@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/batch/shard.h"
+#include "tools/orvane/frame_options.h"
 #include "tools/support/portrait_options.h"
 
 #include <cstdint>
@@ -11,7 +12,7 @@
 
 namespace orvane::tools {
 
-enum class Command { help, version, info, detect, portrait, watch, joinReports, worker };
+enum class Command { help, version, info, detect, portrait, watch, joinReports, documents, worker };
 
 /// How a run over many photographs is to go.
 struct RunSettings {
@@ -32,7 +33,7 @@ inline constexpr std::uint64_t kMegabyte = 1U << 20;
 inline constexpr std::uint64_t kLeastMemory = 64 * kMegabyte;
 inline constexpr std::uint64_t kPlainMemory = 2048 * kMegabyte;
 
-struct Options : PortraitSettings, RunSettings {
+struct Options : PortraitSettings, RunSettings, FrameOptions {
     Command command = Command::help;
     std::vector<std::string>
         photos; ///< Paths as bytes, in the order given: files and folders; a folder to watch; or reports to join.

@@ -15,6 +15,7 @@ void PackPortrait(const Options& options, Packer* packer) {
     packer->Flag(options.actions.crop).Flag(options.actions.background);
     packer->Flag(options.actions.colour).Flag(options.actions.rotation);
     packer->Integer(options.tolerance).Integer(options.rotation);
+    PackFrame(options.frame, packer);
 }
 
 int32 Small(Unpacker* unpacker) { return static_cast<int32>(unpacker->Integer()); }
@@ -34,6 +35,7 @@ std::string Packed(const WorkSettings& settings) {
     Packer packer;
     packer.Flag(settings.options.command == Command::portrait);
     PackPortrait(settings.options, &packer);
+    packer.Text(settings.options.frame ? settings.options.frame->name : "");
     packer.Text(settings.options.steps).Flag(settings.options.force).Flag(settings.options.resume);
     packer.Integer(static_cast<std::int64_t>(settings.memory)).Flag(settings.journal);
     packer.Integer(std::bit_cast<std::int64_t>(settings.fingerprint));
@@ -53,6 +55,9 @@ bool Unpack(const std::string& bytes, WorkSettings* settings) {
     }
     options.tolerance = Small(&unpacker);
     options.rotation = Small(&unpacker);
+    UnpackFrame(&unpacker, &options.frame);
+    const std::string document = unpacker.Text();
+    if (options.frame) options.frame->name = document;
     options.steps = unpacker.Text();
     options.force = unpacker.Flag();
     options.resume = unpacker.Flag();
@@ -101,6 +106,7 @@ std::string Packed(const PhotoReport& report) {
         const std::optional<double>& value = report.milliseconds.*stage.value;
         packer.Flag(value.has_value()).Real(value.value_or(0));
     }
+    packer.Text(report.document);
     return packer.Text(report.error).Text(report.warning).Flag(report.kept).Flag(report.passing).Bytes();
 }
 
@@ -123,6 +129,7 @@ bool Unpack(const std::string& bytes, PhotoReport* report) {
         const double value = unpacker.Real();
         if (ran) report->milliseconds.*stage.value = value;
     }
+    report->document = unpacker.Text();
     report->error = unpacker.Text();
     report->warning = unpacker.Text();
     report->kept = unpacker.Flag();

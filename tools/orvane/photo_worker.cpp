@@ -153,7 +153,12 @@ PhotoReport Work(Host& host, const WorkSettings& settings, const PhotoJob& job, 
     } else if (MakeItsFolders(job, &report)) {
         report = PortraitOf(host, job.photo, {job.output, "", ""}, settings.options, nullptr);
     }
-    if (report.error.empty()) report.warning = remark;
+    if (settings.options.frame) report.document = settings.options.frame->name;
+    if (!report.error.empty()) {
+        report.warning.clear();
+    } else if (!remark.empty()) {
+        report.warning += (report.warning.empty() ? "" : "; ") + remark;
+    }
     return report;
 }
 

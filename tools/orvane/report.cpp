@@ -68,6 +68,7 @@ std::string JsonLine(const PhotoReport& report) {
     }
     AddFace(report, &line);
     if (!report.output.empty()) line.Text("output", report.output);
+    if (!report.document.empty()) line.Text("document", report.document);
     if (report.kept) line.Flag("kept", true);
     if (!report.error.empty()) line.Text("error", report.error);
     if (!report.warning.empty()) line.Text("warning", report.warning);

@@ -36,7 +36,8 @@ struct PhotoReport {
     int32 height = 0;
     std::optional<int32> status; ///< Result code of the library; none where it was not asked.
     std::optional<FaceBox> face;
-    std::string output; ///< The file that was written; empty where none was.
+    std::string document; ///< The name of that by which the portrait is framed; else empty.
+    std::string output;   ///< The file that was written; empty where none was.
     StageMilliseconds milliseconds;
     std::string error;    ///< One line; empty where nothing failed. A missing face is no error.
     std::string warning;  ///< One line on a photo that was read but may not show what it should; else empty.

@@ -39,7 +39,7 @@ std::string CsvRow(std::size_t number, const PhotoReport& report) {
         row.Text(report.face ? std::to_string(value) : "");
     }
     for (const Stage& stage : kStages) row.Text(Milliseconds(report.milliseconds.*stage.value));
-    return row.Text(report.error).Text(report.warning).Line();
+    return row.Text(report.error).Text(report.warning).Text(report.document).Line();
 }
 
 } // namespace
@@ -54,7 +54,7 @@ std::string ReportHeader(const std::string& path) {
         header.Text(name);
     }
     for (const Stage& stage : kStages) header.Text(std::string(stage.name) + "_ms");
-    return header.Text("error").Text("warning").Line();
+    return header.Text("error").Text("warning").Text("document").Line();
 }
 
 std::string ReportRow(const std::string& path, std::size_t number, const PhotoReport& report) {
@@ -70,7 +70,8 @@ std::string ReportRow(const std::string& path, std::size_t number, const PhotoRe
     AddSize(report, &row);
     AddFace(report, &row);
     AddTimes(report, &row);
-    return row.Text("error", report.error).Text("warning", report.warning).Line() + "\n";
+    return row.Text("error", report.error).Text("warning", report.warning).Text("document", report.document).Line() +
+           "\n";
 }
 
 bool ReportFile::Open(const std::string& path, bool replace, std::string* error) {
