@@ -141,7 +141,7 @@ TEST_F(PhotoRuns, AReportHasOneRowAPhotoInTheirOrder) {
         0U);
     EXPECT_EQ(rows[1].rfind("1,in/a.png,out/a.png,portrait,0,240,200,", 0), 0U) << rows[1];
     EXPECT_EQ(rows[2].rfind("2,\"in/b, 2.png\",,no face,10,200,200,,,,,", 0), 0U) << rows[2];
-    EXPECT_EQ(rows[3], "3,in/c.png,,failed,-60,,,,,,,,,,,,,is empty,\r");
+    EXPECT_EQ(rows[3], "3,in/c.png,,failed,-60,,,,,,,,,,,,,is empty,,\r");
     EXPECT_EQ(Portraits({"in", "-o", "out", "--force", "--report", "r.csv"}).exitCode, 1) << "force replaces it";
     EXPECT_EQ(Portraits({"in", "-o", "out", "--report", "r.csv"}).err,
               "orvane: the report 'r.csv' exists already; --force replaces it\n");

@@ -55,6 +55,11 @@ private:
         } else if (line_.compare(at_, 4, "null") == 0) {
             value.kind = 'n';
             at_ += 4;
+        } else if (Peek() == 't' || Peek() == 'f') {
+            value.text = Peek() == 't' ? "true" : "false";
+            value.kind = 'b';
+            if (line_.compare(at_, value.text.size(), value.text) != 0) Fail("no word");
+            at_ += value.text.size();
         } else {
             value.kind = '0';
             value.text = NumberText();

@@ -49,12 +49,15 @@ TEST(Options, HelpIsGivenAfterEveryCommand) {
     EXPECT_EQ(Parsed({"info", "--help"}).command, Command::help);
 }
 
-TEST(Options, APortraitCropsTo480By860UnlessToldOtherwise) {
+TEST(Options, APortraitIs35By45MillimetresUnlessToldOtherwise) {
     const Options options = Parsed(Portrait({}));
     EXPECT_EQ(options.photos, Arguments{"a.jpg"});
     EXPECT_EQ(options.output, "b.png");
-    EXPECT_EQ(options.width, 480);
-    EXPECT_EQ(options.height, 860);
+    ASSERT_TRUE(options.frame.has_value());
+    EXPECT_EQ(options.frame->width, 35);
+    EXPECT_EQ(options.frame->height, 45);
+    EXPECT_EQ(options.frame->resolution, 300);
+    EXPECT_FALSE(options.frame->isStrict || options.frame->cropRatio);
     EXPECT_EQ(options.cropRatio, 1.0F);
     EXPECT_TRUE(options.actions.crop);
     EXPECT_FALSE(options.actions.background || options.actions.colour || options.actions.rotation);

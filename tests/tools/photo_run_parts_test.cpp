@@ -35,6 +35,7 @@ PhotoReport FullReport() {
     report.photo = "in/a\n.png";
     report.width = 640;
     report.height = 480;
+    report.document = "uk-passport";
     report.status = kSuccess;
     report.face = FaceBox{-1, 2, 3, 4};
     report.output = "out/a.png";
@@ -128,11 +129,53 @@ TEST(PhotoJobs, TheFingerprintKnowsEverythingThatAPortraitDependsOn) {
                                   {"--actions", "crop,colour"},
                                   {"--actions", "crop,background"},
                                   {"--tolerance", "41"},
+                                  {"--dpi", "301"},
+                                  {"--size", "35x45mm"}, // without the head's band
+                                  {"--head", "32-35mm"},
+                                  {"--document", "uk-passport"},
+                                  {"--fill", "edge"},
+                                  {"--fill", "#ffff00"},
                                   {"--rotate", "1"}}) {
         EXPECT_NE(SettingsFingerprint(Parsed(more), "classifier"), plain) << more[0] << more[1];
     }
     for (const Arguments& more : {Arguments{"--jobs", "2"}, {"--resume"}, {"--force"}, {"--report", "r.csv"}}) {
         EXPECT_EQ(SettingsFingerprint(Parsed(more), "classifier"), plain) << more[0];
+    }
+}
+
+TEST(PhotoJobs, OfDocumentsThatFrameAlikeEitherPortraitWillDo) {
+    const std::uint64_t fingerprint = SettingsFingerprint(Parsed({"--document", "schengen-visa"}), "c");
+    EXPECT_EQ(SettingsFingerprint(Parsed({"--document", "australia-passport"}), "c"), fingerprint);
+    EXPECT_NE(SettingsFingerprint(Parsed({"--document", "japan-passport"}), "c"), fingerprint);
+    EXPECT_NE(SettingsFingerprint(Parsed({"--document", "germany-passport"}), "c"), fingerprint);
+}
+
+TEST(PhotoJobs, AFrameComesBackFromItsBytes) {
+    for (const Arguments& more : {Arguments{"--document", "us-passport", "--fill", "#102030"},
+                                  {"--document", "japan-passport", "--dpi", "600"},
+                                  {"--size", "35x45mm", "--crop-ratio", "0.8"},
+                                  {"--document", "india-visa"}}) {
+        WorkSettings settings;
+        settings.options = Parsed(more);
+        WorkSettings back;
+        ASSERT_TRUE(Unpack(Packed(settings), &back));
+        ASSERT_TRUE(back.options.frame.has_value());
+        EXPECT_EQ(Packed(back), Packed(settings));
+        const FrameWish& wish = *settings.options.frame;
+        const FrameWish& same = *back.options.frame;
+        EXPECT_EQ(same.name, wish.name);
+        EXPECT_EQ(same.width, wish.width);
+        EXPECT_EQ(same.height, wish.height);
+        EXPECT_EQ(same.resolution, wish.resolution);
+        for (const auto band : {&FrameWish::head, &FrameWish::eyes, &FrameWish::above}) {
+            EXPECT_EQ((same.*band).low, (wish.*band).low);
+            EXPECT_EQ((same.*band).high, (wish.*band).high);
+        }
+        EXPECT_EQ(same.headTop, wish.headTop);
+        EXPECT_EQ(same.cropRatio, wish.cropRatio);
+        EXPECT_EQ(same.isStrict, wish.isStrict);
+        EXPECT_EQ(same.fill.kind, wish.fill.kind);
+        EXPECT_EQ(same.fill.green, wish.fill.green);
     }
 }
 
@@ -154,9 +197,9 @@ TEST(PhotoJobs, ANoteTellsSizeAndFaceAgain) {
 
 TEST(ReportRows, TellTheSameInBothKinds) {
     EXPECT_EQ(ReportRow("r.csv", 7, FullReport()),
-              "7,\"in/a\n.png\",out/a.png,portrait,0,640,480,-1,2,3,4,1.250,,,,,0.000,,odd\r\n");
+              "7,\"in/a\n.png\",out/a.png,portrait,0,640,480,-1,2,3,4,1.250,,,,,0.000,,odd,uk-passport\r\n");
     const std::string header = ReportHeader("r.csv");
-    EXPECT_EQ(std::count(header.begin(), header.end(), ','), 18);
+    EXPECT_EQ(std::count(header.begin(), header.end(), ','), 19);
     const std::string line = ReportRow("r.jsonl", 7, FullReport());
     const JsonValue row = JsonReader::Read(line.substr(0, line.size() - 1));
     EXPECT_EQ(row["number"].text, "7");
@@ -164,6 +207,7 @@ TEST(ReportRows, TellTheSameInBothKinds) {
     EXPECT_EQ(row["face"]["width"].text, "3");
     EXPECT_EQ(row["status"].text, "portrait");
     EXPECT_EQ(row["warning"].text, "odd");
+    EXPECT_EQ(row["document"].text, "uk-passport");
     EXPECT_EQ(row["milliseconds"].members.size(), 2U);
 }
 

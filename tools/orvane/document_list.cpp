@@ -4,6 +4,7 @@
 #include "tools/orvane/commands.h"
 #include "tools/support/json.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace orvane::tools {
@@ -26,14 +27,7 @@ const char* RuleName(BackgroundRule rule) {
     return rule == BackgroundRule::white ? "white" : rule == BackgroundRule::plainLight ? "plain light" : "any";
 }
 
-std::string KilobytesText(const Document& document) {
-    std::string text;
-    if (document.leastBytes) text = " at least " + std::to_string(*document.leastBytes / 1024) + " KB";
-    if (document.mostBytes) text += " at most " + std::to_string(*document.mostBytes / 1000) + " KB";
-    return text;
-}
-
-/// "uk-passport              35x45 mm, 413x531 px, head 29-34, background plain light, no edits: United Kingdom, ..."
+/// "uk-passport              35x45 mm, 413x531 px, head 29-34, plain light, no edits; United Kingdom, ..."
 std::string Line(const Document& document) {
     std::string line = document.name;
     line.resize(std::max<std::size_t>(line.size() + 2, 26), ' ');
@@ -45,8 +39,8 @@ std::string Line(const Document& document) {
     if (!document.above.IsOpen()) line += ", above " + BandText(document.above);
     if (document.background != BackgroundRule::any) line += std::string(", ") + RuleName(document.background);
     if (document.forbidsEdits) line += ", no edits";
-    const std::string bytes = KilobytesText(document);
-    if (!bytes.empty()) line += "," + bytes;
+    if (document.leastBytes) line += ", at least " + std::to_string(*document.leastBytes / 1024) + " KB";
+    if (document.mostBytes) line += ", at most " + std::to_string(*document.mostBytes / 1000) + " KB";
     return line + "; " + document.title + "; read " + document.read + "\n";
 }
 

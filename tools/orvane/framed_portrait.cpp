@@ -20,6 +20,8 @@ namespace {
 constexpr double kMargin = 0.1;
 /// Near half of a quarter turn next to nothing would be left between the corners.
 constexpr double kLeastCosine = 0.2;
+/// A frame with fewer pixels a side shows nobody.
+constexpr double kLeastSide = 8;
 /// Around a frame that is known, for the last cut.
 constexpr double kRim = 2;
 
@@ -75,6 +77,10 @@ PlaneRect Turned(const PlaneRect& square, const ImageRect& part, ImageSize resul
 
 /// What becomes of a frame that reaches beyond `bounds`. False when there is no portrait.
 bool Settle(const FrameWish& wish, const PlaneRect& bounds, FramePlan* plan, PhotoReport* report) {
+    if (std::min(plan->frame.width, plan->frame.height) < kLeastSide) {
+        report->error = "the frame has next to no pixels; a greater --crop-ratio may help";
+        return false;
+    }
     if (plan->fits) return true;
     const std::string lacks = "the photo lacks " + ShortageText(plan->missing);
     if (wish.fill.kind != Fill::Kind::none) {
