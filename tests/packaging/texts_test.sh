@@ -36,7 +36,7 @@ check_program() { # check_program NAME COMMAND...
         done
     done
 }
-check_program orvane portrait detect watch report info help version
+check_program orvane portrait detect watch documents report info help version
 check_program orvane-operator review live devices help
 
 for page in "$root"/share/man/man1/*.1; do

@@ -8,16 +8,23 @@ const char* const kHelpText =
   orvane portrait PHOTO... -o FILE|FOLDER [option...]
   orvane detect PHOTO... [option...]
   orvane watch FOLDER -o FOLDER [option...]
+  orvane documents [TABLE] [--json]
   orvane report join REPORT... -o REPORT [--force]
   orvane info [--json]
   orvane help | version
 
 portrait writes one picture a photo: into FILE, whose extension tells the format (.jpg, .png, .bmp,
 .tif), or into an existing FOLDER under the photo's name with .png.
-  --size WIDTHxHEIGHT  pixels of the portrait (480x860), each 75 to 32767; the width becomes a multiple
-                       of 4; where the picture has other proportions, one side grows
-  --crop-ratio RATIO   how much is left around the face (1): the crop is three times RATIO face
-                       heights high; above 0, up to 10
+  --document NAME      as a document asks for it, by its name in 'orvane documents' or from a table of
+                       one's own, FILE.toml or FILE.toml#NAME
+  --size WIDTHxHEIGHT  of the portrait (35x45mm): in millimetres, and then exactly as large; or in pixels,
+                       each 75 to 32767, the width a multiple of 4, one side growing with the crop
+  --dpi NUMBER         pixels an inch of a size in millimetres (300), 50 to 2400
+  --head LOW-HIGHmm    from chin to crown (32-36mm), for a size in millimetres
+  --crop-ratio RATIO   in place of the head's size: the portrait is three times RATIO faces high; above 0,
+                       up to 10; 1 for a size in pixels
+  --fill FILL          fills what the photo lacks in the frame, with its edge, white or #RRGGBB
+  --allow-edits        background and colour also where the document's authority takes no altered photo
   --actions LIST       what is done, of crop, background, colour, rotation, with commas (crop), or none;
                        without crop the portrait keeps the photo's size
   --tolerance PERCENT  what counts as background (40), 0 to 99; under 5 the background stays
@@ -48,6 +55,7 @@ options of portrait but -r, --files-from, --steps, --resume and {number}. The ph
 is not done again; one that gives no portrait moves to the folder 'failed' of -o, with a text beside it
 that says why. Names with a dot in front, or another extension than a photo's, are left alone.
 
+documents lists what authorities ask for: size, head, eyes, background, file.
 report join makes one report of those of several shards or attempts.
 info prints version, library, classifier and processor. -- ends the options.
 
