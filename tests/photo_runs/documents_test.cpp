@@ -1,6 +1,7 @@
 // The built program and documents: portraits of exactly their pixels, photos that end too early, tables of one's own,
 // runs that go on with another document.
 #include "tests/tools/placed_tool.h"
+#include "tools/support/fingerprint.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -15,6 +16,18 @@ using Lines = std::vector<std::string>;
 Picture RoomyPhoto() { return PhotoWithSquare(900, 900, 400, 400); }
 /// The same with 20 pixels less than the face needs above.
 Picture TightPhoto() { return PhotoWithSquare(900, 900, 400, 60); }
+
+/// Colours around and within the square, which scaling blends.
+Picture ColourfulPhoto() {
+    Picture photo = RoomyPhoto();
+    for (int32 y = 0; y < photo.height; ++y) {
+        for (int32 x = 0; x < photo.width; ++x) {
+            const Colour plain = PixelAt(photo, x, y);
+            SetPixel(photo, x, y, {plain.red + x * y % 7, plain.green - (x + 3 * y) % 5, plain.blue + x / 30});
+        }
+    }
+    return photo;
+}
 
 class Documents : public testing::Test, protected PlacedTool {
 protected:
@@ -108,6 +121,19 @@ TEST_F(Documents, ATurnedFaceNearThePhotosEdgeStandsWhereAnyOtherDoes) {
         EXPECT_NEAR(box.left + box.right, middle.left + middle.right, 16) << x << "," << y;
         EXPECT_NEAR(box.top + box.bottom, middle.top + middle.bottom, 16) << x << "," << y;
     }
+}
+
+TEST_F(Documents, PortraitsAreTheSameOnEverySystem) {
+    Work().Put("roomy.png", Encoded(".png", ColourfulPhoto()));
+    const auto portrait = [&](const Arguments& more) {
+        SizeBy(more);
+        const std::vector<uint8> rows = AllRowsOf(Read("out.png"));
+        return FingerprintText(ContentFingerprint({rows.begin(), rows.end()}));
+    };
+    EXPECT_EQ(portrait({}), "71c0dc8b7ff8cc0d");
+    EXPECT_EQ(portrait({"--document", "us-visa"}), "6b2a72873df6720d");
+    EXPECT_EQ(portrait({"--document", "icao-9303", "--rotate", "353", "--actions", "crop,colour"}), "bd550c5d3fa563bd");
+    EXPECT_EQ(portrait({"--size", "35x45mm", "--crop-ratio", "0.9", "--dpi", "600"}), "89f59d8732d3adef");
 }
 
 TEST_F(Documents, APhotoThatEndsTooEarlyGivesNoPortraitOfADocument) {

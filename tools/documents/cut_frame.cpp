@@ -36,7 +36,7 @@ void CopyRow(const PictureRows& source, const uint8* row, const Span& columns, c
     if (right > left) {
         std::memcpy(to + 3 * left, row + 3 * (columns.start + left), static_cast<std::size_t>(3 * (right - left)));
     }
-    const uint8* last = row + std::ptrdiff_t{3} * (source.width - 1);
+    const uint8* last = &row[3 * (static_cast<std::ptrdiff_t>(source.width) - 1)];
     FillPixels(to + 3 * right, columns.length - right, colour != nullptr ? colour : last);
 }
 

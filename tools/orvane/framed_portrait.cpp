@@ -3,6 +3,7 @@
 #include "detect/candidates.h"
 #include "image/result_codes.h"
 #include "image/session_images.h"
+#include "primitives/sine_cosine.h"
 #include "session/deferred_picture.h"
 #include "session/session_state.h"
 #include "session/stage_clock.h"
@@ -38,9 +39,10 @@ PlaneRect BeforeTurn(const PlaneRect& needed, int32 angle) {
     const double rest = std::abs(angle - quarter * 90) * std::numbers::pi / 180;
     const double across = quarter % 2 == 0 ? needed.width : needed.height;
     const double along = quarter % 2 == 0 ? needed.height : needed.width;
-    const double turned = std::max(std::cos(2 * rest), kLeastCosine);
-    const double width = (across * std::cos(rest) + along * std::sin(rest)) / turned;
-    const double height = (along * std::cos(rest) + across * std::sin(rest)) / turned;
+    const double turned = std::max(SineCosineOf(2 * rest).cosine, kLeastCosine);
+    const auto [sine, cosine] = SineCosineOf(rest);
+    const double width = (across * cosine + along * sine) / turned;
+    const double height = (along * cosine + across * sine) / turned;
     return {needed.left + (needed.width - width) / 2, needed.top + (needed.height - height) / 2, width, height};
 }
 
@@ -67,11 +69,11 @@ ImageRect PartOf(const PlaneRect& rect, ImageSize picture) {
 
 /// Where a square of the part lies after the part was turned about its middle and cut.
 PlaneRect Turned(const PlaneRect& square, const ImageRect& part, ImageSize result, int32 angle) {
-    const double radians = angle * std::numbers::pi / 180;
+    const auto [sine, cosine] = SineCosineOf(angle * std::numbers::pi / 180);
     const double x = square.left + square.width / 2 - part.width / 2.0;
     const double y = square.top + square.height / 2 - part.height / 2.0;
-    const double toX = result.width / 2.0 + x * std::cos(radians) - y * std::sin(radians);
-    const double toY = result.height / 2.0 + x * std::sin(radians) + y * std::cos(radians);
+    const double toX = result.width / 2.0 + x * cosine - y * sine;
+    const double toY = result.height / 2.0 + x * sine + y * cosine;
     return {toX - square.width / 2, toY - square.height / 2, square.width, square.height};
 }
 
