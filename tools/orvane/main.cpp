@@ -3,6 +3,7 @@
 #include "tools/orvane/help_text.h"
 #include "tools/orvane/photo_run.h"
 #include "tools/orvane/photo_worker.h"
+#include "tools/orvane/print_command.h"
 #include "tools/orvane/report_join.h"
 #include "tools/orvane/watch_run.h"
 #include "tools/support/kept_memory.h"
@@ -36,6 +37,8 @@ ExitCode Run(const std::vector<std::string>& arguments) {
         return RunWatch(options);
     case Command::joinReports:
         return RunJoin(options);
+    case Command::print:
+        return RunPrint(options.print);
     case Command::worker:
         return RunWorker();
     }

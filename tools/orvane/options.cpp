@@ -2,6 +2,7 @@
 
 #include "tools/batch/output_pattern.h"
 #include "tools/orvane/report_file.h"
+#include "tools/support/file_options.h"
 
 #include <optional>
 
@@ -113,6 +114,12 @@ bool Shared(const std::string& text, Options* options, std::string* error) {
     return set(text, options, error);
 }
 
+/// The same for settings of the file.
+template <bool set(const std::string& text, FileSettings* settings, std::string* error)>
+bool OfFile(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, error);
+}
+
 constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | kWatch},
                                          {"--output", SetOutput, kPortrait | kJoin | kWatch},
                                          {"--output-name", SetOutputName, kPortrait | kWatch},
@@ -122,6 +129,11 @@ constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | k
                                          {"--tolerance", SetTolerance, kPortrait | kWatch},
                                          {"--rotate", SetRotation, kPortrait | kWatch},
                                          {"--steps", SetSteps, kPortrait},
+                                         {"--quality", OfFile<SetQuality>, kPortrait | kWatch},
+                                         {"--chroma", OfFile<SetChroma>, kPortrait | kWatch},
+                                         {"--dpi", OfFile<SetDpi>, kPortrait | kWatch},
+                                         {"--max-kb", OfFile<SetMostKilobytes>, kPortrait | kWatch},
+                                         {"--min-kb", OfFile<SetLeastKilobytes>, kPortrait | kWatch},
                                          {"--files-from", SetFilesFrom, kPortrait | kDetect},
                                          {"--report", SetReport, kPortrait | kDetect | kWatch},
                                          {"--shard", SetShard, kPortrait | kDetect | kWatch},
@@ -141,6 +153,7 @@ constexpr FlagOption kFlagOptions[] = {
     {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo | kWatch},
     {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect | kWatch},
     {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
+    {"--keep-metadata", [](Options& o) -> bool& { return o.keepMetadata; }, kPortrait | kWatch},
     {"--resume", [](Options& o) -> bool& { return o.resume; }, kPortrait}};
 
 unsigned BitOf(Command command) {
@@ -233,12 +246,19 @@ bool FindCommand(const std::string& name, Command* command) {
         *command = Command::watch;
     } else if (name == "report") {
         *command = Command::joinReports;
+    } else if (name == "print") {
+        *command = Command::print;
     } else if (name == kWorkerCommand) {
         *command = Command::worker;
     } else {
         return false;
     }
     return true;
+}
+
+/// The names of the outputs are those of the pattern, where there is one.
+bool CheckFile(const Options& options, std::string* error) {
+    return CheckFileSettings(options, options.outputName.empty() ? options.output : options.outputName, error);
 }
 
 /// What no single option tells.
@@ -250,7 +270,7 @@ bool CheckRun(const std::string& command, const Options& options, std::string* e
     } else if (options.resume && !options.steps.empty()) {
         *error = "--resume does not know of the pictures of --steps; give one of them";
     } else {
-        return true;
+        return options.command == Command::detect || CheckFile(options, error);
     }
     return false;
 }
@@ -263,7 +283,7 @@ bool CheckWatch(const Options& options, std::string* error) {
     } else if (options.outputName.find("{number}") != std::string::npos) {
         *error = "--output-name: photographs that arrive have no {number}";
     } else {
-        return true;
+        return CheckFile(options, error);
     }
     return false;
 }
@@ -294,6 +314,11 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
     }
     if (options->command == Command::help || options->command == Command::version) return true;
     if (options->command == Command::worker) return true;
+    if (options->command == Command::print) {
+        if (!ParsePrintOptions({arguments.begin() + 1, arguments.end()}, &options->print, error)) return false;
+        if (options->print.help) options->command = Command::help;
+        return true;
+    }
     if (options->command == Command::joinReports && (arguments.size() < 2 || arguments[1] != "join")) {
         if (arguments.size() == 2 && (arguments[1] == "--help" || arguments[1] == "-h")) {
             options->command = Command::help;
