@@ -1,13 +1,13 @@
 #include "tools/print/sheet_plan.h"
 
 #include <algorithm>
-#include <numeric>
+#include <utility>
 
 namespace orvane::tools {
 namespace {
 
 /// What margins may lose to portraits whose pixels come to a bit more than their millimetres.
-constexpr double kSlack = 0.1;
+constexpr double kSlack = 0.05;
 constexpr double kRounding = 1e-6;
 
 /// More copies than fit on any paper.
@@ -22,58 +22,54 @@ bool Fits(const PaperSize& portrait, const PaperSize& room) {
     return portrait.width <= room.width && portrait.height <= room.height;
 }
 
-/// Fills sheets of one direction row by row.
-class Filler {
-public:
-    Filler(const PaperSize& paper, const SheetSettings& settings)
-        : paper_(paper), gap_(settings.gap), room_(Room(paper, settings.margin)) {}
-
-    void Add(std::size_t portrait, const PaperSize& size) {
-        if (!IsInRow(size)) StartRow(size);
-        sheets_.back().push_back({portrait, rowEnd_, rowTop_, size});
-        rowEnd_ += size.width + gap_;
-        width_ = std::max(width_, rowEnd_ - gap_);
-    }
-
-    std::vector<Sheet> Take() {
-        if (!sheets_.empty()) MoveToMiddle();
-        return std::move(sheets_);
-    }
-
-private:
-    /// Portraits come from the highest to the lowest, so that a row has the height of its first one.
-    bool IsInRow(const PaperSize& size) const { return !sheets_.empty() && rowEnd_ + size.width <= room_.width; }
-
-    void StartRow(const PaperSize& size) {
-        rowTop_ = sheets_.empty() ? 0 : rowTop_ + rowHeight_ + gap_;
-        if (sheets_.empty() || rowTop_ + size.height > room_.height) {
-            if (!sheets_.empty()) MoveToMiddle();
-            sheets_.emplace_back();
-            rowTop_ = 0;
-            width_ = 0;
-        }
-        rowEnd_ = 0;
-        rowHeight_ = size.height;
-    }
-
-    void MoveToMiddle() {
-        double bottom = 0;
-        for (const PlacedPortrait& placed : sheets_.back()) bottom = std::max(bottom, placed.Bottom());
-        for (PlacedPortrait& placed : sheets_.back()) {
-            placed.x += (paper_.width - width_) / 2;
-            placed.y += (paper_.height - bottom) / 2;
-        }
-    }
-
-    const PaperSize paper_;
-    const double gap_;
-    const PaperSize room_;
-    std::vector<Sheet> sheets_;
-    double rowEnd_ = 0;
-    double rowTop_ = 0;
-    double rowHeight_ = 0;
-    double width_ = 0; ///< Of the sheet's widest row.
+/// Portraits of one kind that are not placed yet.
+struct Pile {
+    std::size_t portrait;
+    PaperSize size;
+    int32 left;
 };
+
+/// The highest first.
+std::vector<Pile> PilesOf(const std::vector<PaperSize>& portraits, int32 copies) {
+    std::vector<Pile> piles;
+    for (std::size_t i = 0; i < portraits.size(); ++i) piles.push_back({i, portraits[i], copies});
+    std::stable_sort(piles.begin(), piles.end(),
+                     [](const Pile& a, const Pile& b) { return a.size.height > b.size.height; });
+    return piles;
+}
+
+/// One row at `top`: of each pile in turn as many as fit, so that it has the height of its first portrait. Gives its
+/// end on the right; 0 where nothing fits.
+double FillRow(double top, const PaperSize& room, double gap, std::vector<Pile>* piles, Sheet* sheet) {
+    double end = -gap;
+    for (Pile& pile : *piles) {
+        while (pile.left > 0 && end + gap + pile.size.width <= room.width && top + pile.size.height <= room.height) {
+            sheet->push_back({pile.portrait, end + gap, top, pile.size});
+            end = sheet->back().Right();
+            --pile.left;
+        }
+    }
+    return std::max(end, 0.0);
+}
+
+/// One sheet, with its portraits in the middle.
+Sheet FillSheet(const PaperSize& paper, const SheetSettings& settings, std::vector<Pile>* piles) {
+    const PaperSize room = Room(paper, settings.margin);
+    Sheet sheet;
+    double width = 0;
+    double bottom = 0;
+    for (double top = 0;; top = bottom + settings.gap) {
+        const std::size_t before = sheet.size();
+        width = std::max(width, FillRow(top, room, settings.gap, piles, &sheet));
+        if (sheet.size() == before) break;
+        bottom = sheet[before].Bottom();
+    }
+    for (PlacedPortrait& placed : sheet) {
+        placed.x += (paper.width - width) / 2;
+        placed.y += (paper.height - bottom) / 2;
+    }
+    return sheet;
+}
 
 struct Direction {
     PaperSize paper;
@@ -81,17 +77,15 @@ struct Direction {
     int32 copies = 0;
 };
 
+/// Each portrait fits on the paper, so every sheet takes some.
 std::vector<Sheet> Filled(const std::vector<PaperSize>& portraits, const PaperSize& paper,
                           const SheetSettings& settings, int32 copies) {
-    std::vector<std::size_t> order(portraits.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return portraits[a].height > portraits[b].height; });
-    Filler filler(paper, settings);
-    for (const std::size_t i : order) {
-        for (int32 copy = 0; copy < copies; ++copy) filler.Add(i, portraits[i]);
+    std::vector<Pile> piles = PilesOf(portraits, copies);
+    std::vector<Sheet> sheets;
+    while (std::any_of(piles.begin(), piles.end(), [](const Pile& pile) { return pile.left > 0; })) {
+        sheets.push_back(FillSheet(paper, settings, &piles));
     }
-    return filler.Take();
+    return sheets;
 }
 
 /// As many copies as one sheet takes, or one of each on as many sheets as that takes.

@@ -27,7 +27,7 @@ struct ColourRows {
 bool ConvertToSrgb(const std::string& profile, const ColourRows& rows);
 
 /// What is said of a picture whose profile is such a one.
-inline constexpr const char* kUnusableProfile = "its colour profile is damaged; its colours were taken as sRGB";
+inline constexpr const char* kUnusableProfile = "its colour profile cannot be used; its colours were taken as sRGB";
 
 /// Whether a JPEG, PNG or TIFF file says that it holds a profile.
 bool NamesProfile(const std::string& content);

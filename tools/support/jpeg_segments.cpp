@@ -36,15 +36,19 @@ bool HasName(const std::string& jpeg, const JpegSegment& segment, unsigned marke
 }
 
 std::optional<JpegFrame> FrameOf(const std::string& jpeg) {
-    constexpr std::size_t kFrameBytes = 6;
+    constexpr std::size_t kFrameBytes = 9; // with one component
     for (const JpegSegment& segment : JpegSegments(jpeg)) {
         const unsigned marker = segment.marker;
         const bool frame = marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
         if (!frame) continue;
         if (segment.size < kFrameBytes) break;
         const std::size_t at = segment.content;
-        return JpegFrame{marker, HighFirst(jpeg, at, 1), HighFirst(jpeg, at + 3, 2), HighFirst(jpeg, at + 1, 2),
-                         HighFirst(jpeg, at + 5, 1)};
+        return JpegFrame{marker,
+                         HighFirst(jpeg, at, 1),
+                         HighFirst(jpeg, at + 3, 2),
+                         HighFirst(jpeg, at + 1, 2),
+                         HighFirst(jpeg, at + 5, 1),
+                         HighFirst(jpeg, at + 7, 1)};
     }
     return std::nullopt;
 }

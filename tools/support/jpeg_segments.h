@@ -38,6 +38,7 @@ struct JpegFrame {
     unsigned width = 0;
     unsigned height = 0;
     unsigned components = 0;
+    unsigned sampling = 0; ///< Of the first component: 16 times the factor across plus the one down.
 };
 std::optional<JpegFrame> FrameOf(const std::string& jpeg);
 

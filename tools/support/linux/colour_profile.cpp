@@ -1,10 +1,9 @@
 #include "tools/support/colour_profile.h"
 
 #include "tools/support/linux/colour_transform.h"
+#include "tools/support/srgb_grid.h"
 
-#include <algorithm>
 #include <array>
-#include <cstdlib>
 
 namespace orvane::tools {
 namespace {
@@ -14,21 +13,13 @@ cmsUInt32Number FormatOf(const ColourRows& rows) {
     return rows.redFirst ? TYPE_RGB_8 : TYPE_BGR_8;
 }
 
-/// Whether colours all over the space stay where they are, but for the last digits in which profiles of sRGB differ.
 bool IsSrgb(const ProfilePtr& profile) {
-    constexpr int kNear = 2;
     const TransformPtr transform = IntoSrgb(profile, TYPE_RGB_8, TYPE_RGB_8);
-    if (transform == nullptr) return false;
-    for (int i = 0; i < 9 * 9 * 9; ++i) {
-        const auto level = [](int step) { return static_cast<uint8>(std::min(step * 32, 255)); };
-        const std::array<uint8, 3> from{level(i % 9), level(i / 9 % 9), level(i / 81)};
-        std::array<uint8, 3> to{};
-        cmsDoTransform(transform.get(), from.data(), to.data(), 1);
-        for (std::size_t k = 0; k < 3; ++k) {
-            if (std::abs(from[k] - to[k]) > kNear) return false;
-        }
-    }
-    return true;
+    return transform != nullptr && KeepsColours([&](const ColourLevels& from) {
+               ColourLevels to{};
+               cmsDoTransform(transform.get(), from.data(), to.data(), 1);
+               return to;
+           });
 }
 
 template <typename Change>

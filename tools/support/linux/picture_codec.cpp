@@ -102,8 +102,9 @@ bool CheckFile(const std::string& path, const std::string& content, std::string*
     return false;
 }
 
-/// The profile that the decoder found; empty for none.
-std::string ProfileOf(GdkPixbuf* pixbuf) {
+/// The file's profile; empty for none. The decoder does not find every one of a JPEG file.
+std::string ProfileOf(const std::string& content, GdkPixbuf* pixbuf) {
+    if (IsJpeg(content)) return JpegProfile(content);
     const char* text = gdk_pixbuf_get_option(pixbuf, "icc-profile");
     if (text == nullptr) return "";
     gsize size = 0;
@@ -113,7 +114,7 @@ std::string ProfileOf(GdkPixbuf* pixbuf) {
 
 /// Whatever colours the file has become those of a portrait.
 void ConvertColours(const std::string& content, GdkPixbuf* pixbuf, std::string* warning) {
-    const std::string profile = ProfileOf(pixbuf);
+    const std::string profile = ProfileOf(content, pixbuf);
     if (profile.empty()) {
         if (NamesProfile(content)) *warning = kUnusableProfile;
         return;
