@@ -125,7 +125,8 @@ void ConvertColours(const std::string& content, GdkPixbuf* pixbuf, std::string* 
     rows.height = gdk_pixbuf_get_height(pixbuf);
     rows.pixel = gdk_pixbuf_get_n_channels(pixbuf);
     rows.row = gdk_pixbuf_get_rowstride(pixbuf);
-    if (!ConvertToSrgb(profile, rows)) *warning = kUnusableProfile;
+    // Inks whose profile told their colours do not come here.
+    if (HasInks(content) || !ConvertToSrgb(profile, rows)) *warning = kUnusableProfile;
 }
 
 /// A picture in inks whose profile says what they look like. False leaves it to the decoder's own way, which knows no
