@@ -8,6 +8,7 @@ const char* const kHelpText =
   orvane portrait PHOTO... -o FILE|FOLDER [option...]
   orvane detect PHOTO... [option...]
   orvane watch FOLDER -o FOLDER [option...]
+  orvane print PORTRAIT... -o FILE.pdf|png|jpg [option...]
   orvane report join REPORT... -o REPORT [--force]
   orvane info [--json]
   orvane help | version
@@ -25,6 +26,13 @@ portrait writes one picture a photo: into FILE, whose extension tells the format
   --steps FOLDER       also writes the picture after each action, and the background's mask, into an
                        existing folder: PHOTO-0-crop.png and so on
   --force              replaces existing files
+The portrait's file:
+  --quality N          of .jpg (95), 1 to 100
+  --chroma KIND        of .jpg (420): 444, 422 or 420
+  --dpi N              pixels an inch that the file tells, 36 to 2400
+  --max-kb N           at most N times 1000 bytes: a .jpg has the highest quality that fits
+  --min-kb N           at least N times 1024 bytes: a .jpg has more quality then, and comments; a .png comments
+  --keep-metadata      camera, dates and rights of the photograph go along, into .jpg and .png
 detect prints the face rectangle in pixels of the photo, counted from its upper left corner.
 
 Both take many photos: a PHOTO may be a folder, of which all photos are taken.
@@ -47,6 +55,16 @@ watch makes a portrait of each photo that lies in a folder or arrives there, unt
 options of portrait but -r, --files-from, --steps, --resume and {number}. The photo stays where it is and
 is not done again; one that gives no portrait moves to the folder 'failed' of -o, with a text beside it
 that says why. Names with a dot in front, or another extension than a photo's, are left alone.
+
+print puts portraits in their true size on sheets of paper; a .pdf may have several.
+  --paper SIZE         A4, A5, A6, letter, or such as 10x15cm (the default), 4x6in, 102x152mm
+  --copies N           of each portrait; as many as one sheet takes when not given
+  --gap LENGTH         between portraits (2mm)
+  --margin LENGTH      that stays white at the paper's edges (3mm)
+  --cut-marks          short lines that go on from the portraits' edges
+  --size WIDTHxHEIGHT  of a portrait, such as 35x45mm, where its file does not tell its resolution
+  --dpi N              pixels an inch of a sheet that is no .pdf (300)
+  --force              replaces an existing file
 
 report join makes one report of those of several shards or attempts.
 info prints version, library, classifier and processor. -- ends the options.
