@@ -264,5 +264,29 @@ TEST_F(PhotoRuns, WhatMakesNoSenseTogetherIsRefusedBeforeAnythingIsDone) {
     EXPECT_TRUE(Names("out").empty());
 }
 
+TEST_F(PhotoRuns, ResumingMakesAnewWhatHasOtherSettingsOfItsFile) {
+    PutPhoto("in/a.png");
+    const Lines settings[] = {{},
+                              {"--dpi", "300"},
+                              {"--quality", "80"},
+                              {"--chroma", "444"},
+                              {"--min-kb", "40"},
+                              {"--max-kb", "40"},
+                              {"--keep-metadata"}};
+    for (const Lines& more : settings) {
+#ifdef _WIN32
+        if (!more.empty() && more[0] == "--chroma") continue; // the system's encoder may not have it
+#endif
+        Lines arguments{"in", "-o", "out", "--output-name", "{stem}.jpg", "--resume", "--json"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        SCOPED_TRACE(more.empty() ? "plain" : more[0]);
+        for (const bool kept : {false, true}) {
+            const ProcessResult result = Portraits(arguments);
+            ASSERT_EQ(result.exitCode, 0) << result.err;
+            EXPECT_EQ(result.out.find("\"kept\":true") != std::string::npos, kept) << result.out;
+        }
+    }
+}
+
 } // namespace
 } // namespace orvane::tools

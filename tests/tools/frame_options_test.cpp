@@ -91,8 +91,6 @@ TEST(FrameOptions, NonsenseIsRefused) {
          "the portrait would have 71x531 pixels, and takes 75 to 32767 a side and at most 268000000 in all"},
         {{"--size", "900x900mm", "--dpi", "1200"},
          "the portrait would have 42520x42520 pixels, and takes 75 to 32767 a side and at most 268000000 in all"},
-        {{"--dpi", "49"}, "--dpi wants pixels an inch, 50 to 2400, not '49'"},
-        {{"--dpi", "300.5"}, "--dpi wants pixels an inch, 50 to 2400, not '300.5'"},
         {{"--head", "36-32mm"}, "--head wants a band in millimetres, such as 32-36mm, not '36-32mm'"},
         {{"--head", "32-36"}, "--head wants a band in millimetres, such as 32-36mm, not '32-36'"},
         {{"--head", "40-46mm"}, "--head reaches beyond the height of the portrait"},
@@ -118,11 +116,27 @@ TEST(FrameOptions, WhatDoesNotGoTogetherIsRefused) {
     EXPECT_EQ(Refused(with(document, {"--head", "32-36mm"})), itself + "--head");
     EXPECT_EQ(Refused({"--head", "32-36mm", "--crop-ratio", "1"}),
               "--head tells the head's size; leave out --crop-ratio");
-    for (const Arguments& more : {Arguments{"--dpi", "300"}, {"--head", "32-36mm"}, {"--fill", "edge"}}) {
+    for (const Arguments& more : {Arguments{"--head", "32-36mm"}, {"--fill", "edge"}}) {
         EXPECT_EQ(Refused(with({"--size", "413x531"}, more)), "a --size in pixels does not go with " + more[0]);
         EXPECT_EQ(Refused(with({"--actions", "colour"}, more)), "a portrait in millimetres wants crop among --actions");
     }
     EXPECT_EQ(Refused(with(document, {"--actions", "none"})), "a portrait in millimetres wants crop among --actions");
+}
+
+TEST(FrameOptions, SayWhatTheFileTells) {
+    EXPECT_EQ(Parsed({}).dpi, 300);
+    EXPECT_EQ(Parsed({"--document", "germany-passport"}).dpi, 600);
+    EXPECT_EQ(Parsed({"--document", "germany-passport", "--dpi", "300"}).dpi, 300);
+    EXPECT_EQ(Parsed({"--size", "413x531"}).dpi, std::nullopt);
+    EXPECT_EQ(Parsed({"--size", "413x531", "--dpi", "300"}).dpi, 300);
+    EXPECT_EQ(Parsed({"--document", "us-visa"}).mostBytes, std::nullopt)
+        << "files of other formats can't be made smaller";
+    const Options bounded = Parsed({"--document", "us-passport", "--output-name", "{stem}.jpg"});
+    EXPECT_EQ(bounded.leastBytes, 54U * 1024);
+    EXPECT_EQ(bounded.mostBytes, 10'000'000U);
+    const Options given = Parsed({"--document", "us-passport", "--output-name", "{stem}.jpg", "--max-kb", "200"});
+    EXPECT_EQ(given.leastBytes, 54U * 1024);
+    EXPECT_EQ(given.mostBytes, 200'000U);
 }
 
 TEST(FrameOptions, ADocumentThatForbidsEditsTakesNone) {

@@ -67,6 +67,45 @@ TEST(Options, APortraitIs35By45MillimetresUnlessToldOtherwise) {
     EXPECT_FALSE(options.json || options.force);
 }
 
+TEST(Options, APortraitsFileHasItsOptions) {
+    const Options plain = Parsed(Portrait({}));
+    EXPECT_FALSE(plain.quality || plain.chroma || plain.dpi || plain.leastBytes || plain.mostBytes);
+    EXPECT_FALSE(plain.keepMetadata);
+    const Options options = Parsed(Portrait({"-o", "p.jpg", "--quality", "80", "--chroma", "422", "--dpi=300",
+                                             "--max-kb", "240", "--min-kb", "20", "--keep-metadata"}));
+    EXPECT_EQ(options.quality, 80);
+    EXPECT_EQ(options.chroma, Chroma::half);
+    EXPECT_EQ(options.dpi, 300);
+    EXPECT_EQ(options.mostBytes, 240000U);
+    EXPECT_EQ(options.leastBytes, 20480U);
+    EXPECT_TRUE(options.keepMetadata);
+    EXPECT_EQ(Parsed({"watch", "in", "-o", "out", "--output-name", "{stem}.jpg", "--quality", "80"}).quality, 80);
+    EXPECT_EQ(Refused({"watch", "in", "-o", "out", "--quality", "80"}), "--quality is for .jpg");
+    EXPECT_EQ(Refused({"portrait", "a", "-o", "out", "--chroma", "444"}), "--chroma is for .jpg")
+        << "folders take .png";
+    EXPECT_EQ(Refused({"detect", "a", "--dpi", "300"}), "'detect' knows no option '--dpi'");
+}
+
+TEST(Options, PrintHasItsOwn) {
+    const PrintOptions print = Parsed({"print", "a.jpg", "-o", "s.pdf", "--paper", "A4", "--copies", "4", "--gap",
+                                       "1mm", "--margin=0", "--cut-marks", "--size", "35x45mm", "--", "-b.jpg"})
+                                   .print;
+    EXPECT_EQ(print.portraits, (Arguments{"a.jpg", "-b.jpg"}));
+    EXPECT_EQ(print.output, "s.pdf");
+    EXPECT_EQ(print.sheets.paper.width, 210);
+    EXPECT_EQ(print.sheets.copies, 4);
+    EXPECT_EQ(print.sheets.gap, 1);
+    EXPECT_EQ(print.sheets.margin, 0);
+    EXPECT_TRUE(print.cutMarks);
+    EXPECT_EQ(print.size->height, 45);
+    EXPECT_EQ(Parsed({"print", "--help"}).command, Command::help);
+    const PrintOptions plain = Parsed({"print", "a.jpg", "-o", "s.png"}).print;
+    EXPECT_EQ(plain.sheets.paper.height, 150);
+    EXPECT_EQ(plain.sheets.margin, 3);
+    EXPECT_EQ(plain.sheets.gap, 2);
+    EXPECT_FALSE(plain.sheets.copies || plain.dpi || plain.size || plain.force);
+}
+
 TEST(Options, EveryOptionTakesItsValueBehindASpaceOrAnEqualsSign) {
     for (const Arguments& arguments :
          {Portrait({"--size", "100x200", "--crop-ratio", "1.5", "--actions", "background,colour", "--tolerance", "7",

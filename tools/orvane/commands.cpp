@@ -20,13 +20,14 @@ bool IsOpen(const Host& host) {
     return false;
 }
 
-bool Decode(const std::string& photo, Picture* picture, PhotoReport* report) {
+bool Decode(const std::string& photo, Picture* picture, std::string* metadata, PhotoReport* report) {
     report->photo = photo;
+    PictureNotes notes;
     double milliseconds = 0;
     bool good = false;
     {
         const StageClock clock(milliseconds);
-        good = ReadPicture(photo, picture, &report->error);
+        good = ReadPicture(photo, picture, &notes, &report->error);
     }
     if (!good) {
         report->status = kNoPicture;
@@ -35,14 +36,16 @@ bool Decode(const std::string& photo, Picture* picture, PhotoReport* report) {
     report->milliseconds.decode = milliseconds;
     report->width = picture->width;
     report->height = picture->height;
+    report->warning = notes.warning;
+    *metadata = notes.metadata;
     return true;
 }
 
-void Encode(const std::string& path, Picture&& portrait, bool force, PhotoReport* report) {
+void Encode(const std::string& path, Picture&& portrait, const PortraitFile& file, bool force, PhotoReport* report) {
     double milliseconds = 0;
     {
         const StageClock clock(milliseconds);
-        if (WritePicture(path, std::move(portrait), force, &report->error)) {
+        if (WritePicture(path, std::move(portrait), file, force, &report->error)) {
             report->output = path;
         } else {
             report->error = "the output '" + path + "' " + report->error;
@@ -66,7 +69,8 @@ void EncodeSteps(Steps& steps, const Options& options, PhotoReport* report) {
 PhotoReport FaceOf(Host& host, const std::string& photo) {
     PhotoReport report;
     Picture picture;
-    if (Decode(photo, &picture, &report)) host.Detect(picture, &report);
+    std::string ignored;
+    if (Decode(photo, &picture, &ignored, &report)) host.Detect(picture, &report);
     return report;
 }
 
@@ -78,17 +82,18 @@ PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput
     if (!output.error.empty()) return report;
     Picture portrait;
     Steps steps;
+    PortraitFile file{options, ""};
     {
         Picture picture;
-        if (!Decode(photo, &picture, &report)) return report;
+        if (!Decode(photo, &picture, &file.metadata, &report)) return report;
         host.MakePortrait(picture, options, &portrait, &report, options.steps.empty() ? nullptr : &steps);
     }
     if (place != nullptr && !portrait.pixels.empty()) {
-        place->Put(std::move(portrait), &report);
+        place->Put(std::move(portrait), file, &report);
         return report;
     }
     if (portrait.pixels.empty()) return report;
-    Encode(output.path, std::move(portrait), options.force, &report);
+    Encode(output.path, std::move(portrait), file, options.force, &report);
     EncodeSteps(steps, options, &report);
     return report;
 }

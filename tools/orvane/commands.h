@@ -18,7 +18,7 @@ class PortraitPlace {
 public:
     virtual ~PortraitPlace() = default;
     /// Notes in `report` what became of it.
-    virtual void Put(Picture&& portrait, PhotoReport* report) = 0;
+    virtual void Put(Picture&& portrait, const PortraitFile& file, PhotoReport* report) = 0;
 };
 
 /// The portrait of one photo, as a file of its planned name or, where `place` is not null, put there.

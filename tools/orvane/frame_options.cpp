@@ -2,8 +2,10 @@
 
 #include "tools/documents/documents.h"
 #include "tools/support/picture.h"
+#include "tools/support/picture_format.h"
 
 #include <charconv>
+#include <cmath>
 #include <initializer_list>
 
 namespace orvane::tools {
@@ -52,18 +54,20 @@ bool RefuseTogether(std::initializer_list<std::pair<bool, const char*>> others, 
     return true;
 }
 
-bool WishOfDocument(const PortraitSettings& settings, const FrameOptions& frame, FrameWish* wish, std::string* error) {
-    if (!RefuseTogether({{frame.sizeInPixels || frame.sizeInMillimetres, "--size"},
-                         {frame.cropRatioGiven, "--crop-ratio"},
-                         {frame.givenHead.has_value(), "--head"}},
+bool WishOfDocument(const PortraitSettings& settings, FrameOptions* frame, FrameWish* wish, std::string* error) {
+    if (!RefuseTogether({{frame->sizeInPixels || frame->sizeInMillimetres, "--size"},
+                         {frame->cropRatioGiven, "--crop-ratio"},
+                         {frame->givenHead.has_value(), "--head"}},
                         "--document tells size and head itself; leave out ", error)) {
         return false;
     }
     Document document;
-    if (!FindDocument(frame.document, &document, error)) return false;
+    if (!FindDocument(frame->document, &document, error)) return false;
     *wish = WishOf(document);
+    frame->documentLeastBytes = document.leastBytes;
+    frame->documentMostBytes = document.mostBytes;
     const Actions& actions = settings.actions;
-    if (!document.forbidsEdits || frame.allowEdits || !(actions.background || actions.colour)) return true;
+    if (!document.forbidsEdits || frame->allowEdits || !(actions.background || actions.colour)) return true;
     *error = "'" + document.name + "' takes no altered photo, so no background and no colour in --actions; " +
              "--allow-edits does them all the same";
     return false;
@@ -137,14 +141,6 @@ bool SetDocument(const std::string& text, FrameOptions* frame, std::string* erro
     return !text.empty();
 }
 
-bool SetDpi(const std::string& text, FrameOptions* frame, std::string* error) {
-    constexpr auto kLeast = static_cast<int32>(kLeastResolution);
-    constexpr auto kMost = static_cast<int32>(kMostResolution);
-    frame->dpi = NumberWithin(text, kLeast, kMost);
-    if (!frame->dpi) *error = "--dpi wants pixels an inch, " + Range(kLeast, kMost) + ", not '" + text + "'";
-    return frame->dpi.has_value();
-}
-
 bool SetHead(const std::string& text, FrameOptions* frame, std::string* error) {
     double low = 0;
     double high = 0;
@@ -174,14 +170,12 @@ bool SetFill(const std::string& text, FrameOptions* frame, std::string* error) {
     return false;
 }
 
-bool FinishFrame(const PortraitSettings& settings, FrameOptions* frame, std::string* error) {
+bool FinishFrame(const PortraitSettings& settings, std::optional<int32> dpi, FrameOptions* frame, std::string* error) {
     frame->frame.reset();
     const bool asksForFrame =
-        !frame->document.empty() || frame->sizeInMillimetres || frame->givenHead || frame->dpi || frame->givenFill;
+        !frame->document.empty() || frame->sizeInMillimetres || frame->givenHead || frame->givenFill;
     if (frame->sizeInPixels && frame->document.empty()) {
-        return RefuseTogether({{frame->dpi.has_value(), "--dpi"},
-                               {frame->givenHead.has_value(), "--head"},
-                               {frame->givenFill.has_value(), "--fill"}},
+        return RefuseTogether({{frame->givenHead.has_value(), "--head"}, {frame->givenFill.has_value(), "--fill"}},
                               "a --size in pixels does not go with ", error);
     }
     if (!settings.actions.crop) {
@@ -190,13 +184,22 @@ bool FinishFrame(const PortraitSettings& settings, FrameOptions* frame, std::str
         return false;
     }
     FrameWish wish;
-    const auto wishOf = frame->document.empty() ? WishOfSize : WishOfDocument;
-    if (!wishOf(settings, *frame, &wish, error)) return false;
-    if (frame->dpi) wish.resolution = *frame->dpi;
+    const bool isGood = frame->document.empty() ? WishOfSize(settings, *frame, &wish, error)
+                                                : WishOfDocument(settings, frame, &wish, error);
+    if (!isGood) return false;
+    if (dpi) wish.resolution = *dpi;
     if (frame->givenFill) wish.fill = *frame->givenFill;
     if (!CheckPixels(wish, error)) return false;
     frame->frame = wish;
     return true;
+}
+
+void SetFileOfFrame(const FrameOptions& frame, const std::string& output, FileSettings* file) {
+    if (!frame.frame) return;
+    if (!file->dpi) file->dpi = static_cast<int32>(std::lround(frame.frame->resolution));
+    if (FormatOfName(output) != PictureFormat::jpeg) return;
+    if (!file->leastBytes) file->leastBytes = frame.documentLeastBytes;
+    if (!file->mostBytes) file->mostBytes = frame.documentMostBytes;
 }
 
 void PackFrame(const std::optional<FrameWish>& frame, Packer* packer) {

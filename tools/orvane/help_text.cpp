@@ -9,6 +9,7 @@ const char* const kHelpText =
   orvane detect PHOTO... [option...]
   orvane watch FOLDER -o FOLDER [option...]
   orvane documents [TABLE] [--json]
+  orvane print PORTRAIT... -o FILE.pdf|png|jpg [option...]
   orvane report join REPORT... -o REPORT [--force]
   orvane info [--json]
   orvane help | version
@@ -19,7 +20,8 @@ portrait writes one picture a photo: into FILE, whose extension tells the format
                        one's own, FILE.toml or FILE.toml#NAME
   --size WIDTHxHEIGHT  of the portrait (35x45mm): in millimetres, and then exactly as large; or in pixels,
                        each 75 to 32767, the width a multiple of 4, one side growing with the crop
-  --dpi NUMBER         pixels an inch of a size in millimetres (300), 50 to 2400
+  --dpi N              pixels an inch, 36 to 2400: how many pixels a size in millimetres has (300), and what
+                       the file tells
   --head LOW-HIGHmm    from chin to crown (32-36mm), for a size in millimetres
   --crop-ratio RATIO   in place of the head's size: the portrait is three times RATIO faces high; above 0,
                        up to 10; 1 for a size in pixels
@@ -32,6 +34,12 @@ portrait writes one picture a photo: into FILE, whose extension tells the format
   --steps FOLDER       also writes the picture after each action, and the background's mask, into an
                        existing folder: PHOTO-0-crop.png and so on
   --force              replaces existing files
+The portrait's file:
+  --quality N          of .jpg (95), 1 to 100
+  --chroma KIND        of .jpg (420): 444, 422 or 420
+  --max-kb N           at most N times 1000 bytes: a .jpg has the highest quality that fits
+  --min-kb N           at least N times 1024 bytes: a .jpg has more quality then, and comments; a .png comments
+  --keep-metadata      camera, dates and rights of the photograph go along, into .jpg and .png
 detect prints the face rectangle in pixels of the photo, counted from its upper left corner.
 
 Both take many photos: a PHOTO may be a folder, of which all photos are taken.
@@ -56,6 +64,17 @@ is not done again; one that gives no portrait moves to the folder 'failed' of -o
 that says why. Names with a dot in front, or another extension than a photo's, are left alone.
 
 documents lists what authorities ask for: size, head, eyes, background, file.
+
+print puts portraits in their true size on sheets of paper; a .pdf may have several.
+  --paper SIZE         A4, A5, A6, letter, or such as 10x15cm (the default), 4x6in, 102x152mm
+  --copies N           of each portrait; as many as one sheet takes when not given
+  --gap LENGTH         between portraits (2mm)
+  --margin LENGTH      that stays white at the paper's edges (3mm)
+  --cut-marks          short lines that go on from the portraits' edges
+  --size WIDTHxHEIGHT  of a portrait, such as 35x45mm, where its file does not tell its resolution
+  --dpi N              pixels an inch of a sheet that is no .pdf (300)
+  --force              replaces an existing file
+
 report join makes one report of those of several shards or attempts.
 info prints version, library, classifier and processor. -- ends the options.
 

@@ -4,6 +4,7 @@
 #include "tools/orvane/help_text.h"
 #include "tools/orvane/photo_run.h"
 #include "tools/orvane/photo_worker.h"
+#include "tools/orvane/print_command.h"
 #include "tools/orvane/report_join.h"
 #include "tools/orvane/watch_run.h"
 #include "tools/support/kept_memory.h"
@@ -39,6 +40,8 @@ ExitCode Run(const std::vector<std::string>& arguments) {
         return RunJoin(options);
     case Command::documents:
         return RunDocuments(options);
+    case Command::print:
+        return RunPrint(options.print);
     case Command::worker:
         return RunWorker();
     }

@@ -2,6 +2,7 @@
 
 #include "tools/batch/output_pattern.h"
 #include "tools/orvane/report_file.h"
+#include "tools/support/file_options.h"
 
 #include <optional>
 
@@ -124,19 +125,29 @@ bool OfFrame(const std::string& text, Options* options, std::string* error) {
     return set(text, options, error);
 }
 
+/// The same for settings of the file.
+template <bool set(const std::string& text, FileSettings* settings, std::string* error)>
+bool OfFile(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, error);
+}
+
 constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | kWatch},
                                          {"--output", SetOutput, kPortrait | kJoin | kWatch},
                                          {"--output-name", SetOutputName, kPortrait | kWatch},
                                          {"--size", Framed<SetPortraitSize>, kPortrait | kWatch},
                                          {"--crop-ratio", Framed<SetRatio>, kPortrait | kWatch},
                                          {"--document", OfFrame<SetDocument>, kPortrait | kWatch},
-                                         {"--dpi", OfFrame<SetDpi>, kPortrait | kWatch},
                                          {"--head", OfFrame<SetHead>, kPortrait | kWatch},
                                          {"--fill", OfFrame<SetFill>, kPortrait | kWatch},
                                          {"--actions", Shared<SetActions>, kPortrait | kWatch},
                                          {"--tolerance", SetTolerance, kPortrait | kWatch},
                                          {"--rotate", SetRotation, kPortrait | kWatch},
                                          {"--steps", SetSteps, kPortrait},
+                                         {"--quality", OfFile<SetQuality>, kPortrait | kWatch},
+                                         {"--chroma", OfFile<SetChroma>, kPortrait | kWatch},
+                                         {"--dpi", OfFile<SetDpi>, kPortrait | kWatch},
+                                         {"--max-kb", OfFile<SetMostKilobytes>, kPortrait | kWatch},
+                                         {"--min-kb", OfFile<SetLeastKilobytes>, kPortrait | kWatch},
                                          {"--files-from", SetFilesFrom, kPortrait | kDetect},
                                          {"--report", SetReport, kPortrait | kDetect | kWatch},
                                          {"--shard", SetShard, kPortrait | kDetect | kWatch},
@@ -157,6 +168,7 @@ constexpr FlagOption kFlagOptions[] = {
     {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect | kWatch},
     {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
     {"--allow-edits", [](Options& o) -> bool& { return o.allowEdits; }, kPortrait | kWatch},
+    {"--keep-metadata", [](Options& o) -> bool& { return o.keepMetadata; }, kPortrait | kWatch},
     {"--resume", [](Options& o) -> bool& { return o.resume; }, kPortrait}};
 
 unsigned BitOf(Command command) {
@@ -253,12 +265,23 @@ bool FindCommand(const std::string& name, Command* command) {
         *command = Command::documents;
     } else if (name == "report") {
         *command = Command::joinReports;
+    } else if (name == "print") {
+        *command = Command::print;
     } else if (name == kWorkerCommand) {
         *command = Command::worker;
     } else {
         return false;
     }
     return true;
+}
+
+/// The names of the outputs are those of the pattern, where there is one.
+const std::string& NameOfFiles(const Options& options) {
+    return options.outputName.empty() ? options.output : options.outputName;
+}
+
+bool CheckFile(const Options& options, std::string* error) {
+    return CheckFileSettings(options, NameOfFiles(options), error);
 }
 
 /// What no single option tells.
@@ -270,7 +293,7 @@ bool CheckRun(const std::string& command, const Options& options, std::string* e
     } else if (options.resume && !options.steps.empty()) {
         *error = "--resume does not know of the pictures of --steps; give one of them";
     } else {
-        return true;
+        return options.command == Command::detect || CheckFile(options, error);
     }
     return false;
 }
@@ -283,7 +306,7 @@ bool CheckWatch(const Options& options, std::string* error) {
     } else if (options.outputName.find("{number}") != std::string::npos) {
         *error = "--output-name: photographs that arrive have no {number}";
     } else {
-        return true;
+        return CheckFile(options, error);
     }
     return false;
 }
@@ -314,6 +337,11 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
     }
     if (options->command == Command::help || options->command == Command::version) return true;
     if (options->command == Command::worker) return true;
+    if (options->command == Command::print) {
+        if (!ParsePrintOptions({arguments.begin() + 1, arguments.end()}, &options->print, error)) return false;
+        if (options->print.help) options->command = Command::help;
+        return true;
+    }
     if (options->command == Command::joinReports && (arguments.size() < 2 || arguments[1] != "join")) {
         if (arguments.size() == 2 && (arguments[1] == "--help" || arguments[1] == "-h")) {
             options->command = Command::help;
@@ -335,7 +363,8 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
         return false;
     }
     const bool makesPortraits = options->command == Command::portrait || options->command == Command::watch;
-    if (makesPortraits && !FinishFrame(*options, options, error)) return false;
+    if (makesPortraits && !FinishFrame(*options, options->dpi, options, error)) return false;
+    if (makesPortraits) SetFileOfFrame(*options, NameOfFiles(*options), options);
     if (options->command == Command::watch) return CheckWatch(*options, error);
     return options->command == Command::joinReports ? CheckJoin(*options, error)
                                                     : CheckRun(arguments[0], *options, error);

@@ -3,6 +3,8 @@
 
 #include "tools/batch/shard.h"
 #include "tools/orvane/frame_options.h"
+#include "tools/orvane/print_options.h"
+#include "tools/support/file_settings.h"
 #include "tools/support/portrait_options.h"
 
 #include <cstdint>
@@ -12,7 +14,7 @@
 
 namespace orvane::tools {
 
-enum class Command { help, version, info, detect, portrait, watch, joinReports, documents, worker };
+enum class Command { help, version, info, detect, portrait, watch, joinReports, documents, print, worker };
 
 /// How a run over many photographs is to go.
 struct RunSettings {
@@ -33,7 +35,7 @@ inline constexpr std::uint64_t kMegabyte = 1U << 20;
 inline constexpr std::uint64_t kLeastMemory = 64 * kMegabyte;
 inline constexpr std::uint64_t kPlainMemory = 2048 * kMegabyte;
 
-struct Options : PortraitSettings, RunSettings, FrameOptions {
+struct Options : PortraitSettings, RunSettings, FileSettings, FrameOptions {
     Command command = Command::help;
     std::vector<std::string>
         photos; ///< Paths as bytes, in the order given: files and folders; a folder to watch; or reports to join.
@@ -45,6 +47,7 @@ struct Options : PortraitSettings, RunSettings, FrameOptions {
     bool json = false;
     bool force = false;
     bool resume = false;
+    PrintOptions print; ///< All that `print` is told.
 };
 
 /// What the program starts itself with again, for the photos of a run.

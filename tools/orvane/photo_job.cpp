@@ -18,7 +18,31 @@ void PackPortrait(const Options& options, Packer* packer) {
     PackFrame(options.frame, packer);
 }
 
+void PackFile(const FileSettings& file, Packer* packer) {
+    packer->Integer(file.quality.value_or(0)).Flag(file.chroma.has_value());
+    packer->Integer(static_cast<std::int64_t>(file.chroma.value_or(Chroma::quarter))).Integer(file.dpi.value_or(0));
+    for (const std::optional<std::uint64_t>& bytes : {file.leastBytes, file.mostBytes}) {
+        packer->Flag(bytes.has_value()).Integer(static_cast<std::int64_t>(bytes.value_or(0)));
+    }
+    packer->Flag(file.keepMetadata);
+}
+
 int32 Small(Unpacker* unpacker) { return static_cast<int32>(unpacker->Integer()); }
+
+void UnpackFile(Unpacker* unpacker, FileSettings* file) {
+    *file = FileSettings();
+    if (const int32 quality = Small(unpacker); quality != 0) file->quality = quality;
+    const bool hasChroma = unpacker->Flag();
+    const auto chroma = static_cast<Chroma>(Small(unpacker));
+    if (hasChroma) file->chroma = chroma;
+    if (const int32 dpi = Small(unpacker); dpi != 0) file->dpi = dpi;
+    for (std::optional<std::uint64_t>* bytes : {&file->leastBytes, &file->mostBytes}) {
+        const bool has = unpacker->Flag();
+        const auto value = static_cast<std::uint64_t>(unpacker->Integer());
+        if (has) *bytes = value;
+    }
+    file->keepMetadata = unpacker->Flag();
+}
 
 void PackEntry(const JournalEntry& entry, Packer* packer) {
     for (const std::uint64_t value : {entry.photo, entry.settings, entry.portrait}) {
@@ -36,6 +60,7 @@ std::string Packed(const WorkSettings& settings) {
     packer.Flag(settings.options.command == Command::portrait);
     PackPortrait(settings.options, &packer);
     packer.Text(settings.options.frame ? settings.options.frame->name : "");
+    PackFile(settings.options, &packer);
     packer.Text(settings.options.steps).Flag(settings.options.force).Flag(settings.options.resume);
     packer.Integer(static_cast<std::int64_t>(settings.memory)).Flag(settings.journal);
     packer.Integer(std::bit_cast<std::int64_t>(settings.fingerprint));
@@ -58,6 +83,7 @@ bool Unpack(const std::string& bytes, WorkSettings* settings) {
     UnpackFrame(&unpacker, &options.frame);
     const std::string document = unpacker.Text();
     if (options.frame) options.frame->name = document;
+    UnpackFile(&unpacker, &options);
     options.steps = unpacker.Text();
     options.force = unpacker.Flag();
     options.resume = unpacker.Flag();
@@ -140,6 +166,7 @@ bool Unpack(const std::string& bytes, PhotoReport* report) {
 std::uint64_t SettingsFingerprint(const Options& options, const std::string& classifier) {
     Packer packer;
     PackPortrait(options, &packer);
+    PackFile(options, &packer);
     packer.Text(ORVANE_VERSION).Integer(std::bit_cast<std::int64_t>(ContentFingerprint(classifier)));
     return ContentFingerprint(packer.Bytes());
 }

@@ -70,20 +70,20 @@ public:
     JournaledPlace(const PhotoJob& job, JournalEntry entry, bool replace, const AskForPlace& ask)
         : job_(job), entry_(std::move(entry)), replace_(replace), ask_(ask) {}
 
-    void Put(Picture&& portrait, PhotoReport* report) override {
+    void Put(Picture&& portrait, const PortraitFile& file, PhotoReport* report) override {
         double milliseconds = 0;
         {
             const StageClock clock(milliseconds);
-            PutInPlace(std::move(portrait), report);
+            PutInPlace(std::move(portrait), file, report);
         }
         report->milliseconds.encode = milliseconds;
     }
 
 private:
-    void PutInPlace(Picture&& portrait, PhotoReport* report) {
+    void PutInPlace(Picture&& portrait, const PortraitFile& file, PhotoReport* report) {
         std::string encoded;
         std::string error;
-        if (!EncodePicture(job_.output, std::move(portrait), &encoded, &error)) {
+        if (!EncodePicture(job_.output, std::move(portrait), file, &encoded, &error)) {
             report->error = "the output '" + job_.output + "' " + error;
             return;
         }
@@ -154,11 +154,8 @@ PhotoReport Work(Host& host, const WorkSettings& settings, const PhotoJob& job, 
         report = PortraitOf(host, job.photo, {job.output, "", ""}, settings.options, nullptr);
     }
     if (settings.options.frame) report.document = settings.options.frame->name;
-    if (!report.error.empty()) {
-        report.warning.clear();
-    } else if (!remark.empty()) {
-        report.warning += (report.warning.empty() ? "" : "; ") + remark;
-    }
+    AddWarning(remark, &report);
+    if (!report.error.empty()) report.warning.clear();
     return report;
 }
 

@@ -95,6 +95,11 @@ std::string WarningLine(const PhotoReport& report) {
     return report.warning.empty() ? "" : OneLine(report.photo) + ": warning: " + OneLine(report.warning);
 }
 
+void AddWarning(const std::string& warning, PhotoReport* report) {
+    if (!warning.empty() && !report->warning.empty()) report->warning += "; ";
+    report->warning += warning;
+}
+
 const char* Outcome(const PhotoReport& report) {
     if (!report.error.empty()) return "failed";
     if (report.status == kNoFace) return "no face";

@@ -62,6 +62,9 @@ std::string ErrorLine(const PhotoReport& report);
 /// The line for standard error on a photo that is worth a look; mostly empty.
 std::string WarningLine(const PhotoReport& report);
 
+/// Adds one to those of a report; an empty one adds nothing.
+void AddWarning(const std::string& warning, PhotoReport* report);
+
 /// What became of a photo, in a word or two: "portrait", "kept", "face", "no face" or "failed".
 const char* Outcome(const PhotoReport& report);
 
