@@ -34,6 +34,12 @@ bool SetOutput(const std::string& text, Options* options, std::string* error) {
     return !text.empty();
 }
 
+bool SetDocument(const std::string& text, Options* options, std::string* error) {
+    options->document = text;
+    if (text.empty()) *error = "--document wants a document's name or a file";
+    return !text.empty();
+}
+
 bool SetSteps(const std::string& text, Options* options, std::string* error) {
     options->steps = text;
     if (text.empty()) *error = "--steps wants a folder";
@@ -106,10 +112,16 @@ constexpr unsigned kDetect = 2;
 constexpr unsigned kJoin = 4;
 constexpr unsigned kInfo = 8;
 constexpr unsigned kWatch = 16;
+constexpr unsigned kCheck = 32;
+constexpr unsigned kLooking = kDetect | kCheck;
 
 /// A setting that other programs know too.
 template <bool set(const std::string& text, PortraitSettings* settings, std::string* error)>
 bool Shared(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, error);
+}
+template <bool set(const std::string& text, FaceSettings* settings, std::string* error)>
+bool OfFace(const std::string& text, Options* options, std::string* error) {
     return set(text, options, error);
 }
 
@@ -122,12 +134,16 @@ constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | k
                                          {"--tolerance", SetTolerance, kPortrait | kWatch},
                                          {"--rotate", SetRotation, kPortrait | kWatch},
                                          {"--steps", SetSteps, kPortrait},
-                                         {"--files-from", SetFilesFrom, kPortrait | kDetect},
-                                         {"--report", SetReport, kPortrait | kDetect | kWatch},
-                                         {"--shard", SetShard, kPortrait | kDetect | kWatch},
-                                         {"--jobs", SetJobs, kPortrait | kDetect | kWatch},
-                                         {"--timeout", SetTimeout, kPortrait | kDetect | kWatch},
-                                         {"--memory", SetMemory, kPortrait | kDetect | kWatch}};
+                                         {"--document", SetDocument, kCheck},
+                                         {"--face", OfFace<SetFace>, kPortrait | kCheck},
+                                         {"--corrections", OfFace<SetCorrections>, kPortrait | kCheck},
+                                         {"--sheet", OfFace<SetSheet>, kPortrait},
+                                         {"--files-from", SetFilesFrom, kPortrait | kLooking},
+                                         {"--report", SetReport, kPortrait | kLooking | kWatch},
+                                         {"--shard", SetShard, kPortrait | kLooking | kWatch},
+                                         {"--jobs", SetJobs, kPortrait | kLooking | kWatch},
+                                         {"--timeout", SetTimeout, kPortrait | kLooking | kWatch},
+                                         {"--memory", SetMemory, kPortrait | kLooking | kWatch}};
 
 struct FlagOption {
     const char* name;
@@ -136,10 +152,11 @@ struct FlagOption {
 };
 
 constexpr FlagOption kFlagOptions[] = {
-    {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
-    {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
-    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo | kWatch},
-    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect | kWatch},
+    {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kLooking},
+    {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kLooking},
+    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kLooking | kInfo | kWatch},
+    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kLooking | kWatch},
+    {"--all", [](Options& o) -> bool& { return o.allGroups; }, kDetect},
     {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
     {"--resume", [](Options& o) -> bool& { return o.resume; }, kPortrait}};
 
@@ -149,6 +166,8 @@ unsigned BitOf(Command command) {
         return kPortrait;
     case Command::detect:
         return kDetect;
+    case Command::check:
+        return kCheck;
     case Command::joinReports:
         return kJoin;
     case Command::watch:
@@ -227,6 +246,8 @@ bool FindCommand(const std::string& name, Command* command) {
         *command = Command::info;
     } else if (name == "detect") {
         *command = Command::detect;
+    } else if (name == "check") {
+        *command = Command::check;
     } else if (name == "portrait") {
         *command = Command::portrait;
     } else if (name == "watch") {
@@ -249,6 +270,8 @@ bool CheckRun(const std::string& command, const Options& options, std::string* e
         *error = "'portrait' wants -o and a file or a folder";
     } else if (options.resume && !options.steps.empty()) {
         *error = "--resume does not know of the pictures of --steps; give one of them";
+    } else if (options.face && !options.corrections.empty()) {
+        *error = "--face is for one photo and --corrections for many; give one of them";
     } else {
         return true;
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/batch/shard.h"
+#include "tools/orvane/face_options.h"
 #include "tools/support/portrait_options.h"
 
 #include <cstdint>
@@ -11,7 +12,7 @@
 
 namespace orvane::tools {
 
-enum class Command { help, version, info, detect, portrait, watch, joinReports, worker };
+enum class Command { help, version, info, detect, check, portrait, watch, joinReports, worker };
 
 /// How a run over many photographs is to go.
 struct RunSettings {
@@ -32,7 +33,7 @@ inline constexpr std::uint64_t kMegabyte = 1U << 20;
 inline constexpr std::uint64_t kLeastMemory = 64 * kMegabyte;
 inline constexpr std::uint64_t kPlainMemory = 2048 * kMegabyte;
 
-struct Options : PortraitSettings, RunSettings {
+struct Options : PortraitSettings, RunSettings, FaceSettings {
     Command command = Command::help;
     std::vector<std::string>
         photos; ///< Paths as bytes, in the order given: files and folders; a folder to watch; or reports to join.
@@ -41,6 +42,7 @@ struct Options : PortraitSettings, RunSettings {
     int32 tolerance = 40;   ///< Percent, 0 to 99.
     int32 rotation = 0;     ///< Degrees clockwise, 0 to 359.
     std::string outputName; ///< Pattern for names in the output folder; empty for the plain one.
+    std::string document;   ///< What a picture is checked against: a name or a file; empty for none.
     bool json = false;
     bool force = false;
     bool resume = false;
