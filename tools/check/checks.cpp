@@ -11,12 +11,12 @@ namespace {
 
 // Bands of which docs/checks.md tells the reasons.
 constexpr double kLeastEyeDistance = 90;
-constexpr double kLeastSharpness = 60;
+constexpr double kLeastSharpness = 100;
 constexpr double kMostShadows = 1;
 constexpr double kMostHighlights = 1;
 constexpr double kLeastPlainLight = 140;
 constexpr double kLeastWhite = 200;
-constexpr double kMostSpread = 60;
+constexpr double kMostSpread = 50;
 constexpr Room kLeastRoom = {0.0, 0.0, 0.1, 0.1};
 constexpr Band kCentredFace = {45.0, 55.0};
 
