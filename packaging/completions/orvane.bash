@@ -3,7 +3,7 @@ _orvane() {
     local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W 'portrait detect watch report info help version --help --version' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W 'portrait detect check watch report info help version --help --version' -- "$current")
         return
     fi
     case $before in
@@ -16,7 +16,7 @@ _orvane() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             return
             ;;
-        --size | --crop-ratio | --tolerance | --rotate | --output-name | --shard | --jobs | --timeout | --memory) return ;;
+        --size | --crop-ratio | --tolerance | --rotate | --output-name | --face | --document | --shard | --jobs | --timeout | --memory) return ;;
     esac
     if [[ $current == -* ]]; then
         local options=--json
@@ -24,9 +24,11 @@ _orvane() {
         case $command in
             portrait)
                 options='-o --output --output-name --size --crop-ratio --actions --tolerance --rotate --steps --resume'
+                options+=' --face --corrections --sheet'
                 options+=" --force $many"
                 ;;
-            detect) options=$many ;;
+            detect) options="--all $many" ;;
+            check) options="--document --face --corrections $many" ;;
             watch)
                 options='-o --output --output-name --size --crop-ratio --actions --tolerance --rotate --force'
                 options+=' --shard --jobs --timeout --memory --report --json --quiet'
@@ -47,7 +49,7 @@ _orvane() {
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             ;;
-        portrait | detect | report)
+        portrait | detect | check | report)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             ;;

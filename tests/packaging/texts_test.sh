@@ -36,7 +36,7 @@ check_program() { # check_program NAME COMMAND...
         done
     done
 }
-check_program orvane portrait detect watch report info help version
+check_program orvane portrait detect check watch report info help version
 check_program orvane-operator review live devices help
 
 for page in "$root"/share/man/man1/*.1; do
@@ -56,6 +56,8 @@ expect() { # expect WORDS COMMAND LINE...
 expect portrait orvane p
 expect --tolerance orvane portrait a.jpg --to
 expect --json orvane detect --js
+expect --document orvane check --doc
+expect --sheet orvane portrait a.jpg --sh
 expect --output-name orvane watch in --output-
 expect join orvane report ''
 expect '' orvane help -

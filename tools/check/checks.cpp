@@ -11,7 +11,7 @@ namespace {
 
 // Bands of which docs/checks.md tells the reasons.
 constexpr double kLeastEyeDistance = 90;
-constexpr double kLeastSharpness = 100;
+constexpr double kLeastSharpness = 60;
 constexpr double kMostShadows = 1;
 constexpr double kMostHighlights = 1;
 constexpr double kLeastPlainLight = 140;

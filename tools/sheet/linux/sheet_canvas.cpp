@@ -88,7 +88,10 @@ public:
         cairo_translate(context_.get(), box.x, box.y);
         cairo_scale(context_.get(), box.width / picture.width, box.height / picture.height);
         cairo_set_source_surface(context_.get(), image.get(), 0, 0);
-        cairo_pattern_set_extend(cairo_get_source(context_.get()), CAIRO_EXTEND_PAD);
+        // Edges of a picture must not fade into what is behind; in a document this would keep the JPEG file out.
+        if (kind_ == SheetKind::pictures) {
+            cairo_pattern_set_extend(cairo_get_source(context_.get()), CAIRO_EXTEND_PAD);
+        }
         cairo_rectangle(context_.get(), 0, 0, picture.width, picture.height);
         cairo_fill(context_.get());
         cairo_restore(context_.get());
