@@ -33,8 +33,8 @@ Room RoomForDocument(const Document& document);
 /// Whether a picture has the document's proportions, give or take a hundredth: then it is taken for its portrait.
 bool HasProportionsOf(const Document& document, ImageSize picture);
 
-/// In millimetres of a portrait, the document's height being that of the picture. A head ends at the skull or, where the
-/// document says so, with the hair.
+/// In millimetres of a portrait, the document's height being that of the picture. A head ends at the skull or, where
+/// the document says so, with the hair.
 double HeadMillimetres(const FaceBox& face, ImageSize picture, const Document& document);
 double AboveHeadMillimetres(const FaceBox& face, ImageSize picture, const Document& document);
 double EyeLineMillimetres(const FaceBox& face, ImageSize picture, const Document& document);
