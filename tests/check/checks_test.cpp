@@ -69,7 +69,7 @@ TEST(Checks, APhotographIsAskedForTheRoomThatTheDocumentNeeds) {
          {MeasureKind::roomAbove, MeasureKind::roomBelow, MeasureKind::roomLeft, MeasureKind::roomRight}) {
         EXPECT_EQ(VerdictOf(roomy, kind), Verdict::ok);
     }
-    const Measures tight = CheckFace(FlatPicture(1000, 1000, 128), {20, 100, 200, 200}, 1, &document);
+    const Measures tight = CheckFace(FlatPicture(1000, 1000, 128), {60, 122, 200, 200}, 1, &document);
     EXPECT_EQ(VerdictOf(tight, MeasureKind::roomAbove), Verdict::low);
     EXPECT_EQ(VerdictOf(tight, MeasureKind::roomLeft), Verdict::low);
     EXPECT_EQ(VerdictOf(tight, MeasureKind::roomBelow), Verdict::ok);
