@@ -57,7 +57,7 @@ expect portrait orvane p
 expect --tolerance orvane portrait a.jpg --to
 expect --json orvane detect --js
 expect --document orvane check --doc
-expect --sheet orvane portrait a.jpg --sh
+expect --sheet orvane portrait a.jpg --she
 expect --output-name orvane watch in --output-
 expect join orvane report ''
 expect '' orvane help -
