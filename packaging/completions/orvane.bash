@@ -3,7 +3,7 @@ _orvane() {
     local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W 'portrait detect watch documents print report info help version --help --version' -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W 'portrait detect check watch documents print report info help version --help --version' -- "$current")
         return
     fi
     case $before in
@@ -26,7 +26,7 @@ _orvane() {
             mapfile -t COMPREPLY < <(compgen -W 'edge white' -- "$current")
             return
             ;;
-        --size | --head | --crop-ratio | --tolerance | --rotate | --output-name | --shard | --jobs | --timeout | --memory) return ;;
+        --size | --head | --face | --crop-ratio | --tolerance | --rotate | --output-name | --shard | --jobs | --timeout | --memory) return ;;
         --quality | --dpi | --max-kb | --min-kb | --copies | --gap | --margin) return ;;
         --chroma)
             mapfile -t COMPREPLY < <(compgen -W '444 422 420' -- "$current")
@@ -45,9 +45,11 @@ _orvane() {
         case $command in
             portrait)
                 options='-o --output --output-name --size --crop-ratio --actions --tolerance --rotate --steps --resume'
+                options+=' --face --corrections --sheet'
                 options+=" --force $frame $file $many"
                 ;;
-            detect) options=$many ;;
+            detect) options="--all $many" ;;
+            check) options="--document --face --corrections $many" ;;
             watch)
                 options='-o --output --output-name --size --crop-ratio --actions --tolerance --rotate --force'
                 options+=" $frame $file --shard --jobs --timeout --memory --report --json --quiet"
@@ -73,7 +75,7 @@ _orvane() {
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -X '!*.toml' -- "$current")
             ;;
-        portrait | detect | print | report)
+        portrait | detect | check | print | report)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             ;;

@@ -36,7 +36,7 @@ check_program() { # check_program NAME COMMAND...
         done
     done
 }
-check_program orvane portrait detect watch documents print report info help version
+check_program orvane portrait detect check watch documents print report info help version
 check_program orvane-operator review live devices help
 
 for page in "$root"/share/man/man1/*.1; do
@@ -57,6 +57,8 @@ expect 'portrait print' orvane p
 expect --cut-marks orvane print a.jpg --cu
 expect --tolerance orvane portrait a.jpg --to
 expect --json orvane detect --js
+expect --document orvane check --doc
+expect --sheet orvane portrait a.jpg --she
 expect --output-name orvane watch in --output-
 expect join orvane report ''
 expect '' orvane help -

@@ -7,6 +7,7 @@
 #include "tests/tools/json_reader.h"
 
 #include <gtest/gtest.h>
+#include <set>
 
 namespace orvane::tools {
 namespace {
@@ -39,6 +40,7 @@ PhotoReport FullReport() {
     report.status = kSuccess;
     report.face = FaceBox{-1, 2, 3, 4};
     report.output = "out/a.png";
+    report.groups = {{{1, 2, 3, 3}, 2, 0, false}, {{4, 5, 6, 6}, 30, 1, true}};
     report.milliseconds.decode = 1.25;
     report.milliseconds.encode = 0.0;
     report.warning = "odd";
@@ -103,20 +105,66 @@ TEST(PhotoJobs, EverythingComesBackFromItsBytes) {
     EXPECT_TRUE(settingsBack.options.actions.background && !settingsBack.options.actions.crop);
     EXPECT_EQ(settingsBack.options.command, Command::portrait);
 
-    const PhotoJob job{"p\n", "f", "n", "o", {{1, 2, 3, "note", "n"}, {4, 5, 6, "", "n"}}};
+    const PhotoJob job{"p\n", "f", "n", "o", {{1, 2, 3, "note", "n"}, {4, 5, 6, "", "n"}}, FaceBox{7, 8, 9, 10}};
     PhotoJob jobBack;
     ASSERT_TRUE(Unpack(Packed(job), &jobBack));
     EXPECT_EQ(Packed(jobBack), Packed(job));
     EXPECT_EQ(jobBack.known.at(1).portrait, 6U);
+    EXPECT_EQ(jobBack.face, job.face);
 
     PhotoReport back;
-    for (const PhotoReport& report : {FullReport(), PhotoReport()}) {
+    PhotoReport measured = FullReport();
+    measured.measures.emplace();
+    At(*measured.measures, MeasureKind::sharpness) = {12.5, {60.0, {}}, ""};
+    At(*measured.measures, MeasureKind::eyeLine) = {{}, {{}, 3.0}, "why"};
+    for (const PhotoReport& report : {FullReport(), PhotoReport(), measured}) {
         ASSERT_TRUE(Unpack(Packed(report), &back));
         EXPECT_EQ(Packed(back), Packed(report));
         EXPECT_EQ(JsonLine(back), JsonLine(report));
     }
     EXPECT_FALSE(Unpack("rubbish", &back));
     EXPECT_FALSE(Unpack(Packed(job).substr(1), &jobBack));
+}
+
+TEST(PhotoJobs, WhatAPictureIsCheckedAgainstComesBackToo) {
+    WorkSettings settings;
+    settings.options.command = Command::check;
+    settings.options.allGroups = true;
+    settings.document.emplace();
+    settings.document->name = "badge";
+    settings.document->width = 35;
+    settings.document->height = 45;
+    settings.document->head = {{}, 36.0};
+    settings.document->eyes = {22.0, 32.0};
+    settings.document->above = {4.0, {}};
+    settings.document->headTop = HeadTop::hair;
+    settings.document->background = BackgroundRule::white;
+    WorkSettings back;
+    ASSERT_TRUE(Unpack(Packed(settings), &back));
+    EXPECT_EQ(Packed(back), Packed(settings));
+    EXPECT_EQ(back.options.command, Command::check);
+    EXPECT_TRUE(back.options.allGroups);
+    ASSERT_TRUE(back.document);
+    EXPECT_EQ(back.document->name, "badge");
+    EXPECT_EQ(back.document->height, 45);
+    EXPECT_EQ(back.document->head.high, 36.0);
+    EXPECT_EQ(back.document->head.low, std::nullopt);
+    EXPECT_EQ(back.document->eyes.low, 22.0);
+    EXPECT_EQ(back.document->above.low, 4.0);
+    EXPECT_EQ(back.document->headTop, HeadTop::hair);
+    EXPECT_EQ(back.document->background, BackgroundRule::white);
+}
+
+TEST(PhotoJobs, AFaceMarkedByHandHasAFingerprintOfItsOwn) {
+    EXPECT_EQ(FingerprintOfJob(7, {}), 7U);
+    std::set<std::uint64_t> fingerprints{7,
+                                         FingerprintOfJob(7, FaceBox{1, 2, 3, 4}),
+                                         FingerprintOfJob(8, FaceBox{1, 2, 3, 4}),
+                                         FingerprintOfJob(7, FaceBox{9, 2, 3, 4}),
+                                         FingerprintOfJob(7, FaceBox{1, 9, 3, 4}),
+                                         FingerprintOfJob(7, FaceBox{1, 2, 9, 4}),
+                                         FingerprintOfJob(7, FaceBox{1, 2, 3, 9})};
+    EXPECT_EQ(fingerprints.size(), 7U);
 }
 
 TEST(PhotoJobs, TheFingerprintKnowsEverythingThatAPortraitDependsOn) {

@@ -2,6 +2,7 @@
 
 #include "image/result_codes.h"
 #include "session/stage_clock.h"
+#include "tools/check/checks.h"
 #include "tools/orvane/host.h"
 #include "tools/orvane/output_names.h"
 #include "tools/orvane/steps.h"
@@ -41,6 +42,14 @@ bool Decode(const std::string& photo, Picture* picture, std::string* metadata, P
     return true;
 }
 
+/// False, with an error, for a face that was marked by hand and does not lie in the picture.
+bool HasMarkedFace(const Options& options, const Picture& picture, PhotoReport* report) {
+    if (!options.face || LiesWithin(*options.face, picture.width, picture.height)) return true;
+    report->error = "the face " + FaceText(*options.face) + " does not lie in the photo, which has " +
+                    std::to_string(picture.width) + "x" + std::to_string(picture.height) + " pixels";
+    return false;
+}
+
 void Encode(const std::string& path, Picture&& portrait, const PortraitFile& file, bool force, PhotoReport* report) {
     double milliseconds = 0;
     {
@@ -66,11 +75,30 @@ void EncodeSteps(Steps& steps, const Options& options, PhotoReport* report) {
 
 } // namespace
 
-PhotoReport FaceOf(Host& host, const std::string& photo) {
+PhotoReport FaceOf(Host& host, const std::string& photo, const Options& options) {
     PhotoReport report;
     Picture picture;
     std::string ignored;
     if (Decode(photo, &picture, &ignored, &report)) host.Detect(picture, &report);
+    if (!options.allGroups) report.groups.clear();
+    return report;
+}
+
+PhotoReport CheckOf(Host& host, const std::string& photo, const Options& options, const Document* document) {
+    PhotoReport report;
+    Picture picture;
+    std::string ignored;
+    if (!Decode(photo, &picture, &ignored, &report)) return report;
+    std::optional<int32> faces;
+    if (options.face) {
+        if (!HasMarkedFace(options, picture, &report)) return report;
+        report.status = kSuccess;
+        report.face = options.face;
+    } else {
+        host.Detect(picture, &report, &faces.emplace());
+        report.groups.clear();
+    }
+    if (report.face) report.measures = CheckFace(picture, *report.face, faces, document);
     return report;
 }
 
@@ -85,7 +113,8 @@ PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput
     PortraitFile file{options, ""};
     {
         Picture picture;
-        if (!Decode(photo, &picture, &file.metadata, &report)) return report;
+        if (!Decode(photo, &picture, &file.metadata, &report) || !HasMarkedFace(options, picture, &report))
+            return report;
         host.MakePortrait(picture, options, &portrait, &report, options.steps.empty() ? nullptr : &steps);
     }
     if (place != nullptr && !portrait.pixels.empty()) {

@@ -7,6 +7,7 @@ const char* const kHelpText =
 
   orvane portrait PHOTO... -o FILE|FOLDER [option...]
   orvane detect PHOTO... [option...]
+  orvane check PHOTO|PORTRAIT... [option...]
   orvane watch FOLDER -o FOLDER [option...]
   orvane documents [TABLE] [--json]
   orvane print PORTRAIT... -o FILE.pdf|png|jpg [option...]
@@ -33,6 +34,7 @@ portrait writes one picture a photo: into FILE, whose extension tells the format
   --rotate DEGREES     turns the portrait clockwise, -359 to 359; switches rotation on
   --steps FOLDER       also writes the picture after each action, and the background's mask, into an
                        existing folder: PHOTO-0-crop.png and so on
+  --sheet FILE         a contact sheet of all photos, those that failed first, as .jpg, .png or .pdf
   --force              replaces existing files
 The portrait's file:
   --quality N          of .jpg (95), 1 to 100
@@ -41,8 +43,17 @@ The portrait's file:
   --min-kb N           at least N times 1024 bytes: a .jpg has more quality then, and comments; a .png comments
   --keep-metadata      camera, dates and rights of the photograph go along, into .jpg and .png
 detect prints the face rectangle in pixels of the photo, counted from its upper left corner.
+  --all                also each group of hits that the detector formed, in its order
 
-Both take many photos: a PHOTO may be a folder, of which all photos are taken.
+check measures the face, what is around it and the background, and changes nothing: each value with
+its band, and whether it is ok, low or high. docs/checks.md tells what they mean.
+  --document NAME      whose bands count, a document or a table of one's own; a picture of its
+                       proportions is taken for its portrait, and measured in millimetres
+portrait and check take faces that were marked by hand:
+  --face X,Y,W,H       the face of a single photo, in its pixels
+  --corrections FILE   of many: CSV with the columns photograph, x, y, width, height
+
+All three take many photos: a PHOTO may be a folder, of which all photos are taken.
   -r, --recursive      also the folders in a folder
   --files-from LIST    also the photos and folders of a file, one a line or with a zero byte behind
                        each; - for standard input
@@ -78,9 +89,9 @@ print puts portraits in their true size on sheets of paper; a .pdf may have seve
 report join makes one report of those of several shards or attempts.
 info prints version, library, classifier and processor. -- ends the options.
 
-Exit code: 0 all went well, 10 a photo had no face, 1 any error, also in the command line; 1 wins over
-10; 130 interrupted, which a watch ends with 0. Each photo that failed is one line on standard error,
-and the others are done all the same.
+Exit code: 0 all went well, 11 a value was out of its band, 10 a photo had no face, 1 any error, also in
+the command line; 1 wins over 10, and 10 over 11; 130 interrupted, which a watch ends with 0. Each photo
+that failed is one line on standard error, and the others are done all the same.
 )";
 
 } // namespace orvane::tools

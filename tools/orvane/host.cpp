@@ -9,6 +9,7 @@
 #include "session/session_state.h"
 #include "session/stage_clock.h"
 #include "tools/orvane/framed_portrait.h"
+#include "tools/orvane/group_listener.h"
 #include "tools/support/status_text.h"
 
 #include <memory>
@@ -44,8 +45,9 @@ FaceBox FoundFace() {
             session.m_anchorBottom - session.m_anchorTop};
 }
 
-int32 RunDetect(const Picture& photo, PhotoReport* report) {
+int32 RunDetect(const Picture& photo, PhotoReport* report, int32* faces) {
     const SessionEnd end;
+    const GroupListener listener;
     TakePhoto(photo);
     double milliseconds = 0;
     int32 status;
@@ -55,8 +57,28 @@ int32 RunDetect(const Picture& photo, PhotoReport* report) {
         status = g_dialog->DetectInSource(corners);
     }
     report->milliseconds.detect = milliseconds;
+    report->groups = listener.Groups();
+    if (faces != nullptr) *faces = listener.Faces();
     if (status == kSuccess) report->face = FoundFace();
     return status;
+}
+
+/// What an operator does who wipes the detector's face and marks another by its corners, on a preview that shows the
+/// photo pixel by pixel.
+int32 MarkFace(const Picture& photo, const FaceBox& face) {
+    COrvQuickViewDlg& session = *g_dialog;
+    {
+        const StageClock clock(g_stageTimes.scale);
+        session.MakeWorkingPicture();
+    }
+    if (session.m_resultBitmap.IsEmpty()) return kOutOfMemory;
+    session.m_previewWidth = photo.width;
+    session.m_previewHeight = photo.height;
+    session.m_anchorLeft = session.m_markLeft = face.x;
+    session.m_anchorTop = session.m_markTop = face.y;
+    session.m_anchorRight = session.m_markRight = face.x + face.width;
+    session.m_anchorBottom = session.m_markBottom = face.y + face.height;
+    return session.DetectAndPlaceFace(false);
 }
 
 int32 RunPortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report,
@@ -65,6 +87,7 @@ int32 RunPortrait(const Picture& photo, const Options& options, Picture* portrai
     COrvQuickViewDlg& session = *g_dialog;
     TakePhoto(photo);
     int32 status = session.BeginSession();
+    if (options.face && (status == kSuccess || status == kNoFace)) status = MarkFace(photo, *options.face);
     if (status == kSuccess) {
         report->face = FoundFace();
         session.m_rotation = options.rotation;
@@ -131,8 +154,8 @@ LibraryInfo Host::Info() const {
     return info;
 }
 
-void Host::Detect(const Picture& photo, PhotoReport* report) {
-    Note(report, [&] { return RunDetect(photo, report); });
+void Host::Detect(const Picture& photo, PhotoReport* report, int32* faces) {
+    Note(report, [&] { return RunDetect(photo, report, faces); });
 }
 
 void Host::MakePortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report,

@@ -32,6 +32,7 @@ ExitCode Run(const std::vector<std::string>& arguments) {
     case Command::info:
         return RunInfo(options);
     case Command::detect:
+    case Command::check:
     case Command::portrait:
         return RunOverPhotos(options);
     case Command::watch:

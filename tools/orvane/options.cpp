@@ -108,10 +108,16 @@ constexpr unsigned kJoin = 4;
 constexpr unsigned kInfo = 8;
 constexpr unsigned kWatch = 16;
 constexpr unsigned kDocuments = 32;
+constexpr unsigned kCheck = 64;
+constexpr unsigned kLooking = kDetect | kCheck;
 
 /// A setting that other programs know too.
 template <bool set(const std::string& text, PortraitSettings* settings, std::string* error)>
 bool Shared(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, error);
+}
+template <bool set(const std::string& text, FaceSettings* settings, std::string* error)>
+bool OfFace(const std::string& text, Options* options, std::string* error) {
     return set(text, options, error);
 }
 
@@ -136,7 +142,7 @@ constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | k
                                          {"--output-name", SetOutputName, kPortrait | kWatch},
                                          {"--size", Framed<SetPortraitSize>, kPortrait | kWatch},
                                          {"--crop-ratio", Framed<SetRatio>, kPortrait | kWatch},
-                                         {"--document", OfFrame<SetDocument>, kPortrait | kWatch},
+                                         {"--document", OfFrame<SetDocument>, kPortrait | kWatch | kCheck},
                                          {"--head", OfFrame<SetHead>, kPortrait | kWatch},
                                          {"--fill", OfFrame<SetFill>, kPortrait | kWatch},
                                          {"--actions", Shared<SetActions>, kPortrait | kWatch},
@@ -148,12 +154,15 @@ constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | k
                                          {"--dpi", OfFile<SetDpi>, kPortrait | kWatch},
                                          {"--max-kb", OfFile<SetMostKilobytes>, kPortrait | kWatch},
                                          {"--min-kb", OfFile<SetLeastKilobytes>, kPortrait | kWatch},
-                                         {"--files-from", SetFilesFrom, kPortrait | kDetect},
-                                         {"--report", SetReport, kPortrait | kDetect | kWatch},
-                                         {"--shard", SetShard, kPortrait | kDetect | kWatch},
-                                         {"--jobs", SetJobs, kPortrait | kDetect | kWatch},
-                                         {"--timeout", SetTimeout, kPortrait | kDetect | kWatch},
-                                         {"--memory", SetMemory, kPortrait | kDetect | kWatch}};
+                                         {"--face", OfFace<SetFace>, kPortrait | kCheck},
+                                         {"--corrections", OfFace<SetCorrections>, kPortrait | kCheck},
+                                         {"--sheet", OfFace<SetSheet>, kPortrait},
+                                         {"--files-from", SetFilesFrom, kPortrait | kLooking},
+                                         {"--report", SetReport, kPortrait | kLooking | kWatch},
+                                         {"--shard", SetShard, kPortrait | kLooking | kWatch},
+                                         {"--jobs", SetJobs, kPortrait | kLooking | kWatch},
+                                         {"--timeout", SetTimeout, kPortrait | kLooking | kWatch},
+                                         {"--memory", SetMemory, kPortrait | kLooking | kWatch}};
 
 struct FlagOption {
     const char* name;
@@ -162,10 +171,11 @@ struct FlagOption {
 };
 
 constexpr FlagOption kFlagOptions[] = {
-    {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
-    {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
-    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo | kWatch | kDocuments},
-    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect | kWatch},
+    {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kLooking},
+    {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kLooking},
+    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kLooking | kInfo | kWatch | kDocuments},
+    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kLooking | kWatch},
+    {"--all", [](Options& o) -> bool& { return o.allGroups; }, kDetect},
     {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
     {"--allow-edits", [](Options& o) -> bool& { return o.allowEdits; }, kPortrait | kWatch},
     {"--keep-metadata", [](Options& o) -> bool& { return o.keepMetadata; }, kPortrait | kWatch},
@@ -177,6 +187,8 @@ unsigned BitOf(Command command) {
         return kPortrait;
     case Command::detect:
         return kDetect;
+    case Command::check:
+        return kCheck;
     case Command::joinReports:
         return kJoin;
     case Command::watch:
@@ -257,6 +269,8 @@ bool FindCommand(const std::string& name, Command* command) {
         *command = Command::info;
     } else if (name == "detect") {
         *command = Command::detect;
+    } else if (name == "check") {
+        *command = Command::check;
     } else if (name == "portrait") {
         *command = Command::portrait;
     } else if (name == "watch") {
@@ -292,8 +306,10 @@ bool CheckRun(const std::string& command, const Options& options, std::string* e
         *error = "'portrait' wants -o and a file or a folder";
     } else if (options.resume && !options.steps.empty()) {
         *error = "--resume does not know of the pictures of --steps; give one of them";
+    } else if (options.face && !options.corrections.empty()) {
+        *error = "--face is for one photo and --corrections for many; give one of them";
     } else {
-        return options.command == Command::detect || CheckFile(options, error);
+        return options.command != Command::portrait || CheckFile(options, error);
     }
     return false;
 }

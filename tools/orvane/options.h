@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/batch/shard.h"
+#include "tools/orvane/face_options.h"
 #include "tools/orvane/frame_options.h"
 #include "tools/orvane/print_options.h"
 #include "tools/support/file_settings.h"
@@ -14,7 +15,7 @@
 
 namespace orvane::tools {
 
-enum class Command { help, version, info, detect, portrait, watch, joinReports, documents, print, worker };
+enum class Command { help, version, info, detect, check, portrait, watch, joinReports, documents, print, worker };
 
 /// How a run over many photographs is to go.
 struct RunSettings {
@@ -35,7 +36,7 @@ inline constexpr std::uint64_t kMegabyte = 1U << 20;
 inline constexpr std::uint64_t kLeastMemory = 64 * kMegabyte;
 inline constexpr std::uint64_t kPlainMemory = 2048 * kMegabyte;
 
-struct Options : PortraitSettings, RunSettings, FileSettings, FrameOptions {
+struct Options : PortraitSettings, RunSettings, FileSettings, FrameOptions, FaceSettings {
     Command command = Command::help;
     std::vector<std::string>
         photos; ///< Paths as bytes, in the order given: files and folders; a folder to watch; or reports to join.

@@ -1,6 +1,6 @@
 #include "tools/orvane/photo_job.h"
 
-#include "tools/batch/packing.h"
+#include "tools/orvane/packed_findings.h"
 #include "tools/support/fingerprint.h"
 
 #include <bit>
@@ -57,20 +57,23 @@ std::uint64_t Fingerprint(Unpacker* unpacker) { return std::bit_cast<std::uint64
 
 std::string Packed(const WorkSettings& settings) {
     Packer packer;
-    packer.Flag(settings.options.command == Command::portrait);
+    packer.Integer(static_cast<std::int64_t>(settings.options.command)).Flag(settings.options.allGroups);
     PackPortrait(settings.options, &packer);
     packer.Text(settings.options.frame ? settings.options.frame->name : "");
     PackFile(settings.options, &packer);
     packer.Text(settings.options.steps).Flag(settings.options.force).Flag(settings.options.resume);
     packer.Integer(static_cast<std::int64_t>(settings.memory)).Flag(settings.journal);
     packer.Integer(std::bit_cast<std::int64_t>(settings.fingerprint));
+    packer.Flag(settings.document.has_value());
+    PackDocument(settings.document.value_or(Document()), &packer);
     return packer.Bytes();
 }
 
 bool Unpack(const std::string& bytes, WorkSettings* settings) {
     Unpacker unpacker(bytes);
     Options& options = settings->options;
-    options.command = unpacker.Flag() ? Command::portrait : Command::detect;
+    options.command = static_cast<Command>(unpacker.Integer());
+    options.allGroups = unpacker.Flag();
     options.width = Small(&unpacker);
     options.height = Small(&unpacker);
     options.cropRatio = std::bit_cast<float>(Small(&unpacker));
@@ -90,6 +93,9 @@ bool Unpack(const std::string& bytes, WorkSettings* settings) {
     settings->memory = static_cast<std::uint64_t>(unpacker.Integer());
     settings->journal = unpacker.Flag();
     settings->fingerprint = Fingerprint(&unpacker);
+    const bool hasDocument = unpacker.Flag();
+    const Document document = UnpackDocument(&unpacker);
+    if (hasDocument) settings->document = document;
     return unpacker.IsGood();
 }
 
@@ -98,6 +104,7 @@ std::string Packed(const PhotoJob& job) {
     packer.Text(job.photo).Text(job.folder).Text(job.name).Text(job.output);
     packer.Integer(static_cast<std::int64_t>(job.known.size()));
     for (const JournalEntry& entry : job.known) PackEntry(entry, &packer);
+    PackFace(job.face, &packer);
     return packer.Bytes();
 }
 
@@ -117,6 +124,7 @@ bool Unpack(const std::string& bytes, PhotoJob* job) {
         entry.output = unpacker.Text();
         job->known.push_back(entry);
     }
+    job->face = UnpackFace(&unpacker);
     return unpacker.IsGood();
 }
 
@@ -124,15 +132,14 @@ std::string Packed(const PhotoReport& report) {
     Packer packer;
     packer.Text(report.photo).Integer(report.width).Integer(report.height);
     packer.Flag(report.status.has_value()).Integer(report.status.value_or(0));
-    const FaceBox face = report.face.value_or(FaceBox());
-    packer.Flag(report.face.has_value());
-    packer.Integer(face.x).Integer(face.y).Integer(face.width).Integer(face.height);
+    PackFace(report.face, &packer);
     packer.Text(report.output);
     for (const Stage& stage : kStages) {
         const std::optional<double>& value = report.milliseconds.*stage.value;
         packer.Flag(value.has_value()).Real(value.value_or(0));
     }
     packer.Text(report.document);
+    PackFindings(report, &packer);
     return packer.Text(report.error).Text(report.warning).Flag(report.kept).Flag(report.passing).Bytes();
 }
 
@@ -145,10 +152,7 @@ bool Unpack(const std::string& bytes, PhotoReport* report) {
     const bool hasStatus = unpacker.Flag();
     const int32 status = Small(&unpacker);
     if (hasStatus) report->status = status;
-    const bool hasFace = unpacker.Flag();
-    FaceBox face;
-    for (int32* value : {&face.x, &face.y, &face.width, &face.height}) *value = Small(&unpacker);
-    if (hasFace) report->face = face;
+    report->face = UnpackFace(&unpacker);
     report->output = unpacker.Text();
     for (const Stage& stage : kStages) {
         const bool ran = unpacker.Flag();
@@ -156,11 +160,20 @@ bool Unpack(const std::string& bytes, PhotoReport* report) {
         if (ran) report->milliseconds.*stage.value = value;
     }
     report->document = unpacker.Text();
+    if (!UnpackFindings(&unpacker, report)) return false;
     report->error = unpacker.Text();
     report->warning = unpacker.Text();
     report->kept = unpacker.Flag();
     report->passing = unpacker.Flag();
     return unpacker.IsGood();
+}
+
+std::uint64_t FingerprintOfJob(std::uint64_t run, const std::optional<FaceBox>& face) {
+    if (!face) return run;
+    Packer packer;
+    packer.Integer(std::bit_cast<std::int64_t>(run));
+    PackFace(face, &packer);
+    return ContentFingerprint(packer.Bytes());
 }
 
 std::uint64_t SettingsFingerprint(const Options& options, const std::string& classifier) {
