@@ -158,6 +158,20 @@ TEST_F(CheckedPhotos, AFaceMarkedByHandTakesTheDetectorsPlace) {
     EXPECT_TRUE(Has("out/a.png"));
 }
 
+TEST_F(CheckedPhotos, AFaceMarkedWhereTheDetectorFindsItGivesTheSamePortrait) {
+    PutPhoto("in/a.png");
+    const Arguments made{"portrait", "in/a.png", "-o", "found.png", "--fill", "white", "--json"};
+    const ProcessResult found = RunTool(made);
+    ASSERT_EQ(found.exitCode, 0) << found.err;
+    const JsonValue face = Objects(found.out).at(0)["face"];
+    std::string corners;
+    for (const char* key : {"x", "y", "width", "height"}) corners += (corners.empty() ? "" : ",") + face[key].text;
+    const ProcessResult marked =
+        RunTool({"portrait", "in/a.png", "-o", "marked.png", "--fill", "white", "--face", corners});
+    ASSERT_EQ(marked.exitCode, 0) << marked.err;
+    EXPECT_EQ(Work().Get("marked.png"), Work().Get("found.png"));
+}
+
 TEST_F(CheckedPhotos, AFaceOutsideThePhotoIsRefused) {
     PutFaceless("in/none.png");
     for (const char* face : {"150,60,51,20", "60,150,20,51", "-1,0,20,20", "0,-1,20,20"}) {
@@ -225,7 +239,10 @@ TEST_F(CheckedPhotos, ACorrectionOfAnotherShardIsNoStranger) {
     Work().Put("c.csv", "photograph,x,y,width,height\nin/a.png,1,2,30,40\nin/b.png,1,2,30,40\n");
     for (const char* shard : {"1/2", "2/2"}) {
         EXPECT_EQ(RunTool({"detect", "in", "--shard", shard}).exitCode, 0);
-        EXPECT_EQ(RunTool({"portrait", "in", "-o", "out", "--corrections", "c.csv", "--shard", shard}).err, "");
+        EXPECT_EQ(
+            RunTool({"portrait", "in", "-o", "out", "--size", "80x100", "--corrections", "c.csv", "--shard", shard})
+                .err,
+            "");
     }
 }
 
@@ -305,7 +322,8 @@ TEST_F(CheckedPhotos, NonsenseIsRefused) {
         ExpectRefused({"check", "in", "--face", face}, "orvane: " + wants + face + "'\n");
     }
     ExpectRefused({"check", "in", "--corrections", ""}, "orvane: --corrections wants a file\n");
-    ExpectRefused({"check", "in", "--document", ""}, "orvane: --document wants a document's name or a file\n");
+    ExpectRefused({"check", "in", "--document", ""},
+                  "orvane: --document wants a name of 'orvane documents', or a table of one's own\n");
     ExpectRefused({"portrait", "in", "-o", "out", "--sheet", "s.tif"},
                   "orvane: --sheet wants a file named .jpg, .png or .pdf, not 's.tif'\n");
     ExpectRefused({"check", "in", "--sheet", "s.png"}, "orvane: 'check' knows no option '--sheet'\n");

@@ -68,7 +68,7 @@ TEST(Options, APortraitIs35By45MillimetresUnlessToldOtherwise) {
 }
 
 TEST(Options, APortraitsFileHasItsOptions) {
-    const Options plain = Parsed(Portrait({}));
+    const Options plain = Parsed(Portrait({"--size", "480x860"}));
     EXPECT_FALSE(plain.quality || plain.chroma || plain.dpi || plain.leastBytes || plain.mostBytes);
     EXPECT_FALSE(plain.keepMetadata);
     const Options options = Parsed(Portrait({"-o", "p.jpg", "--quality", "80", "--chroma", "422", "--dpi=300",

@@ -67,11 +67,6 @@ int32 RunDetect(const Picture& photo, PhotoReport* report, int32* faces) {
 /// photo pixel by pixel.
 int32 MarkFace(const Picture& photo, const FaceBox& face) {
     COrvQuickViewDlg& session = *g_dialog;
-    {
-        const StageClock clock(g_stageTimes.scale);
-        session.MakeWorkingPicture();
-    }
-    if (session.m_resultBitmap.IsEmpty()) return kOutOfMemory;
     session.m_previewWidth = photo.width;
     session.m_previewHeight = photo.height;
     session.m_anchorLeft = session.m_markLeft = face.x;

@@ -94,8 +94,8 @@ bool Unpack(const std::string& bytes, WorkSettings* settings) {
     settings->journal = unpacker.Flag();
     settings->fingerprint = Fingerprint(&unpacker);
     const bool hasDocument = unpacker.Flag();
-    const Document document = UnpackDocument(&unpacker);
-    if (hasDocument) settings->document = document;
+    const Document checked = UnpackDocument(&unpacker);
+    if (hasDocument) settings->document = checked;
     return unpacker.IsGood();
 }
 
