@@ -22,12 +22,26 @@ inline __m128i Fetch(const uint8* row, const ColumnBlock& block) {
     return _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + block.base)), places);
 }
 
-inline void LinearBlock(const uint8* row, const ColumnBlock& block, int32 channels, const int16* weights, int16* to) {
-    const __m128i pairs = _mm_unpacklo_epi8(Fetch(row, block), Fetch(row + channels, block));
+/// Sums of pairs of bytes, weighted.
+inline __m256i LinearSums(__m128i pairs, const int16* weights) {
     const __m256i sums = _mm256_madd_epi16(_mm256_cvtepu8_epi16(pairs), LoadBytes(weights));
-    const __m256i shifted = _mm256_srai_epi32(_mm256_add_epi32(sums, _mm256_set1_epi32(128)), 8);
-    const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(shifted), _mm256_extracti128_si256(shifted, 1));
+    return _mm256_srai_epi32(_mm256_add_epi32(sums, _mm256_set1_epi32(128)), 8);
+}
+
+inline void LinearBlock(const uint8* row, const ColumnBlock& block, int32 channels, const int16* weights, int16* to) {
+    const __m256i sums = LinearSums(_mm_unpacklo_epi8(Fetch(row, block), Fetch(row + channels, block)), weights);
+    const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), words);
+}
+
+/// Two blocks of pairs.
+inline void LinearBlocks(const uint8* row, const ColumnPairs* blocks, const int16* weights, int16* to) {
+    const auto pairs = [row](const ColumnPairs& block) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(row + block.base));
+        return _mm_shuffle_epi8(bytes, _mm_loadu_si128(reinterpret_cast<const __m128i*>(block.places)));
+    };
+    const __m256i a = LinearSums(pairs(blocks[0]), weights), b = LinearSums(pairs(blocks[1]), weights + kBytes / 2);
+    StoreBytes(to, _mm256_permute4x64_epi64(PackNumbers(a, b), 0xD8));
 }
 
 #endif
@@ -40,7 +54,11 @@ void RunLinearColumns(const uint8* row, const ColumnPlan& plan, int32 channels, 
                       int16* to) {
     int64 x = 0;
 #if ORVANE_WIDE
-    for (const ColumnBlock* block = plan.blocks; count - x >= kColumnBlock; x += kColumnBlock, ++block) {
+    for (; x < plan.pairElements; x += 2 * kColumnBlock) {
+        LinearBlocks(row, plan.pairs + x / kColumnBlock, weights + 2 * x, to + x);
+    }
+    const ColumnBlock* block = plan.blocks + x / kColumnBlock;
+    for (; count - x >= kColumnBlock; x += kColumnBlock, ++block) {
         if (block->base != kNoColumnBlock) {
             LinearBlock(row, *block, channels, weights + 2 * x, to + x);
             continue;

@@ -68,10 +68,18 @@ struct ColumnBlock {
     uint8 places[kColumnBlock]; // from the base
 };
 
-/// Where each element of a scaled row comes from, alone and in blocks.
+/// Such elements whose second pixels lie within that reach as well: the places of the first and the second of each.
+struct ColumnPairs {
+    std::ptrdiff_t base;
+    uint8 places[2 * kColumnBlock];
+};
+
+/// Where each element of a scaled row comes from, alone and in blocks; of the first ones in pairs too.
 struct ColumnPlan {
     const std::ptrdiff_t* offsets;
     const ColumnBlock* blocks;
+    const ColumnPairs* pairs;
+    int64 pairElements; // a multiple of two blocks
 };
 
 /// Of each element of a row: of the differences.
