@@ -143,7 +143,8 @@ public:
 
     /// @param covered columns that any box has a part of, `read` of them in the region
     bool Allocate(int64 covered, int64 read) {
-        plan_.SetDoubt(IsExact() ? 0 : (2 * lines_ + 4 + 1 + 1) / 2);
+        // More than half of 2 r + 2 c + 2, see the kernel.
+        plan_.SetDoubt(IsExact() ? 0 : lines_ + 2);
         return plan_.Fill(frame_.columns.written, Channels, taps_, read, covered - read, FirstOf(),
                           [this](int32 j, int32 k) { return WeightOf(columns_[j], k); });
     }

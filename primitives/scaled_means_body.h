@@ -2,9 +2,9 @@
 // floats and a channel at a time, then sums along those, eight pixels at once. What that leaves in doubt the doubles
 // decide, whose sums are rounded to floats where the interpolation says so.
 //
-// Box average, of r rows and c columns: the doubles' sum is rounded r + c times by 2^-24 of itself, that of floats as
-// often, and each weight as much, at most four times on the way from a byte to the mean: together (2 r + 2 c + 4) 2^-24
-// of a mean of up to 255, or 2^-16 times as many. The raised mean is rounded by 2^-16 once more.
+// Box average, of r rows and c columns: the doubles' sum is rounded r + c times by 2^-24 of itself, and so is that of
+// floats, as the sums along the rows are raised and stay below 512. The weights of a row, which bear the scale, and of
+// a column are rounded as much once: together (2 r + 2 c + 2) 2^-24 of a mean of up to 256, or 2^-16 times as many.
 //
 // Cubic: the absolute values of four weights add up to 1.64 at most, for positions between the outermost of the four
 // pixels. Down the rows all sums of bytes stay below 512, where four products and sums are rounded by 2^-16 each; the
