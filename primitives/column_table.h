@@ -54,7 +54,7 @@ private:
         ColumnPairs& to = pairs_[block];
         to.base = from.base;
         if (from.base == kNoColumnBlock) return false;
-        for (int32 i = 0; i < kColumnBlock; ++i) {
+        for (std::ptrdiff_t i = 0; i < kColumnBlock; ++i) {
             const int32 second = from.places[i] + channels;
             if (second >= kColumnReach) return false;
             to.places[2 * i] = from.places[i];

@@ -54,7 +54,7 @@ void RunLinearColumns(const uint8* row, const ColumnPlan& plan, int32 channels, 
                       int16* to) {
     int64 x = 0;
 #if ORVANE_WIDE
-    for (; x < plan.pairElements; x += 2 * kColumnBlock) {
+    for (; x < plan.pairElements; x += int64{2} * kColumnBlock) {
         LinearBlocks(row, plan.pairs + x / kColumnBlock, weights + 2 * x, to + x);
     }
     const ColumnBlock* block = plan.blocks + x / kColumnBlock;

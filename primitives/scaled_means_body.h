@@ -38,7 +38,9 @@ inline void SumEightPixels(const ScaledMeans& m, std::ptrdiff_t x, float* to) {
     for (int32 k = 0; k < (Rows != 0 ? Rows : m.rowCount); ++k) {
         const uint8* row = m.rows[k].row + x;
         const __m256 weight = _mm256_set1_ps(m.rowWeights[k]);
-        for (int32 i = 0; i < Channels; ++i) sums[i] = _mm256_fmadd_ps(FloatsOfEight(row + 8 * i), weight, sums[i]);
+        for (std::ptrdiff_t i = 0; i < Channels; ++i) {
+            sums[i] = _mm256_fmadd_ps(FloatsOfEight(row + 8 * i), weight, sums[i]);
+        }
     }
     if constexpr (Channels == 1) {
         _mm256_storeu_ps(to, sums[0]);
@@ -92,7 +94,7 @@ inline void MeansOfBlock(const ScaledMeans& m, std::ptrdiff_t block, __m256i (&d
     __m256 sums[Channels];
     for (__m256& sum : sums) sum = _mm256_set1_ps(m.raise);
 #pragma GCC unroll 4
-    for (int32 k = 0; k < (Taps != 0 ? Taps : m.taps); ++k) {
+    for (std::ptrdiff_t k = 0; k < (Taps != 0 ? Taps : m.taps); ++k) {
         const __m256 weight = _mm256_loadu_ps(weights + kMeanBlock * k);
         for (int32 c = 0; c < Channels; ++c) {
             const float* at = from[c] + k;
@@ -130,7 +132,7 @@ inline bool MeansOfBlocks(const ScaledMeans& m, std::ptrdiff_t block, uint8* to)
     Vector smallest = _mm256_set1_epi32(-1);
     Vector bytes[Channels], words[Channels];
 #pragma GCC unroll 2
-    for (int32 half = 0; half < 2; ++half) {
+    for (std::ptrdiff_t half = 0; half < 2; ++half) {
         __m256i a[Channels], b[Channels];
         MeansOfBlock<Channels, Taps, Windows>(m, block + 2 * half, a);
         MeansOfBlock<Channels, Taps, Windows>(m, block + 2 * half + 1, b);
@@ -159,9 +161,10 @@ inline void MeansAlong(const ScaledMeans& m, const Decide& decide, uint8* to) {
         uint8 apart[Channels * kMeanPixels]; // of a row's last pixels, with what lies behind
         const int32 count = left < kMeanPixels ? left : kMeanPixels;
         const bool doubts = MeansOfBlocks<Channels, Taps, Windows>(m, block, left < kMeanPixels ? apart : to);
-        if (left < kMeanPixels) __builtin_memcpy(to, apart, static_cast<std::size_t>(Channels * left));
+        if (left < kMeanPixels)
+            __builtin_memcpy(to, apart, static_cast<std::size_t>(Channels) * static_cast<std::size_t>(left));
         if (doubts) DecideMeans<Channels, Taps, Windows>(m, block, count, decide, to);
-        to += Channels * kMeanPixels;
+        to += std::ptrdiff_t{Channels} * kMeanPixels;
     }
 }
 
@@ -213,7 +216,8 @@ uint8 DecideCubic(const ScaledMeans& m, const CubicPoint& along, const CubicPoin
     float lines[4];
     for (int32 k = 0; k < 4; ++k) {
         const uint8* p = m.rows[k].row + std::ptrdiff_t{Channels} * (along.first - m.firstColumn) + channel;
-        lines[k] = static_cast<float>(Polynomial(p[0], p[Channels], p[2 * Channels], p[3 * Channels], along));
+        lines[k] = static_cast<float>(
+            Polynomial(p[0], p[Channels], p[std::ptrdiff_t{2} * Channels], p[std::ptrdiff_t{3} * Channels], along));
     }
     return CubicByte(Polynomial(lines[0], lines[1], lines[2], lines[3], down));
 }
