@@ -41,12 +41,12 @@ _orvane() {
         local options=--json
         local frame='--document --head --fill --allow-edits'
         local file='--quality --chroma --dpi --max-kb --min-kb --keep-metadata'
-        local many='-r --recursive --files-from --shard --jobs --timeout --memory --report --json --quiet'
+        local many='-r --recursive --files-from --shard --jobs --timeout --memory --report --json --quiet --force'
         case $command in
             portrait)
                 options='-o --output --output-name --size --crop-ratio --actions --tolerance --rotate --steps --resume'
                 options+=' --face --corrections --sheet'
-                options+=" --force $frame $file $many"
+                options+=" $frame $file $many"
                 ;;
             detect) options="--all $many" ;;
             check) options="--document --face --corrections $many" ;;

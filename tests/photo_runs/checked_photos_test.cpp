@@ -147,6 +147,18 @@ TEST_F(CheckedPhotos, DetectListsAllGroupsOfHits) {
     EXPECT_EQ(RunTool({"detect", "in/a.png", "--json"}).out.find("groups"), std::string::npos);
 }
 
+TEST_F(CheckedPhotos, AReportIsReplacedWhereThatIsAskedFor) {
+    PutPhoto("in/a.png");
+    for (const char* command : {"detect", "check"}) {
+        Work().Put("r.csv", "mine");
+        ExpectRefused({command, "in", "--report", "r.csv"},
+                      "orvane: the report 'r.csv' exists already; --force replaces it\n");
+        EXPECT_EQ(Work().Get("r.csv"), "mine");
+        RunTool({command, "in", "--report", "r.csv", "--force"});
+        EXPECT_EQ(Rows("r.csv").size(), 1U);
+    }
+}
+
 TEST_F(CheckedPhotos, AFaceMarkedByHandTakesTheDetectorsPlace) {
     PutFaceless("in/none.png");
     const ProcessResult result =

@@ -191,7 +191,6 @@ TEST(Options, WhatIsMissingOrForeignIsNamed) {
     EXPECT_EQ(Refused({"portrait", "a"}), "'portrait' wants -o and a file or a folder");
     EXPECT_EQ(Refused({"portrait", "a", "-o"}), "'-o' wants a value");
     EXPECT_EQ(Refused({"detect"}), "'detect' wants at least one photo");
-    EXPECT_EQ(Refused({"detect", "a", "--force"}), "'detect' knows no option '--force'");
     EXPECT_EQ(Refused({"detect", "a", "-o", "b"}), "'detect' knows no option '-o'");
     EXPECT_EQ(Refused({"detect", "a", "--steps", "b"}), "'detect' knows no option '--steps'");
     EXPECT_EQ(Refused({"portrait", "a", "--sise", "1x1"}), "'portrait' knows no option '--sise'");

@@ -35,7 +35,6 @@ portrait writes one picture a photo: into FILE, whose extension tells the format
   --steps FOLDER       also writes the picture after each action, and the background's mask, into an
                        existing folder: PHOTO-0-crop.png and so on
   --sheet FILE         a contact sheet of all photos, those that failed first, as .jpg, .png or .pdf
-  --force              replaces existing files
 The portrait's file:
   --quality N          of .jpg (95), 1 to 100
   --chroma KIND        of .jpg (420): 444, 422 or 420
@@ -62,6 +61,7 @@ All three take many photos: a PHOTO may be a folder, of which all photos are tak
   --timeout SECONDS    how long a photo may take (30)
   --memory SIZE        how much memory a worker may take (2G), such as 500M
   --report FILE        one row a photo, as .csv or .jsonl
+  --force              replaces existing files
   --json               one object a photo and line on standard output
   --quiet              no lines of photos that went well, and no progress
 portrait alone:

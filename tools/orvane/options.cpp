@@ -176,7 +176,7 @@ constexpr FlagOption kFlagOptions[] = {
     {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kLooking | kInfo | kWatch | kDocuments},
     {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kLooking | kWatch},
     {"--all", [](Options& o) -> bool& { return o.allGroups; }, kDetect},
-    {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
+    {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kLooking | kJoin | kWatch},
     {"--allow-edits", [](Options& o) -> bool& { return o.allowEdits; }, kPortrait | kWatch},
     {"--keep-metadata", [](Options& o) -> bool& { return o.keepMetadata; }, kPortrait | kWatch},
     {"--resume", [](Options& o) -> bool& { return o.resume; }, kPortrait}};
