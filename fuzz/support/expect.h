@@ -1,0 +1,24 @@
+// What must hold whatever the input: where it doesn't, the process ends, which is a finding.
+#pragma once
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <initializer_list>
+
+namespace orvane::fuzz {
+
+inline void Expect(bool holds, const char* what) {
+    if (holds) return;
+    std::fprintf(stderr, "broken: %s\n", what);
+    std::abort();
+}
+
+/// The same of a result code.
+inline void ExpectOneOf(int result, std::initializer_list<int> documented, const char* what) {
+    if (std::find(documented.begin(), documented.end(), result) != documented.end()) return;
+    std::fprintf(stderr, "result %d\n", result);
+    Expect(false, what);
+}
+
+} // namespace orvane::fuzz
