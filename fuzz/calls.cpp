@@ -73,9 +73,11 @@ private:
             fuzz::TakeOutput();
             return;
         case 11:
-        case 12:
-            Block() = fuzz::AnyBlock(choices_, 64);
+        case 12: {
+            test::HostBlock& block = Block();
+            block = fuzz::AnyBlock(choices_, 64);
             return;
+        }
         default:
             return Detect(inside);
         }

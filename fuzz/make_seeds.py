@@ -175,6 +175,49 @@ def calls():
     return {"detect": detect, "live": live + bytes([1]), "release": row.bytes + bytes([1, 8, 9])}
 
 
+def live_sessions():
+    def begin(slots):
+        row = Row().int(100, 70, 160).int(120, 70, 160)
+        for _ in range(4):  # a window that opens
+            row.int(0, 0, 7)
+        return row.int(1, 1, 3).int(slots, 0, 15).int(0, 0, 3).flag(0).int(0, 0, 7).int(0, 0, 7)
+
+    def step(row, kind):
+        return row.int(kind, 0, 8)
+
+    def alone(row):  # no operator
+        return row.int(0, 0, 3)
+
+    def picture(row, faces, cut=None):
+        step(row, 0).byte(200).int(len(faces), 0, 2)
+        for left, bottom, side in faces:
+            row.int(left, -8, 90).int(bottom, -8, 90).int(side, 8, 70)
+        return alone(row.flag(0) if cut is None else row.flag(1).int(cut, 0, 24000))
+
+    def round_of(row, faces):
+        alone(step(picture(row, faces), 3))
+        return alone(step(row, 5).int(0, 0, 3))
+
+    accepted = begin(15)
+    round_of(round_of(accepted, [(30, 20, 30)]), [(40, 24, 30)])
+    alone(step(accepted, 3)).int(0, 0, 8).byte(0).int(0, 0, 2).flag(0).int(3, 0, 3)
+    accepted.steps(5).ok().slider(60).number(True, 30).turn(1).ok()
+
+    held = round_of(begin(1), [(30, 20, 30)])
+    alone(step(held, 7).flag(1))
+    alone(step(held, 3))
+    alone(step(held, 7).flag(0))
+    picture(held, [], 900)
+    alone(step(held, 8))
+    alone(step(held, 3))
+    step(held, 5).int(3, 0, 3).byte(90).int(0, 0, 2).flag(0).flag(1).flag(1)
+
+    lost = round_of(begin(0), [(30, 20, 30)])
+    for _ in range(9):
+        round_of(lost, [])
+    return {"accepted": accepted.bytes, "held": held.bytes, "lost": lost.bytes}
+
+
 def classifiers():
     row = Row().int(0, 0, 2).int(0, 0, 4).int(0, 0, 2).int(0, 0, 2).scene(60, 60, 96, [(30, 12, 14)])
     built = row.bytes + Row().int(2, 0, 3).bytes + bytes(range(3, 123))
@@ -208,7 +251,7 @@ def main():
             write("skin", name, b"\x00\xff\xff\xff" + content)
     for name, content in languages().items():
         write("language", name, content)
-    for target, make in (("packed_bitmap", packed_bitmaps), ("calls", calls), ("classifier", classifiers),
+    for target, make in (("packed_bitmap", packed_bitmaps), ("calls", calls), ("live_steps", live_sessions), ("classifier", classifiers),
                          ("journal", journals), ("primitives", primitives)):
         for name, content in make().items():
             write(target, name, content)
