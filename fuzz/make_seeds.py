@@ -251,8 +251,8 @@ def main():
             write("skin", name, b"\x00\xff\xff\xff" + content)
     for name, content in languages().items():
         write("language", name, content)
-    for target, make in (("packed_bitmap", packed_bitmaps), ("calls", calls), ("live_steps", live_sessions), ("classifier", classifiers),
-                         ("journal", journals), ("primitives", primitives)):
+    for target, make in (("packed_bitmap", packed_bitmaps), ("calls", calls), ("live_steps", live_sessions),
+                         ("classifier", classifiers), ("journal", journals), ("primitives", primitives)):
         for name, content in make().items():
             write(target, name, content)
 
