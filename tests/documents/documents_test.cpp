@@ -114,12 +114,20 @@ TEST(Documents, WhatADocumentMustHaveIsToldWhenItIsMissingOrWrong) {
     EXPECT_EQ(Refused("[Own]\n"), "t:1: a document's name has small letters, digits and dashes, not 'Own'");
     EXPECT_EQ(Refused("own = 3\n"), "t:1: 'own' stands outside of a document");
     EXPECT_EQ(Refused(""), "t:1: holds no document");
+    EXPECT_EQ(Refused("[#own]\n").substr(0, 4), "t:1:") << "the rest is the parser's";
     EXPECT_EQ(Refused("# nothing\n"), "t:1: holds no document");
     EXPECT_EQ(Refused("[own]\ntitle = \"\"\n"), "t:2: title wants one line of text in quotes");
     EXPECT_EQ(Refused("[own]\ntitle = \"a\\nb\"\n"), "t:2: title wants one line of text in quotes");
     EXPECT_EQ(Refused(head + "width = -35\n"), "t:7: width wants a number, 5 to 1000, not -35");
     EXPECT_EQ(Refused(head + "read = 2026-11-22\nwidth = 1000\nheight = 1000\nresolution = 1200\n"),
               "t:3: 'own' has 47244x47244 pixels, more than a picture may have");
+}
+
+TEST(Documents, WhatIsRepeatedOfATableStaysOneLine) {
+    EXPECT_EQ(Refused("[\"a\\nb\"]\n"), "t:1: a document's name has small letters, digits and dashes, not 'a?b'");
+    EXPECT_EQ(Refused(With("\"a\\nb\" = 1\n")), "t:10: no document has a key 'a?b'");
+    EXPECT_EQ(Refused("[own]\ntitle = t\n").substr(0, 4), "t:2:") << "the rest is the parser's";
+    EXPECT_EQ(Refused("[own]\ntitle = \"a\\u001Bb\"\n"), "t:2: title wants one line of text in quotes");
 }
 
 TEST(Documents, ADayThatIsNoneIsRefused) {

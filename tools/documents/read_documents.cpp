@@ -1,7 +1,11 @@
 // The words and bounds of the table.
 #include "tools/documents/documents.h"
 #include "tools/support/picture.h"
+#include "tools/support/utf8.h"
 
+// The parser reports damage behind assertions that damage breaks, and of which some compilers would make assumptions.
+#undef NDEBUG
+#define TOML_ASSERT(expression) static_assert(true)
 #include <toml++/toml.h>
 
 #include <algorithm>
@@ -31,6 +35,11 @@ bool IsName(std::string_view text) {
            text.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-") == std::string_view::npos;
 }
 
+/// Keys and what the parser repeats of the table may hold line ends.
+std::string ErrorAt(const std::string& file, const toml::source_region& place, const std::string& text) {
+    return file + ":" + std::to_string(place.begin.line) + ": " + OneLine(text);
+}
+
 class RowReader {
 public:
     RowReader(std::string file, std::string* error) : file_(std::move(file)), error_(error) {}
@@ -55,7 +64,7 @@ public:
 
 private:
     bool Fail(const toml::source_region& place, const std::string& text) {
-        *error_ = file_ + ":" + std::to_string(place.begin.line) + ": " + text;
+        *error_ = ErrorAt(file_, place, text);
         return false;
     }
 
@@ -84,7 +93,7 @@ private:
 
     bool ReadText(const std::string& name, const toml::node& value, std::string* text) {
         *text = value.value_or(std::string());
-        const bool isLine = !text->empty() && text->find_first_of("\n\r\t") == std::string::npos;
+        const bool isLine = !text->empty() && OneLine(*text) == *text;
         return (value.is_string() && isLine) || Fail(value.source(), name + " wants one line of text in quotes");
     }
 
@@ -209,8 +218,7 @@ bool ReadDocuments(const std::string& text, const std::string& file, std::vector
     documents->clear();
     const toml::parse_result result = toml::parse(text, file);
     if (!result) {
-        std::string reason(result.error().description());
-        *error = file + ":" + std::to_string(result.error().source().begin.line) + ": " + reason;
+        *error = ErrorAt(file, result.error().source(), std::string(result.error().description()));
         return false;
     }
     std::vector<std::pair<const toml::key*, const toml::node*>> rows;
