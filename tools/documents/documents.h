@@ -12,6 +12,7 @@ namespace orvane::tools {
 /// Bounds of what a document may ask for.
 inline constexpr double kLeastMillimetres = 5;
 inline constexpr double kMostMillimetres = 1000;
+inline constexpr double kLeastHead = 1; ///< Millimetres; in a smaller one no frame ends.
 inline constexpr double kLeastResolution = 50;
 inline constexpr double kMostResolution = 2400;
 

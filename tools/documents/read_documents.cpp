@@ -79,10 +79,10 @@ private:
         if (name == "resolution") {
             return ReadNumber(name, value, kLeastResolution, kMostResolution, &document->resolution);
         }
-        if (name == "head") return ReadBand(name, value, &document->head);
+        if (name == "head") return ReadBand(name, value, kLeastHead, &document->head);
         if (name == "head-top") return ReadHeadTop(value, &document->headTop);
-        if (name == "eyes") return ReadBand(name, value, &document->eyes);
-        if (name == "above") return ReadBand(name, value, &document->above);
+        if (name == "eyes") return ReadBand(name, value, 0, &document->eyes);
+        if (name == "above") return ReadBand(name, value, 0, &document->above);
         if (name == "background") return ReadBackground(value, &document->background);
         if (name == "edits") return ReadEdits(value, &document->forbidsEdits);
         if (name == "least-kb") return ReadKilobytes(name, value, kFloorKilobyte, &document->leastBytes);
@@ -116,7 +116,7 @@ private:
                                         (isNumber ? ", not " + NumberText(*number) : ""));
     }
 
-    bool ReadBand(const std::string& name, const toml::node& value, Band* band) {
+    bool ReadBand(const std::string& name, const toml::node& value, double least, Band* band) {
         const toml::table* ends = value.as_table();
         if (ends == nullptr || ends->empty()) {
             return Fail(value.source(), name + " wants a band such as { from = 32, to = 36 }");
@@ -126,7 +126,7 @@ private:
                 return Fail(key.source(), name + " knows from and to, not '" + std::string(key.str()) + "'");
             }
             double number = 0;
-            if (!ReadNumber(name, end, 0, kMostMillimetres, &number)) return false;
+            if (!ReadNumber(name, end, least, kMostMillimetres, &number)) return false;
             (key.str() == "from" ? band->low : band->high) = number;
         }
         if (!band->low || !band->high || *band->low <= *band->high) return true;
