@@ -2,7 +2,7 @@
 // ones are known again, and a joined report joined once more stays.
 #include "tools/batch/journal.h"
 #include "fuzz/support/choices.h"
-#include "fuzz/support/expect.h"
+#include "fuzz/support/written_file.h"
 #include "tests/support/temp_folder.h"
 #include "tools/orvane/report_file.h"
 #include "tools/orvane/report_join.h"
@@ -96,12 +96,6 @@ PhotoReport ReportOf(fuzz::Choices& choices) {
     return report;
 }
 
-void WriteFile(const std::string& path, const std::string& content) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file << content;
-    Expect(file.good(), "a file is written");
-}
-
 /// Makes a report of a run as the run does, or one that somebody touched.
 void MakeReport(fuzz::Choices& choices, const std::string& path, std::string* content) {
     std::string error;
@@ -113,7 +107,7 @@ void MakeReport(fuzz::Choices& choices, const std::string& path, std::string* co
                    "a row is added");
         }
     } else if (choices.Int(0, 3) == 0) {
-        WriteFile(path, choices.Text(choices.Byte() * 4U));
+        fuzz::WriteFile(path, choices.Text(choices.Byte() * 4U));
     } else {
         std::string rows = ReportHeader(path);
         for (int32 count = choices.Int(0, 6); count > 0; --count) {
@@ -121,7 +115,7 @@ void MakeReport(fuzz::Choices& choices, const std::string& path, std::string* co
                                    : ReportRow(path, static_cast<std::size_t>(choices.Int(0, 300)), ReportOf(choices));
         }
         if (choices.Flag()) rows.resize(rows.size() / 2);
-        WriteFile(path, rows);
+        fuzz::WriteFile(path, rows);
     }
     Expect(ReadWholeFile(path, content, &error), "a report is read");
 }
@@ -140,7 +134,7 @@ void TryJoin(fuzz::Choices& choices, bool csv) {
     JoinedReports joined;
     std::string error;
     if (!JoinReports(contents, options.photos, csv, &joined, &error)) {
-        Expect(!error.empty() && error.find('\n') == std::string::npos, "what is refused gets one line");
+        fuzz::ExpectOneLine(error);
         return;
     }
     Expect(joined.portraits + joined.faces + joined.faceless + joined.failed == joined.photos,

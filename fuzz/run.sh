@@ -15,8 +15,8 @@ options=(-timeout=60 -report_slow_units=60 -rss_limit_mb=2560 -verbosity=1 -prin
 # Inputs are headers of choices, or small files.
 options+=(-max_len=4096 -len_control=0 -close_fd_mask=1)
 case $target in
-    picture_file | skin) options+=(-dict=fuzz/dictionaries/pictures) ;;
-    language) options+=(-dict=fuzz/dictionaries/language) ;;
+    picture_file | portrait_file | skin) options+=(-dict=fuzz/dictionaries/pictures) ;;
+    language | documents | corrections) options+=(-dict="fuzz/dictionaries/$target") ;;
 esac
 export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1 UBSAN_OPTIONS=print_stacktrace=1
 export QT_QPA_PLATFORM=offscreen
