@@ -132,6 +132,18 @@ TEST(Documents, WhatIsRepeatedOfATableStaysOneLine) {
     EXPECT_EQ(Refused("[own]\ntitle = \"a\\u001Bb\"\n"), "t:2: title wants one line of text in quotes");
 }
 
+TEST(Documents, LettersBeyondAsciiStandInQuotesAlone) {
+    EXPECT_EQ(Read(With("remarks = [ \"gr\u00FC\u00DFe\", \"\"\"a\\\n \u00E9\"\"\" ] # \u00DF\n"))[0].remarks,
+              (std::vector<std::string>{"gr\u00FC\u00DFe", "a\u00E9"}));
+    for (const char* letter : {"\u00E9", "\u03A9", "\u1681", "\u3001", "\uFE00"}) {
+        for (const std::string& line :
+             {letter + std::string(" = 1\n"), std::string("head-top = \"hair\"") + letter + "\n",
+              std::string("resolution = 30") + letter + "\n"}) {
+            EXPECT_EQ(Refused(With(line)).substr(0, 5), "t:10:") << line;
+        }
+    }
+}
+
 TEST(Documents, ADayThatIsNoneIsRefused) {
     const std::string head = kHead;
     const std::string wants = "t:7: read wants the day when the rule was read, such as 2026-11-22";
