@@ -355,12 +355,14 @@ def journals():
 
 def documents():
     """Two places of a square and how it is filled, then a table as it stands or of choices."""
-    near = Row().flag(1).int(64, 1, 64).int(16, 1, 64).int(24, -16, 80).int(20, -16, 80)
-    far = Row().flag(0).int(2000, 1, 32767).int(20, 1, 64).int(-4, -16, 80).int(50, -16, 80)
-    head = near.bytes + far.bytes
+    def near(left, top):
+        return Row().flag(1).int(64, 1, 64).int(16, 1, 64).int(left, -16, 80).int(top, -16, 80).bytes
 
-    def given(table, fill=0, ratio=1):
-        return head + Row().int(fill, 0, 1).int(ratio, 0, 7).int(64, 1, 640).flag(0).bytes + table
+    far = Row().flag(0).int(2000, 1, 32767).int(20, 1, 64).int(-4, -16, 80).int(50, -16, 80).bytes
+    head = near(24, 20) + far
+
+    def given(table, fill=0, ratio=1, places=head):
+        return places + Row().int(fill, 0, 1).int(ratio, 0, 7).int(64, 1, 640).flag(0).bytes + table
 
     shipped = (CORPUS.parent.parent / "data" / "documents.toml").read_bytes()
     rows = [b"[" + row for row in shipped.split(b"\n[")[1:]]
@@ -376,12 +378,17 @@ def documents():
         "upside-down": own + b"head = { from = 3, to = 2 }\n", "beyond": own + b"eyes = { from = 3, to = 16 }\n",
         "word": own + b'background = "red"\n', "kilobytes": own + b"least-kb = 1.5\n",
         "remarks": own + b"remarks = 1\n", "floor": own + b"least-kb = 3\nmost-kb = 2\n",
+        "mark": b"[#own]\n", "letter": own + "größe = 1\n".encode(), "head": own + b"head = { from = 0, to = 0 }\n",
         "pixels": own.replace(b"12\n", b"999\n") + b"resolution = 2400\n",
     }
     seeds = {f"wrong-{name}": given(table) for name, table in wrong.items()}
     seeds.update({f"shipped-{n}": given(row, n % 2) for n, row in enumerate(rows[:12:3])})
     seeds.update({"one": given(own), "every": given(every, 1), "ratio": given(every, 0, 0)})
     seeds["both"] = given(every + own.replace(b"own", b"other"))
+    edges = ((24, 14), (24, 5), (24, 34), (24, 60), (14, 20), (-16, 20), (36, 20), (80, 20))
+    edges += (24, 26), (24, 28), (24, 30), (24, 32), (24, 37), (24, 40)
+    for n, (one, other) in enumerate(zip(edges[::2], edges[1::2])):
+        seeds[f"edge-{n}"] = given(every, n % 2, 1, near(*one) + near(*other))
     chance = random.Random(1)
     seeds.update({f"chosen-{n}": head + bytes((n % 2, 1 + n % 3, 0, 64, 1)) + chance.randbytes(160) for n in range(8)})
     return seeds
@@ -407,6 +414,7 @@ def corrections():
         "empty": b"",
     }
     seeds = {name: run + b"\x00" + table for name, table in tables.items()}
+    seeds["third-name"] = selected(0, 2) + b"\x00" + names + b"~/link,1,2,3,4\n~/./a,5,6,7,8\n"
     seeds.update({f"chosen-{n}": run + b"\x01" + chance.randbytes(96) for n in range(4)})
     return seeds
 

@@ -44,8 +44,9 @@ FileSettings AnySettings(fuzz::Choices& choices) {
     if (choices.Flag()) settings.chroma = choices.OneOf({Chroma::full, Chroma::half, Chroma::quarter});
     if (choices.Flag()) settings.dpi = choices.Int(kLeastDpi, kMostDpi);
     if (choices.Flag()) settings.leastBytes = choices.Int(0, 7) == 0 ? choices.Int(1, 200000) : choices.Int(1, 6000);
-    if (choices.Flag())
+    if (choices.Flag()) {
         settings.mostBytes = settings.leastBytes.value_or(0) + static_cast<uint64>(choices.Int(1, 8000));
+    }
     settings.keepMetadata = choices.Flag();
     return settings;
 }
