@@ -52,6 +52,7 @@ int32 ScalePart(const ImageBuffer& source, const OutputScaling& scaling, const I
 }
 
 int32 ActionOutputScaling(const ImageBuffer& source, ImageBuffer& destination) {
+    if (source.channels < 1) return kOutOfMemory; // there never was a picture, nor is there now
     if (source.width < 1 || source.height < 1) return GiveBlankSheet(source, destination);
     const OutputScaling scaling = PlanOutputScaling(source.Size());
     if (!destination.Create(scaling.size.width, scaling.size.height, source.channels, kDepth8u, 0)) return kOutOfMemory;

@@ -184,6 +184,7 @@ TEST_F(OutputScaling, OfAPictureOfNoSizeIsABlankSheet) {
 
 TEST_F(OutputScaling, OfNoPictureIsRefused) {
     EXPECT_EQ(ActionOutputScaling(source, destination), kOutOfMemory);
+    EXPECT_EQ(destination.width, 0) << "no sheet is promised";
     EXPECT_EQ(g_outputWidth, 240);
     EXPECT_EQ(g_outputHeight, 430);
 }

@@ -87,7 +87,9 @@ TEST(Documents, NonsenseIsToldWithItsLine) {
         {"resolution = nan\n", "t:10: resolution wants a number, 50 to 2400, not nan"},
         {"resolution = \"300\"\n", "t:10: resolution wants a number, 50 to 2400"},
         {"\nhead = { from = 36, to = 32 }\n", "t:11: head is upside down, from 36 to 32"},
-        {"head = { from = -1, to = 32 }\n", "t:10: head wants a number, 0 to 1000, not -1"},
+        {"head = { from = -1, to = 32 }\n", "t:10: head wants a number, 1 to 1000, not -1"},
+        {"head = { from = 0, to = 0 }\n", "t:10: head wants a number, 1 to 1000, not 0"},
+        {"eyes = { from = -1 }\n", "t:10: eyes wants a number, 0 to 1000, not -1"},
         {"head = { least = 1 }\n", "t:10: head knows from and to, not 'least'"},
         {"head = {}\n", "t:10: head wants a band such as { from = 32, to = 36 }"},
         {"head = [32, 36]\n", "t:10: head wants a band such as { from = 32, to = 36 }"},
@@ -114,12 +116,32 @@ TEST(Documents, WhatADocumentMustHaveIsToldWhenItIsMissingOrWrong) {
     EXPECT_EQ(Refused("[Own]\n"), "t:1: a document's name has small letters, digits and dashes, not 'Own'");
     EXPECT_EQ(Refused("own = 3\n"), "t:1: 'own' stands outside of a document");
     EXPECT_EQ(Refused(""), "t:1: holds no document");
+    EXPECT_EQ(Refused("[#own]\n").substr(0, 4), "t:1:") << "the rest is the parser's";
     EXPECT_EQ(Refused("# nothing\n"), "t:1: holds no document");
     EXPECT_EQ(Refused("[own]\ntitle = \"\"\n"), "t:2: title wants one line of text in quotes");
     EXPECT_EQ(Refused("[own]\ntitle = \"a\\nb\"\n"), "t:2: title wants one line of text in quotes");
     EXPECT_EQ(Refused(head + "width = -35\n"), "t:7: width wants a number, 5 to 1000, not -35");
     EXPECT_EQ(Refused(head + "read = 2026-11-22\nwidth = 1000\nheight = 1000\nresolution = 1200\n"),
               "t:3: 'own' has 47244x47244 pixels, more than a picture may have");
+}
+
+TEST(Documents, WhatIsRepeatedOfATableStaysOneLine) {
+    EXPECT_EQ(Refused("[\"a\\nb\"]\n"), "t:1: a document's name has small letters, digits and dashes, not 'a?b'");
+    EXPECT_EQ(Refused(With("\"a\\nb\" = 1\n")), "t:10: no document has a key 'a?b'");
+    EXPECT_EQ(Refused("[own]\ntitle = t\n").substr(0, 4), "t:2:") << "the rest is the parser's";
+    EXPECT_EQ(Refused("[own]\ntitle = \"a\\u001Bb\"\n"), "t:2: title wants one line of text in quotes");
+}
+
+TEST(Documents, LettersBeyondAsciiStandInQuotesAlone) {
+    EXPECT_EQ(Read(With("remarks = [ \"gr\u00FC\u00DFe\", \"\"\"a\\\n \u00E9\"\"\" ] # \u00DF\n"))[0].remarks,
+              (std::vector<std::string>{"gr\u00FC\u00DFe", "a\u00E9"}));
+    for (const char* letter : {"\u00E9", "\u03A9", "\u1681", "\u3001", "\uFE00"}) {
+        for (const std::string& line :
+             {letter + std::string(" = 1\n"), std::string("head-top = \"hair\"") + letter + "\n",
+              std::string("resolution = 30") + letter + "\n"}) {
+            EXPECT_EQ(Refused(With(line)).substr(0, 5), "t:10:") << line;
+        }
+    }
 }
 
 TEST(Documents, ADayThatIsNoneIsRefused) {

@@ -92,6 +92,21 @@ TEST(Corrections, OfOnePhotoUnderTwoNamesAreDouble) {
     EXPECT_EQ(errors, Lines{"row 3 has the photograph of row 2, '" + (folder / "./a.jpg") + "'"});
 }
 
+TEST(Corrections, OfAFileThatIsListedUnderTwoNamesAreDoubleWithOneOfEither) {
+    const TempFolder folder;
+    folder.Put("a.jpg", "a");
+    const std::string a = folder / "a.jpg";
+    const std::string again = folder / "./a.jpg";
+    const std::string third = folder / "././a.jpg";
+    for (const std::string& first : {a, again}) {
+        Lines strangers, errors;
+        const auto faces =
+            Correct({a, again}, {{first, {1, 1, 1, 1}, 2}, {third, {2, 2, 2, 2}, 3}}, &strangers, &errors);
+        EXPECT_EQ(errors, Lines{"row 3 has the photograph of row 2, '" + third + "'"});
+        EXPECT_EQ(faces[first == a ? 0 : 1], (FaceBox{1, 1, 1, 1}));
+    }
+}
+
 TEST(FaceOptions, LieWithinAPhoto) {
     EXPECT_TRUE(LiesWithin({0, 0, 10, 20}, 10, 20));
     EXPECT_FALSE(LiesWithin({1, 0, 10, 20}, 10, 20));

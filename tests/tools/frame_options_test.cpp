@@ -92,6 +92,7 @@ TEST(FrameOptions, NonsenseIsRefused) {
         {{"--size", "900x900mm", "--dpi", "1200"},
          "the portrait would have 42520x42520 pixels, and takes 75 to 32767 a side and at most 268000000 in all"},
         {{"--head", "36-32mm"}, "--head wants a band in millimetres, such as 32-36mm, not '36-32mm'"},
+        {{"--head", "0.001-1mm"}, "--head wants a band in millimetres, such as 32-36mm, not '0.001-1mm'"},
         {{"--head", "32-36"}, "--head wants a band in millimetres, such as 32-36mm, not '32-36'"},
         {{"--head", "40-46mm"}, "--head reaches beyond the height of the portrait"},
         {{"--fill", "blue"}, "--fill wants edge, white or a colour such as #e8e8e8, not 'blue'"},

@@ -9,9 +9,10 @@
 
 namespace orvane::tools {
 
-/// Bounds of what a document may ask for.
+/// Bounds of what a document may ask for, and who gives a size by hand.
 inline constexpr double kLeastMillimetres = 5;
 inline constexpr double kMostMillimetres = 1000;
+inline constexpr double kLeastHead = 1; ///< Millimetres; in a smaller one no frame ends.
 inline constexpr double kLeastResolution = 50;
 inline constexpr double kMostResolution = 2400;
 

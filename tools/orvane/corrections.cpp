@@ -112,8 +112,9 @@ std::vector<std::optional<FaceBox>> Correct(const std::vector<std::string>& sele
             strangers->push_back(RowText(correction.row) + ": '" + correction.photo + "' is not among the photos");
             continue;
         }
-        if (rows[found[0]] != 0) {
-            errors->push_back(RowText(correction.row) + " has the photograph of " + RowText(rows[found[0]]) + ", '" +
+        const auto taken = std::find_if(found.begin(), found.end(), [&](std::size_t i) { return rows[i] != 0; });
+        if (taken != found.end()) {
+            errors->push_back(RowText(correction.row) + " has the photograph of " + RowText(rows[*taken]) + ", '" +
                               correction.photo + "'");
             continue;
         }

@@ -144,7 +144,7 @@ bool SetDocument(const std::string& text, FrameOptions* frame, std::string* erro
 bool SetHead(const std::string& text, FrameOptions* frame, std::string* error) {
     double low = 0;
     double high = 0;
-    if (ReadPair(text, '-', &low, &high) && low <= high) {
+    if (ReadPair(text, '-', &low, &high) && low >= kLeastHead && low <= high) {
         frame->givenHead = Band{low, high};
         return true;
     }

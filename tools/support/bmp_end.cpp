@@ -47,6 +47,8 @@ bool BmpReachesItsEnd(const std::string& data) {
     const bool runs = compression == 1 || compression == 2;
     // With these bounds a row has less than 2^33 bytes, and the product of at most 2^31 rows fits.
     if (width >= kSign || bits > 32) return false;
+    const bool hasPalette = bits <= 8; // others may tell of colours that they do not have
+    if (hasPalette && kHeaderSizeAt + headerSize + 4 * Number(data, kHeaderAt + 28, 4) > data.size()) return false;
     return first + (runs ? Number(data, kHeaderAt + 16, 4) : RowsBytes(width, height, bits)) <= data.size();
 }
 

@@ -83,8 +83,22 @@ Picture HandOver(PixbufPtr pixbuf) {
     return picture;
 }
 
+/// The decoder for BMP asks for all bytes that the header tells before the pixels, up to four gigabytes, when it is
+/// only asked for the size.
+bool CheckBmp(const std::string& content, std::string* error) {
+    const std::optional<HeaderSize> told = SizeInHeader(content);
+    if (told && told->width > 0 && told->height > 0 && !IsPictureSizeAllowed(told->width, told->height)) {
+        *error = TooLargeText(told->width, told->height);
+        return false;
+    }
+    if (ReachesItsEnd(content)) return true;
+    *error = kBreaksOff;
+    return false;
+}
+
 /// The checks that come before decoding: of a known format, not too large, whole.
 bool CheckFile(const std::string& path, const std::string& content, std::string* error) {
+    if (FormatOfContent(content) == PictureFormat::bmp && !CheckBmp(content, error)) return false;
     int width = 0;
     int height = 0;
     GdkPixbufFormat* format = gdk_pixbuf_get_file_info(path.c_str(), &width, &height);
