@@ -122,6 +122,12 @@ TEST(Frame, OfABandWithOneEndThePlainSizeIsTakenWhereItMay) {
     EXPECT_NEAR(Measure(wish, PlainFrame(wish, kSquare).frame).head, 28.5, 1e-9);
 }
 
+TEST(Frame, AHeadIsNoHigherThanThePortraitWhoseBandHasRoomForIt) {
+    FrameWish wish;
+    wish.head = {44, std::nullopt};
+    EXPECT_NEAR(PlainFrame(wish, kSquare).head, 45, 1e-9);
+}
+
 TEST(Frame, ACropRatioCountsSidesOfTheSquareAroundItsMiddle) {
     FrameWish wish;
     wish.cropRatio = 1.0;

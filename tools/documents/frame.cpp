@@ -111,7 +111,8 @@ private:
 };
 
 double PlainHead(const FrameWish& wish) {
-    return Middle(wish.head, kPlainHead * std::min(wish.height, wish.width * kPlainAspect));
+    const double head = Middle(wish.head, kPlainHead * std::min(wish.height, wish.width * kPlainAspect));
+    return std::min(head, std::max(wish.height, wish.head.low.value_or(0))); // some more than the least may be too much
 }
 
 Shortage Missing(const FrameWish& wish, const PlaneRect& frame, const PlaneRect& bounds) {
