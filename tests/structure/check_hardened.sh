@@ -21,12 +21,20 @@ for file in "$@"; do
     grep -qw '__stack_chk_fail' <<<"$symbols" || lacks "guarded stacks"
     grep -qE ' __(mem|str|sn?|vsn?|f|read|realpath|pread)[a-z]*_chk' <<<"$symbols" || lacks "string functions that know their buffers"
     readelf -nW "$file" | grep -q 'SHSTK' || lacks "the word that a shadow stack may guard it"
-    # Every function that is called by address begins with the mark for it.
-    unmarked=$(objdump -d --no-show-raw-insn "$file" | awk -v names="$(nm -D --defined-only "$file" | awk '$2 == "T" { print $3 }' | tr '\n' ' ')" '
-        BEGIN { n = split(names, list, " "); for (i = 1; i <= n; i++) { sub(/@.*/, "", list[i]); wanted[list[i]] = 1 } }
-        /^[0-9a-f]+ <.*>:$/ { name = $2; gsub(/[<>:]/, "", name); sub(/@.*/, "", name); first = 1; next }
-        first && name in wanted { if ($2 != "endbr64") print name; first = 0 }')
-    if [ -n "$unmarked" ]; then lacks "the mark of a call's end at" $unmarked; fi
+    # Every function that others find begins with the mark of what may be called by its address. Code that is told as so
+    # far from a name is none of it.
+    offered=$(nm -D --defined-only "$file" | awk '$2 == "T" { sub(/@.*/, "", $3); printf "%s ", $3 }')
+    unmarked=$(objdump -d --no-show-raw-insn "$file" | awk -v names="$offered" '
+        BEGIN { n = split(names, list); for (i = 1; i <= n; i++) wanted[list[i]] = 1 }
+        /^[0-9a-f]+ <.*>:$/ {
+            first = !/[+-]0x[0-9a-f]+>:$/
+            name = $2
+            gsub(/[<>:]/, "", name)
+            sub(/@.*/, "", name)
+            next
+        }
+        first && name in wanted { if ($2 != "endbr64") printf " %s", name; first = 0 }')
+    if [ -n "$unmarked" ]; then lacks "the mark of a call's end at$unmarked"; fi
     if [ "$failed" -eq "$before" ]; then echo "$file is hardened"; fi
 done
 exit "$failed"
