@@ -59,6 +59,7 @@ bool MarkFaces(const Options& options, const std::vector<ListedPhoto>& listed,
         return false;
     }
     std::vector<std::string> paths;
+    paths.reserve(listed.size());
     for (const ListedPhoto& photo : listed) paths.push_back(photo.path);
     std::vector<Correction> corrections;
     std::vector<std::string> errors;

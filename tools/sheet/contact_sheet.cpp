@@ -81,10 +81,10 @@ void DrawPage(const std::vector<SheetEntry>& entries, std::size_t page, SheetCan
     canvas->Write(Heading(entries, page), {kMargin, kMargin - 4, kPageWidth - 2 * kMargin, kHeading}, 9, 1, kBlack);
     const std::size_t end = std::min(entries.size(), (page + 1) * kPerPage);
     for (std::size_t i = page * kPerPage; i < end; ++i) {
-        const auto column = static_cast<double>(i % kColumns);
-        const auto row = static_cast<double>(i % kPerPage / kColumns);
-        DrawTile(entries[i], kMargin + column * (kTileWidth + kGap), kMargin + kHeading + row * (kTileHeight + kGap),
-                 canvas);
+        const std::size_t column = i % kColumns;
+        const std::size_t row = i % kPerPage / kColumns;
+        DrawTile(entries[i], kMargin + static_cast<double>(column) * (kTileWidth + kGap),
+                 kMargin + kHeading + static_cast<double>(row) * (kTileHeight + kGap), canvas);
     }
 }
 
