@@ -47,17 +47,8 @@ Picture FlatPicture(Colour colour) {
 }
 
 std::string PngWithProfile(const std::string& png, const std::string& profile) {
-    // Stored without compression, as the pixels of the tests' PNG files are.
-    std::uint32_t a = 1;
-    std::uint32_t b = 0;
-    for (const char c : profile) {
-        a = (a + static_cast<unsigned char>(c)) % 65521;
-        b = (b + a) % 65521;
-    }
-    const auto length = static_cast<std::uint32_t>(profile.size());
-    const std::string stored = "\x78\x01\x01" + Low16(length) + Low16(~length & 0xFFFF) + profile + High32(b << 16 | a);
     std::string file = png;
-    return file.insert(33, PngChunk("iCCP", std::string("test\0\0", 6) + stored));
+    return file.insert(33, PngChunk("iCCP", std::string("test\0\0", 6) + Stored(profile)));
 }
 
 constexpr Colour kSkins[] = {{200, 150, 120}, {120, 80, 60}, {230, 190, 170}, {60, 90, 140}, {128, 128, 128}};

@@ -11,11 +11,6 @@ double MiddleOr(const Band& band, double other) {
     return band.low ? *band.low : band.high.value_or(other);
 }
 
-/// Where a head ends above, in the square's sides.
-double TopOf(const Document& document) {
-    return document.headTop == HeadTop::hair ? kMedianHead.hair : kMedianHead.crown;
-}
-
 } // namespace
 
 Room RoomOf(const FaceBox& face, ImageSize picture) {
@@ -31,7 +26,7 @@ Room RoomOf(const FaceBox& face, ImageSize picture) {
 
 Room RoomForDocument(const Document& document) {
     const double head = MiddleOr(document.head, 0.75 * document.height);
-    const double side = head / (kMedianHead.chin - TopOf(document));
+    const double side = head / kMedianHead.Height(document.headTop);
     const double chin = (kMedianHead.chin - kMedianHead.eyes) * side;
     const double around = document.height - head;
     const double above = MiddleOr(document.above, around / 2);
@@ -48,11 +43,11 @@ bool HasProportionsOf(const Document& document, ImageSize picture) {
 }
 
 double HeadMillimetres(const FaceBox& face, ImageSize picture, const Document& document) {
-    return (kMedianHead.chin - TopOf(document)) * face.height * document.height / picture.height;
+    return kMedianHead.Height(document.headTop) * face.height * document.height / picture.height;
 }
 
 double AboveHeadMillimetres(const FaceBox& face, ImageSize picture, const Document& document) {
-    return (face.y + TopOf(document) * face.height) * document.height / picture.height;
+    return (face.y + kMedianHead.Top(document.headTop) * face.height) * document.height / picture.height;
 }
 
 double EyeLineMillimetres(const FaceBox& face, ImageSize picture, const Document& document) {

@@ -48,13 +48,12 @@ class Placing {
 public:
     Placing(const FrameWish& wish, double head) : wish_(wish), head_(head) {
         const HeadGeometry& median = kMedianHead;
-        const bool withHair = wish.headTop == HeadTop::hair;
-        side_ = wish.cropRatio ? wish.height / (3 * *wish.cropRatio)
-                               : head / (withHair ? median.HeightWithHair() : median.Height());
+        const double height = median.Height(wish.headTop);
+        side_ = wish.cropRatio ? wish.height / (3 * *wish.cropRatio) : head / height;
         toHair_ = (median.eyes - median.hair) * side_;
-        toTop_ = (median.eyes - (withHair ? median.hair : median.crown)) * side_;
+        toTop_ = (median.eyes - median.Top(wish.headTop)) * side_;
         toChin_ = (median.chin - median.eyes) * side_;
-        if (wish.cropRatio) head_ = (withHair ? median.HeightWithHair() : median.Height()) * side_;
+        if (wish.cropRatio) head_ = height * side_;
     }
 
     double Head() const { return head_; }

@@ -1,6 +1,8 @@
 // Where the parts of a head lie, as told by the square that the detector finds.
 #pragma once
 
+#include "tools/documents/document.h"
+
 namespace orvane::tools {
 
 /// Lengths in sides of the square, places from its upper left corner to the right and downwards; medians over measured
@@ -14,7 +16,10 @@ struct HeadGeometry {
     double eyeDistance = 0.505; ///< Between the centres of the eyes.
 
     double Height() const { return chin - crown; }
-    double HeightWithHair() const { return chin - hair; }
+
+    /// Where a head ends above for an authority, and how high it is for that.
+    double Top(HeadTop top) const { return top == HeadTop::hair ? hair : crown; }
+    double Height(HeadTop top) const { return chin - Top(top); }
 };
 
 inline constexpr HeadGeometry kMedianHead;

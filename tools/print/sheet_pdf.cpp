@@ -2,7 +2,7 @@
 
 #include "tools/print/cut_marks.h"
 #include "tools/print/pdf_file.h"
-#include "tools/support/big_endian.h"
+#include "tools/support/byte_order.h"
 #include "tools/support/colour_profile.h"
 #include "tools/support/jpeg_segments.h"
 #include "tools/support/orientation.h"

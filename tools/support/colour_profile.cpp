@@ -1,6 +1,6 @@
 #include "tools/support/colour_profile.h"
 
-#include "tools/support/big_endian.h"
+#include "tools/support/byte_order.h"
 #include "tools/support/jpeg_segments.h"
 #include "tools/support/picture_format.h"
 #include "tools/support/png_chunks.h"

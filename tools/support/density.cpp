@@ -1,6 +1,6 @@
 #include "tools/support/density.h"
 
-#include "tools/support/big_endian.h"
+#include "tools/support/byte_order.h"
 #include "tools/support/exif_block.h"
 #include "tools/support/jpeg_segments.h"
 #include "tools/support/png_chunks.h"
@@ -27,12 +27,6 @@ constexpr std::size_t kBmpHeaderSize = 14;
 constexpr std::size_t kBmpAcross = 38;
 constexpr std::size_t kBmpDown = 42;
 constexpr std::size_t kBmpWithDensity = 46;
-
-std::uint32_t LowFirst(const std::string& bytes, std::size_t at) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 4; i > 0; --i) value = value << 8 | static_cast<unsigned char>(bytes[at + i - 1]);
-    return value;
-}
 
 std::optional<Density> Told(double across, double down, double unitsAnInch) {
     if (!(across > 0) || !(down > 0)) return std::nullopt;
@@ -73,8 +67,8 @@ std::optional<Density> PngDensity(const std::string& png) {
 }
 
 std::optional<Density> BmpDensity(const std::string& bmp) {
-    if (bmp.size() < kBmpWithDensity || LowFirst(bmp, kBmpHeaderSize) < 40) return std::nullopt;
-    return Told(LowFirst(bmp, kBmpAcross), LowFirst(bmp, kBmpDown), kMetresAnInch);
+    if (bmp.size() < kBmpWithDensity || LowFirst(bmp, kBmpHeaderSize, 4) < 40) return std::nullopt;
+    return Told(LowFirst(bmp, kBmpAcross, 4), LowFirst(bmp, kBmpDown, 4), kMetresAnInch);
 }
 
 std::uint32_t PixelsAMetre(int32 dpi) { return static_cast<std::uint32_t>(std::lround(dpi / kMetresAnInch)); }

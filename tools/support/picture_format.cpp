@@ -1,6 +1,7 @@
 #include "tools/support/picture_format.h"
 
 #include "tools/support/bmp_end.h"
+#include "tools/support/byte_order.h"
 #include "tools/support/jpeg_end.h"
 #include "tools/support/picture.h"
 #include "tools/support/png_end.h"
@@ -13,18 +14,6 @@ namespace {
 
 constexpr unsigned kWidthTag = 256;
 constexpr unsigned kHeightTag = 257;
-
-int64 HighFirst(const std::string& bytes, std::size_t at, std::size_t count) {
-    int64 value = 0;
-    for (std::size_t i = 0; i < count; ++i) value = value * 256 + static_cast<unsigned char>(bytes[at + i]);
-    return value;
-}
-
-int64 LowFirst(const std::string& bytes, std::size_t at, std::size_t count) {
-    int64 value = 0;
-    for (std::size_t i = count; i > 0; --i) value = value * 256 + static_cast<unsigned char>(bytes[at + i - 1]);
-    return value;
-}
 
 /// The frame segment's size: markers C0 to CF but for three that are no frames.
 std::optional<HeaderSize> JpegSize(const std::string& jpeg) {
@@ -45,7 +34,7 @@ std::optional<HeaderSize> JpegSize(const std::string& jpeg) {
 std::optional<HeaderSize> BmpSize(const std::string& bmp) {
     if (bmp.size() < 26) return std::nullopt;
     if (LowFirst(bmp, 14, 4) == 12) return HeaderSize{LowFirst(bmp, 18, 2), LowFirst(bmp, 20, 2)};
-    const int64 height = LowFirst(bmp, 22, 4);
+    const int64 height{LowFirst(bmp, 22, 4)};
     return HeaderSize{LowFirst(bmp, 18, 4), height < 0x80000000 ? height : 0x100000000 - height};
 }
 

@@ -1,6 +1,6 @@
 #include "tools/support/png_chunks.h"
 
-#include "tools/support/big_endian.h"
+#include "tools/support/byte_order.h"
 #include "tools/support/png_end.h"
 
 namespace orvane::tools {

@@ -1,4 +1,4 @@
-// Numbers with their highest byte first, as JPEG and PNG write them.
+// Numbers out of bytes: with the highest first, as JPEG and PNG write them, or the lowest, as BMP does.
 #pragma once
 
 #include <cstddef>
@@ -7,10 +7,16 @@
 
 namespace orvane::tools {
 
-/// `count` bytes from `at` on, which the bytes must have.
+/// At most 4 bytes from `at` on, which the bytes must have.
 inline std::uint32_t HighFirst(const std::string& bytes, std::size_t at, std::size_t count) {
     std::uint32_t value = 0;
     for (std::size_t i = 0; i < count; ++i) value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
+    return value;
+}
+
+inline std::uint32_t LowFirst(const std::string& bytes, std::size_t at, std::size_t count) {
+    std::uint32_t value = 0;
+    for (std::size_t i = count; i > 0; --i) value = value << 8 | static_cast<unsigned char>(bytes[at + i - 1]);
     return value;
 }
 
