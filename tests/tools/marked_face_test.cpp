@@ -5,14 +5,11 @@
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
 #include "detect/scan_observer.h"
-#include "image/packed_dib.h"
 #include "orvane/orvane.h"
-#include "platform/module_folder.h"
 #include "session/session_state.h"
 #include "tests/support/fake_video.h"
 #include "tests/support/fake_window.h"
-#include "tests/tools/bright_square.h"
-#include "tests/tools/temp_folder.h"
+#include "tests/tools/host_fixture.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -22,21 +19,8 @@ namespace {
 
 constexpr int32 kPreviewSide = 400;
 
-class MarkedFace : public testing::Test {
+class MarkedFace : public HostFixture {
 protected:
-    MarkedFace() {
-        folder_.Put("Orvane.dat", BrightSquareClassifier());
-        g_moduleFolder = folder_.Path();
-        FreeClassifier(g_classifier);
-        g_detectorParams->loadStatus = LoadClassifier();
-    }
-
-    PhotoReport Make(const Picture& photo, const Options& options, Picture* portrait) {
-        PhotoReport report;
-        host_.MakePortrait(photo, options, portrait, &report);
-        return report;
-    }
-
     /// What a session with a window gives whose operator clicks two corners on the preview; the settings of the
     /// portrait before hold.
     Picture ByOperator(const Picture& photo, const Options& options, ImagePoint first, ImagePoint second) const {
@@ -55,12 +39,7 @@ protected:
             window.Pump();
             if (!window.HasEnded()) window.Click(kPlainOk); // the adjustments stay as they are
         };
-        const BitmapHeader header = OutgoingHeader(photo.width, photo.height);
-        orv_Handle block = orv_BlockAlloc(sizeof header + photo.pixels.size());
-        auto* bytes = static_cast<uint8*>(orv_BlockLock(block));
-        std::memcpy(bytes, &header, sizeof header);
-        std::memcpy(bytes + sizeof header, photo.pixels.data(), photo.pixels.size());
-        orv_BlockUnlock(block);
+        orv_Handle block = Packed(photo);
         EXPECT_EQ(session.DetectFacePicture(block), 0);
         orv_BlockFree(block);
         Picture portrait;
@@ -71,9 +50,6 @@ protected:
         std::memcpy(portrait.pixels.data(), session.m_resultBitmap.Bits(), portrait.pixels.size());
         return portrait;
     }
-
-    TempFolder folder_;
-    Host host_;
 };
 
 TEST_F(MarkedFace, GivesThePortraitOfAnOperatorsTwoCorners) {

@@ -3,6 +3,7 @@
 #include "tools/support/bmp_end.h"
 #include "tools/support/byte_order.h"
 #include "tools/support/jpeg_end.h"
+#include "tools/support/jpeg_segments.h"
 #include "tools/support/picture.h"
 #include "tools/support/png_end.h"
 #include "tools/support/tiff_block.h"
@@ -15,20 +16,10 @@ namespace {
 constexpr unsigned kWidthTag = 256;
 constexpr unsigned kHeightTag = 257;
 
-/// The frame segment's size: markers C0 to CF but for three that are no frames.
 std::optional<HeaderSize> JpegSize(const std::string& jpeg) {
-    std::size_t at = 2;
-    while (jpeg.size() >= 9 && at <= jpeg.size() - 9 && HighFirst(jpeg, at, 1) == 0xFF) {
-        const int64 marker = HighFirst(jpeg, at + 1, 1);
-        if (marker == 0xFF) {
-            ++at; // a fill byte
-            continue;
-        }
-        const bool frame = marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
-        if (frame) return HeaderSize{HighFirst(jpeg, at + 7, 2), HighFirst(jpeg, at + 5, 2)};
-        at += 2 + static_cast<std::size_t>(HighFirst(jpeg, at + 2, 2));
-    }
-    return std::nullopt;
+    const std::optional<JpegFrame> frame = FrameOf(jpeg);
+    if (!frame) return std::nullopt;
+    return HeaderSize{frame->width, frame->height};
 }
 
 std::optional<HeaderSize> BmpSize(const std::string& bmp) {
