@@ -22,6 +22,14 @@ void FitOutputTo(ImageSize picture) {
     }
 }
 
+/// What becomes of a picture from which a turn left nothing: a host that is told of success gets an output.
+int32 GiveBlankSheet(const ImageBuffer& source, ImageBuffer& destination) {
+    if (!destination.Create(g_outputWidth, g_outputHeight, source.channels, kDepth8u, 0)) return kOutOfMemory;
+    destination.Fill(g_fillLevel);
+    PrintAssertion(kBadSize);
+    return kStepFailed;
+}
+
 } // namespace
 
 OutputScaling PlanOutputScaling(ImageSize picture) {
@@ -44,7 +52,8 @@ int32 ScalePart(const ImageBuffer& source, const OutputScaling& scaling, const I
 }
 
 int32 ActionOutputScaling(const ImageBuffer& source, ImageBuffer& destination) {
-    if (source.width < 1 || source.height < 1) return kOutOfMemory;
+    if (source.channels < 1) return kOutOfMemory; // there never was a picture, nor is there now
+    if (source.width < 1 || source.height < 1) return GiveBlankSheet(source, destination);
     const OutputScaling scaling = PlanOutputScaling(source.Size());
     if (!destination.Create(scaling.size.width, scaling.size.height, source.channels, kDepth8u, 0)) return kOutOfMemory;
     destination.Fill(scaling.fillLevel);

@@ -20,8 +20,28 @@ if(ORVANE_SANITIZE)
   add_compile_options(-fsanitize=${ORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ORVANE_SANITIZE})
 endif()
+if(ORVANE_FUZZ)
+  # Edges and comparisons for the fuzzer, lines for the report of what it reached.
+  add_compile_options(-fsanitize=fuzzer-no-link -fprofile-instr-generate -fcoverage-mapping)
+  add_link_options(-fprofile-instr-generate)
+endif()
 if(ORVANE_SANITIZE MATCHES thread)
   add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${CMAKE_CURRENT_LIST_DIR}/thread_sanitizer.h>")
+endif()
+if(ORVANE_HARDENED)
+  # A write beyond a buffer on the stack ends the program instead of running on.
+  add_compile_options(-fstack-protector-strong)
+  add_link_options(-fstack-protector-strong) # mingw-w64 keeps what it takes in a library
+  if(NOT WIN32)
+    # Large frames touch every page; calls and returns go where they may; string functions know their buffers.
+    add_compile_options(-fstack-clash-protection -fcf-protection=full $<$<CONFIG:Release>:-U_FORTIFY_SOURCE>
+                        $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
+    # Tables of addresses are closed once they are filled. That returns are never bent is said of the whole file, since
+    # the C library's start files do not say it of themselves.
+    add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,shstk)
+    include(CheckPIESupported)
+    check_pie_supported()
+  endif()
 endif()
 if(WIN32)
   # One file, no runtime library beside it.

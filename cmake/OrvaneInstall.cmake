@@ -90,7 +90,9 @@ endif()
 
 if(TARGET orvane_tool)
   orvane_install_program(tool orvane_tool orvane)
+  install(FILES data/documents.toml DESTINATION ${data} COMPONENT tool)
   if(NOT WIN32)
+    orvane_install_link(tool ${private}/documents.toml ${data}/documents.toml)
     install(FILES docs/cluster.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/orvane COMPONENT tool)
     install(PROGRAMS examples/cluster/parallel.sh examples/cluster/slurm.sh examples/cluster/slurm_join.sh
                      examples/cluster/dask_portraits.py

@@ -92,6 +92,11 @@ private:
                });
     }
 
+    /// Else its sum may be none that a float holds.
+    bool LiesInWindow(const ImageRect& rect) const {
+        return rect.x + rect.width <= t_.windowWidth && rect.y + rect.height <= t_.windowHeight;
+    }
+
     double MagnitudeFrom(int32 firstStump) const {
         double sum = 0.0;
         for (std::size_t i = static_cast<std::size_t>(firstStump); i < plan_.stumps.size(); ++i)
@@ -117,6 +122,7 @@ private:
     void AddStump(std::size_t classifier, std::size_t rect, std::size_t rects) {
         double largest = 0.0;
         for (std::size_t r = rect; r < rect + rects; ++r) {
+            plan_.usable = plan_.usable && LiesInWindow(t_.featureRect[r]);
             const double area = static_cast<double>(t_.featureRect[r].width) * t_.featureRect[r].height;
             largest += std::fabs(t_.featureWeight[r]) * (kLevels * area + 16.0);
         }

@@ -77,9 +77,12 @@ bool ReadArrays(std::FILE* file, ClassifierTables& t) {
            ReadArray(file, t.featureWeight, t.featureCount);
 }
 
-bool InWindow(const ImageRect& r, const ClassifierTables& t) {
-    return r.x >= 0 && r.y >= 0 && r.width >= 1 && r.height >= 1 && r.width <= t.windowWidth - r.x &&
-           r.height <= t.windowHeight - r.y && r.x < t.windowWidth && r.y < t.windowHeight;
+/// Whether a rectangle of the file, which counts from the window's top, lies at or right of the window's left edge and,
+/// turned upside down, at or above its bottom row. It may leave the window by the other two edges: the scan keeps
+/// windows as far from the picture's as the farthest rectangle reaches.
+bool IsUsable(const ImageRect& r, const ClassifierTables& t) {
+    return r.x >= 0 && r.width >= 1 && r.height >= 1 && int64{r.y} + r.height <= t.windowHeight &&
+           int64{r.x} + r.width <= kMaxWindowSide && int64{t.windowHeight} - r.y <= kMaxWindowSide;
 }
 
 bool AllFinite(const std::vector<float>& values) {
@@ -110,7 +113,7 @@ bool ContentIsSane(const ClassifierTables& t) {
         if (rects < 0 || stageRects > kMaxStageRects) return false;
     }
     return std::all_of(t.featureRect.begin(), t.featureRect.end(),
-                       [&](const ImageRect& r) { return InWindow(r, t); }) &&
+                       [&](const ImageRect& r) { return IsUsable(r, t); }) &&
            AllFinite(t.stageThreshold) && AllFinite(t.classifierThreshold) && AllFinite(t.classifierVal1) &&
            AllFinite(t.classifierVal2) && AllFinite(t.featureWeight);
 }

@@ -1,12 +1,15 @@
 #include "platform/memory_block.h"
 
+#include "platform/block_prefix.h"
+
 #define ORV_API // this file uses the block functions alone
 #include "orvane/orvane.h"
 
 namespace orvane {
 
 LockedBlock::LockedBlock(void* handle)
-    : handle_(handle), data_(orv_BlockLock(handle)), size_(data_ != nullptr ? orv_BlockSize(handle) : 0) {}
+    : handle_(handle), data_(MayBeBlock(handle) ? orv_BlockLock(handle) : nullptr),
+      size_(data_ != nullptr ? orv_BlockSize(handle) : 0) {}
 
 LockedBlock::~LockedBlock() {
     if (data_ != nullptr) orv_BlockUnlock(handle_);

@@ -24,11 +24,16 @@ public:
         const std::ptrdiff_t begin = -static_cast<std::ptrdiff_t>(axis.origin) * channels;
         const std::ptrdiff_t end = static_cast<std::ptrdiff_t>(axis.extent - axis.origin) * channels;
         const std::ptrdiff_t last = end - kColumnReach - static_cast<std::ptrdiff_t>(taps - 1) * channels;
-        for (int64 block = 0; block < elements / kColumnBlock; ++block) FillBlock(block, begin, last);
+        const int64 blocks = elements / kColumnBlock;
+        for (int64 block = 0; block < blocks; ++block) FillBlock(block, begin, last);
+        if (!pairs_.Allocate(blocks + 1)) return false;
+        int64 paired = 0;
+        while (paired < blocks && FillPairs(paired, channels)) ++paired;
+        pairElements_ = paired / 2 * 2 * kColumnBlock;
         return true;
     }
 
-    ColumnPlan Plan() const { return {offsets_.data(), blocks_.data()}; }
+    ColumnPlan Plan() const { return {offsets_.data(), blocks_.data(), pairs_.data(), pairElements_}; }
 
 private:
     /// Reads of a block begin from `begin` to `last`.
@@ -43,8 +48,25 @@ private:
         for (int32 i = 0; i < kColumnBlock; ++i) to.places[i] = static_cast<uint8>(offsets[i] - base);
     }
 
+    /// False where a second pixel, a pixel of `channels` further, lies too far.
+    bool FillPairs(int64 block, int32 channels) {
+        const ColumnBlock& from = blocks_[block];
+        ColumnPairs& to = pairs_[block];
+        to.base = from.base;
+        if (from.base == kNoColumnBlock) return false;
+        for (std::ptrdiff_t i = 0; i < kColumnBlock; ++i) {
+            const int32 second = from.places[i] + channels;
+            if (second >= kColumnReach) return false;
+            to.places[2 * i] = from.places[i];
+            to.places[2 * i + 1] = static_cast<uint8>(second);
+        }
+        return true;
+    }
+
     HeapArray<std::ptrdiff_t> offsets_;
     HeapArray<ColumnBlock> blocks_;
+    HeapArray<ColumnPairs> pairs_;
+    int64 pairElements_ = 0;
 };
 
 } // namespace orvane

@@ -34,6 +34,29 @@ inline uint32 DoubtsOf(__m256i doubled) {
     return static_cast<uint32>(_mm256_movemask_ps(_mm256_castsi256_ps(doubts)));
 }
 
+// Likewise of values that lie beyond a byte as well, raised above 0 and below 1024, and by a bound that is not known
+// before. Numbers go on in both directions then; and what is taken for a doubt out there is only decided in vain.
+
+/// The bytes of two vectors as words, before packing brings them to a byte's ends.
+inline __m256i RaisedWords(__m256i a, __m256i b) {
+    const __m256i upper = _mm256_packs_epi32(_mm256_srai_epi32(a, 16), _mm256_srai_epi32(b, 16));
+    return _mm256_sub_epi16(upper, _mm256_set1_epi16(static_cast<int16>(0x8700))); // the upper word of 256
+}
+
+inline __m256i SmallestWords(__m256i a, __m256i b) { return _mm256_min_epu16(a, b); }
+
+inline uint32 DoubtsOf(__m256i doubled, int32 doubt) {
+    const __m256i fractions = _mm256_and_si256(doubled, _mm256_set1_epi32(0xFFFF));
+    const __m256i doubts = _mm256_cmpgt_epi32(_mm256_set1_epi32(4 * doubt), fractions);
+    return static_cast<uint32>(_mm256_movemask_ps(_mm256_castsi256_ps(doubts)));
+}
+
+/// Of the smallest words of several vectors. Upper words are larger than any fraction in doubt.
+inline bool AnyInDoubt(__m256i smallest, int32 doubt) {
+    const __m256i doubts = _mm256_subs_epu16(_mm256_set1_epi16(static_cast<int16>(4 * doubt)), smallest);
+    return _mm256_testz_si256(doubts, doubts) == 0;
+}
+
 #endif
 
 } // namespace

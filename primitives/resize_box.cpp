@@ -3,7 +3,9 @@
 #include "primitives/heap_array.h"
 #include "primitives/resize_frame.h"
 #include "primitives/row_kernels.h"
+#include "primitives/scaled_means_plan.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace orvane {
@@ -119,6 +121,77 @@ private:
     HeapArray<float> sums_, weights_;
 };
 
+/// The weight of the column k behind a box's first.
+float WeightOf(const BoxSpan& span, int32 k) {
+    if (k == 0 && span.head > 0.0) return static_cast<float>(span.head);
+    const int64 column = span.first + k;
+    if (column < span.Tail()) return 1.0F;
+    return column == span.Tail() ? static_cast<float>(span.tail) : 0.0F;
+}
+
+/// The way of small boxes of which neighbours begin near each other.
+template <int32 Channels>
+class NearBoxes {
+public:
+    NearBoxes(const BoxSpan* columns, const BoxSpan* rows, const ResizeFrame& frame)
+        : columns_(columns), rows_(rows), frame_(frame), taps_(MostLines(columns, frame.columns.written)),
+          lines_(taps_ + MostLines(rows, frame.rows.written)) {}
+
+    bool AreThese() const {
+        return lines_ <= kMostBoxLines && ScaledMeansPlan::Fits(frame_.columns.written, FirstOf());
+    }
+
+    /// @param covered columns that any box has a part of, `read` of them in the region
+    bool Allocate(int64 covered, int64 read) {
+        // More than half of 2 r + 2 c + 2, see the kernel.
+        plan_.SetDoubt(IsExact() ? 0 : lines_ + 2);
+        return plan_.Fill(frame_.columns.written, Channels, taps_, read, covered - read, FirstOf(),
+                          [this](int32 j, int32 k) { return WeightOf(columns_[j], k); });
+    }
+
+    template <typename RowAtY>
+    void Write(const RowKernels& kernels, const BoxSpan& span, RowAtY row, uint8* to) {
+        const double scale = frame_.columns.factor * frame_.rows.factor;
+        WeightedRow rows[kMostBoxLines];
+        float weights[kMostBoxLines];
+        ScaledMeans& means = plan_.means;
+        means.rows = rows;
+        means.rowWeights = weights;
+        means.rowCount = 0;
+        const auto add = [&](int64 y, double weight) {
+            weights[means.rowCount] = static_cast<float>(weight * scale);
+            rows[means.rowCount++] = {row(y), weight};
+        };
+        if (span.head > 0.0) add(span.first, span.head);
+        for (int64 y = span.FirstWhole(); y < span.Tail(); ++y) add(y, 1.0);
+        if (span.tail > 0.0) add(span.Tail(), span.tail);
+        (Channels == 3 ? kernels.nearBoxMeans3 : kernels.nearBoxMeans1)(means, columns_, scale, to);
+    }
+
+private:
+    /// Whole pixels, of which floats hold all sums.
+    bool IsExact() const {
+        const auto areWhole = [](const BoxSpan* spans, int32 count) {
+            return std::all_of(spans, spans + count,
+                               [](const BoxSpan& s) { return (s.head == 0.0 || s.head == 1.0) && s.tail == 0.0; });
+        };
+        int exponent;
+        return std::frexp(frame_.columns.factor * frame_.rows.factor, &exponent) == 0.5 &&
+               areWhole(columns_, frame_.columns.written) && areWhole(rows_, frame_.rows.written);
+    }
+
+    auto FirstOf() const {
+        return [columns = columns_](int32 j) { return static_cast<int32>(columns[j].first); };
+    }
+
+    const BoxSpan* columns_;
+    const BoxSpan* rows_;
+    const ResizeFrame& frame_;
+    int32 taps_;
+    int32 lines_; // columns and rows of a box
+    ScaledMeansPlan plan_;
+};
+
 } // namespace
 
 /// Of columns that no result pixel covers nothing is summed: the region begins where the first box does.
@@ -145,6 +218,14 @@ int32 ResizeBoxAverage(const ResizeFrame& whole) {
     const auto row = [&](int64 y) {
         return RegionRow(frame, Channels, static_cast<int32>(std::min<int64>(y, frame.rows.length - 1)));
     };
+    NearBoxes<Channels> near(columns.data(), rows.data(), frame);
+    if (kernels.nearBoxMeans3 != nullptr && near.AreThese()) {
+        if (!near.Allocate(covered, read / Channels)) return kNoMemory;
+        for (int32 i = 0; i < frame.rows.written; ++i) {
+            near.Write(kernels, rows[i], row, RowAt(frame.dst, frame.dstStep, i));
+        }
+        return kOk;
+    }
     SmallBoxes boxes(columns.data(), rows.data(), frame);
     if (Channels == 3 && kernels.boxMeans3 != nullptr && boxes.AreThese()) {
         if (!boxes.Allocate(covered, read / Channels)) return kNoMemory;

@@ -1,21 +1,15 @@
-// Cubic interpolation: the polynomial through four neighbours. A source row is interpolated once,
-// into the slot of a ring of four that its number modulo four names.
+// Cubic interpolation: the polynomial through four neighbours.
 #include "primitives/column_table.h"
 #include "primitives/heap_array.h"
 #include "primitives/resize_frame.h"
+#include "primitives/scaled_means_plan.h"
 
 namespace orvane {
 namespace {
 
-/// The four points from region pixel `first` on, and the weights of their differences.
-struct CubicSample {
-    int32 first;
-    double a;
-    double b;
-    double c;
-};
+constexpr int32 kPoints = 4;
 
-CubicSample SampleAt(double position, const ResizeAxis& axis) {
+CubicPoint PointAt(double position, const ResizeAxis& axis) {
     int32 whole = WholePosition(position, axis.length);
     const int32 absolute = axis.origin + whole;
     double t = 2.0;
@@ -34,93 +28,129 @@ CubicSample SampleAt(double position, const ResizeAxis& axis) {
     return {whole - 1, a, b, (t - 1.0) * b / 3.0};
 }
 
-bool FillTable(const ResizeAxis& axis, HeapArray<CubicSample>& table) {
+bool FillTable(const ResizeAxis& axis, HeapArray<CubicPoint>& table) {
     if (!table.Allocate(axis.written)) return false;
     const double step = GridStep(axis);
     double position = FirstOfSums(0.0, step, axis.skipped);
-    for (int32 i = 0; i < axis.written; ++i, position += step) table[i] = SampleAt(GridPosition(position, axis), axis);
+    for (int32 i = 0; i < axis.written; ++i, position += step) table[i] = PointAt(GridPosition(position, axis), axis);
     return true;
 }
 
-/// The same polynomial as weights of its points.
-struct PointWeights {
-    float points[4];
+/// The same polynomial as weights of its pixels.
+struct PixelWeights {
+    float ofPixels[kPoints];
 };
 
-PointWeights WeightsOfPoints(double a, double b, double c) {
+PixelWeights WeightsOf(const CubicPoint& p) {
     const auto narrow = [](double weight) { return static_cast<float>(weight); };
-    return {{narrow(1.0 - a + b - c), narrow(a - 2.0 * b + 3.0 * c), narrow(b - 3.0 * c), narrow(c)}};
+    return {{narrow(1.0 - p.a + p.b - p.c), narrow(p.a - 2.0 * p.b + 3.0 * p.c), narrow(p.b - 3.0 * p.c), narrow(p.c)}};
+}
+
+/// The point of a row, whose last weight is a float.
+CubicPoint DownAt(const CubicPoint& row) { return {row.first, row.a, row.b, static_cast<float>(row.c)}; }
+
+/// The way of vectors, which take rows before columns.
+template <int32 Channels>
+int32 ResizeInMeans(const ResizeFrame& frame, const CubicPoint* columns, const CubicPoint* rows) {
+    constexpr int32 kDoubt = 12; // more than 2^-11.5
+    const int32 count = frame.columns.written;
+    const auto isBefore = [](const CubicPoint& a, const CubicPoint& b) { return a.first < b.first; };
+    const auto [lowest, highest] = std::minmax_element(columns, columns + count, isBefore);
+    const int32 first = lowest->first;
+    ScaledMeansPlan plan;
+    if (!plan.Fill(
+            count, Channels, kPoints, int64{highest->first} - first + kPoints, 0,
+            [&](int32 j) { return columns[j].first - first; },
+            [&](int32 j, int32 k) { return WeightsOf(columns[j]).ofPixels[k]; })) {
+        return kNoMemory;
+    }
+    plan.SetDoubt(kDoubt);
+    plan.means.firstColumn = first;
+    const RowKernels& kernels = CurrentRowKernels();
+    const auto means = Channels == 3 ? kernels.cubicMeans3 : kernels.cubicMeans1;
+    for (int32 i = 0; i < frame.rows.written; ++i) {
+        const CubicPoint down = DownAt(rows[i]);
+        const PixelWeights weights = WeightsOf(down);
+        WeightedRow sources[kPoints] = {};
+        for (int32 k = 0; k < kPoints; ++k) {
+            sources[k].row = RegionRow(frame, Channels, down.first + k) + std::ptrdiff_t{Channels} * first;
+        }
+        plan.means.rows = sources;
+        plan.means.rowWeights = weights.ofPixels;
+        plan.means.rowCount = kPoints;
+        means(plan.means, columns, down, RowAt(frame.dst, frame.dstStep, i));
+    }
+    return kOk;
 }
 
 /// The weights of each element, channel by channel.
 class WeightTable {
 public:
-    bool Fill(const CubicSample* samples, int32 count, int32 channels) {
+    bool Fill(const CubicPoint* points, int32 count, int32 channels) {
         const int64 elements = int64{count} * channels;
-        constexpr int64 kBlock = kColumnBlock;
-        const int64 places = (elements + kBlock - 1) / kBlock * kBlock;
         if (!a_.Allocate(elements) || !b_.Allocate(elements) || !c_.Allocate(elements)) return false;
-        if (!ofPixels_.Allocate(4 * places)) return false;
         for (int64 i = 0; i < elements; ++i) {
-            const CubicSample& sample = samples[i / channels];
-            a_[i] = sample.a;
-            b_[i] = sample.b;
-            c_[i] = sample.c;
-            const PointWeights weights = WeightsOfPoints(sample.a, sample.b, sample.c);
-            for (int64 k = 0; k < 4; ++k) ofPixels_[(i / kBlock * 4 + k) * kBlock + i % kBlock] = weights.points[k];
+            const CubicPoint& point = points[i / channels];
+            a_[i] = point.a;
+            b_[i] = point.b;
+            c_[i] = point.c;
         }
         return true;
     }
 
-    CubicWeights Weights() const { return {a_.data(), b_.data(), c_.data(), ofPixels_.data()}; }
+    CubicWeights Weights() const { return {a_.data(), b_.data(), c_.data()}; }
 
 private:
     HeapArray<double> a_, b_, c_;
-    HeapArray<float> ofPixels_;
 };
 
-} // namespace
-
+/// The plain way. A source row is interpolated once, into the slot of a ring of four that its number modulo four names.
 template <int32 Channels>
-int32 ResizeCubic(const ResizeFrame& frame) {
-    constexpr int32 kRing = 4;
+int32 ResizeInLines(const ResizeFrame& frame, const CubicPoint* columns, const CubicPoint* rows) {
+    constexpr int32 kRing = kPoints;
     constexpr int32 kNone = -1;
-    HeapArray<CubicSample> columns;
-    HeapArray<CubicSample> rows;
-    HeapArray<float> ring[kRing];
     const int64 elements = int64{frame.columns.written} * Channels;
-    if (!FillTable(frame.columns, columns) || !FillTable(frame.rows, rows)) return kNoMemory;
+    HeapArray<float> ring[kRing];
     for (HeapArray<float>& line : ring) {
-        if (!line.Allocate(elements + kColumnBlock)) return kNoMemory;
+        if (!line.Allocate(elements)) return kNoMemory;
     }
     WeightTable weights;
     ColumnTable table;
     const auto firstOf = [&columns](int32 j) { return columns[j].first; };
-    if (!weights.Fill(columns.data(), frame.columns.written, Channels) ||
-        !table.Fill(frame.columns, Channels, kRing, firstOf)) {
+    if (!weights.Fill(columns, frame.columns.written, Channels) ||
+        !table.Fill(frame.columns, Channels, kPoints, firstOf)) {
         return kNoMemory;
     }
     const RowKernels& kernels = CurrentRowKernels();
     int32 held[kRing] = {kNone, kNone, kNone, kNone}; // source rows, counted from the source's first
     for (int32 i = 0; i < frame.rows.written; ++i) {
-        const double c = static_cast<float>(rows[i].c);
-        CubicRows between{{}, {}, rows[i].a, rows[i].b, c, {}};
-        const PointWeights ofLines = WeightsOfPoints(between.a, between.b, between.c);
+        CubicRows between{{}, DownAt(rows[i])};
         for (int32 k = 0; k < kRing; ++k) {
             const int32 y = frame.rows.origin + rows[i].first + k;
             const int32 slot = y % kRing;
             between.lines[k] = ring[slot].data();
-            between.sources[k] = RegionRow(frame, Channels, rows[i].first + k);
-            between.ofLines[k] = ofLines.points[k];
             if (held[slot] == y) continue;
             held[slot] = y;
-            kernels.cubicColumns(between.sources[k], table.Plan(), Channels, weights.Weights(), elements,
-                                 ring[slot].data());
+            kernels.cubicColumns(RegionRow(frame, Channels, rows[i].first + k), table.Plan(), Channels,
+                                 weights.Weights(), elements, ring[slot].data());
         }
-        kernels.cubicRows(between, table.Plan(), Channels, weights.Weights(), elements,
-                          RowAt(frame.dst, frame.dstStep, i));
+        kernels.cubicRows(between, elements, RowAt(frame.dst, frame.dstStep, i));
     }
     return kOk;
+}
+
+} // namespace
+
+template <int32 Channels>
+int32 ResizeCubic(const ResizeFrame& frame) {
+    HeapArray<CubicPoint> columns;
+    HeapArray<CubicPoint> rows;
+    if (!FillTable(frame.columns, columns) || !FillTable(frame.rows, rows)) return kNoMemory;
+    const auto firstOf = [&columns](int32 j) { return columns[j].first; };
+    const bool inMeans =
+        CurrentRowKernels().cubicMeans3 != nullptr && ScaledMeansPlan::Fits(frame.columns.written, firstOf);
+    return inMeans ? ResizeInMeans<Channels>(frame, columns.data(), rows.data())
+                   : ResizeInLines<Channels>(frame, columns.data(), rows.data());
 }
 
 template int32 ResizeCubic<1>(const ResizeFrame& frame);

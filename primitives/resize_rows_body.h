@@ -22,12 +22,26 @@ inline __m128i Fetch(const uint8* row, const ColumnBlock& block) {
     return _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(row + block.base)), places);
 }
 
-inline void LinearBlock(const uint8* row, const ColumnBlock& block, int32 channels, const int16* weights, int16* to) {
-    const __m128i pairs = _mm_unpacklo_epi8(Fetch(row, block), Fetch(row + channels, block));
+/// Sums of pairs of bytes, weighted.
+inline __m256i LinearSums(__m128i pairs, const int16* weights) {
     const __m256i sums = _mm256_madd_epi16(_mm256_cvtepu8_epi16(pairs), LoadBytes(weights));
-    const __m256i shifted = _mm256_srai_epi32(_mm256_add_epi32(sums, _mm256_set1_epi32(128)), 8);
-    const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(shifted), _mm256_extracti128_si256(shifted, 1));
+    return _mm256_srai_epi32(_mm256_add_epi32(sums, _mm256_set1_epi32(128)), 8);
+}
+
+inline void LinearBlock(const uint8* row, const ColumnBlock& block, int32 channels, const int16* weights, int16* to) {
+    const __m256i sums = LinearSums(_mm_unpacklo_epi8(Fetch(row, block), Fetch(row + channels, block)), weights);
+    const __m128i words = _mm_packs_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), words);
+}
+
+/// Two blocks of pairs.
+inline void LinearBlocks(const uint8* row, const ColumnPairs* blocks, const int16* weights, int16* to) {
+    const auto pairs = [row](const ColumnPairs& block) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(row + block.base));
+        return _mm_shuffle_epi8(bytes, _mm_loadu_si128(reinterpret_cast<const __m128i*>(block.places)));
+    };
+    const __m256i a = LinearSums(pairs(blocks[0]), weights), b = LinearSums(pairs(blocks[1]), weights + kBytes / 2);
+    StoreBytes(to, _mm256_permute4x64_epi64(PackNumbers(a, b), 0xD8));
 }
 
 #endif
@@ -40,7 +54,11 @@ void RunLinearColumns(const uint8* row, const ColumnPlan& plan, int32 channels, 
                       int16* to) {
     int64 x = 0;
 #if ORVANE_WIDE
-    for (const ColumnBlock* block = plan.blocks; count - x >= kColumnBlock; x += kColumnBlock, ++block) {
+    for (; x < plan.pairElements; x += int64{2} * kColumnBlock) {
+        LinearBlocks(row, plan.pairs + x / kColumnBlock, weights + 2 * x, to + x);
+    }
+    const ColumnBlock* block = plan.blocks + x / kColumnBlock;
+    for (; count - x >= kColumnBlock; x += kColumnBlock, ++block) {
         if (block->base != kNoColumnBlock) {
             LinearBlock(row, *block, channels, weights + 2 * x, to + x);
             continue;
@@ -93,115 +111,35 @@ void RunLinearRows(const int16* row0, const int16* row1, int32 weight, int64 cou
 }
 
 // --- cubic: the polynomial through four neighbours, in doubles, whose sums along a row are rounded to floats ---
-//
-// Vectors take it in floats, as a sum of four weighted neighbours, and leave to the doubles what that leaves in doubt.
-// The weights' absolute values add up to 1.64 at most, for positions between the outermost of the four. Along a row of
-// bytes all sums stay below 512, where four products and sums are rounded by 2^-16 each; the weights' own rounding is
-// 1.64 * 255 * 2^-24, that of the doubles' line 2^-16: in all 2^-13.2. Between lines below 420 that counts 1.64 times;
-// the weights' rounding is 1.64 * 420 * 2^-24; the sums, raised by 256, stay below 1024, where each of four is rounded
-// by 2^-15. In all less than 2^-11.5.
 
-inline double Polynomial(double s0, double s1, double s2, double s3, double a, double b, double c) {
+inline double Polynomial(double s0, double s1, double s2, double s3, const CubicPoint& p) {
     const double d1 = s1 - s0;
     const double d2 = (s2 - s1) - d1;
     const double d3 = (s1 - 2.0 * s2 + s3) - d2;
-    return s0 + a * d1 + b * d2 + c * d3;
+    return s0 + p.a * d1 + p.b * d2 + p.c * d3;
 }
 
-inline float CubicElement(const uint8* p, std::ptrdiff_t channels, const CubicWeights& w, int64 x) {
-    return static_cast<float>(Polynomial(p[0], p[channels], p[2 * channels], p[3 * channels], w.a[x], w.b[x], w.c[x]));
-}
-
-inline uint8 CubicByte(const CubicRows& rows, float s0, float s1, float s2, float s3) {
-    const auto whole = static_cast<int32>(Polynomial(s0, s1, s2, s3, rows.a, rows.b, rows.c) + 0.5000001);
+inline uint8 CubicByte(double value) {
+    const auto whole = static_cast<int32>(value + 0.5000001);
     return static_cast<uint8>(whole < 0 ? 0 : whole > 255 ? 255 : whole);
 }
 
-#if ORVANE_WIDE
-
-constexpr int32 kCubicDoubt = 16; // of 2^-15
-
-inline void CubicBlock(const uint8* row, const ColumnBlock& block, int32 channels, const float* weights, float* to) {
-    // A byte to each number, and zeros.
-    const __m128i packed = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(block.places));
-    const __m256i places = _mm256_or_si256(_mm256_cvtepu8_epi32(packed), _mm256_set1_epi32(-256));
-    const auto pixels = [&](int32 k) {
-        const auto* from = reinterpret_cast<const __m128i*>(row + block.base + std::ptrdiff_t{k} * channels);
-        return _mm256_cvtepi32_ps(_mm256_shuffle_epi8(TwiceTheSame(_mm_loadu_si128(from)), places));
-    };
-    const auto weight = [&](int32 k) { return _mm256_loadu_ps(weights + std::ptrdiff_t{k} * kColumnBlock); };
-    const __m256 two = _mm256_fmadd_ps(pixels(1), weight(1), _mm256_mul_ps(pixels(0), weight(0)));
-    const __m256 three = _mm256_fmadd_ps(pixels(2), weight(2), two);
-    _mm256_storeu_ps(to, _mm256_fmadd_ps(pixels(3), weight(3), three));
-}
-
 void RunCubicColumns(const uint8* row, const ColumnPlan& plan, int32 channels, const CubicWeights& weights, int64 count,
                      float* to) {
     const CubicWeights w = weights;
-    int64 x = 0;
-    for (const ColumnBlock* block = plan.blocks; count - x >= kColumnBlock; x += kColumnBlock, ++block) {
-        if (block->base != kNoColumnBlock) {
-            CubicBlock(row, *block, channels, w.ofPixels + 4 * x, to + x);
-            continue;
-        }
-        for (int64 i = x; i < x + kColumnBlock; ++i) to[i] = CubicElement(row + plan.offsets[i], channels, w, i);
-    }
-    for (; x < count; ++x) to[x] = CubicElement(row + plan.offsets[x], channels, w, x);
-}
-
-inline __m256i CubicEight(const CubicRows& rows, int64 x) {
-    __m256 sum = _mm256_set1_ps(kRaiseBy<kCubicDoubt>);
-    for (int32 k = 0; k < 4; ++k) {
-        sum = _mm256_fmadd_ps(_mm256_loadu_ps(rows.lines[k] + x), _mm256_set1_ps(rows.ofLines[k]), sum);
-    }
-    // What lies beyond a byte comes to its ends, far from any doubt.
-    return DoubledNumbers(_mm256_min_ps(_mm256_max_ps(sum, _mm256_set1_ps(256.25F)), _mm256_set1_ps(511.75F)));
-}
-
-/// The elements of `doubts`, a bit each, from element `x` on.
-[[gnu::noinline]] void DecideCubic(const CubicRows& rows, const ColumnPlan& plan, int32 channels, const CubicWeights& w,
-                                   int64 x, uint32 doubts, uint8* to) {
-    for (; doubts != 0; doubts &= doubts - 1) {
-        const int64 at = x + __builtin_ctz(doubts);
-        const auto line = [&](int32 k) { return CubicElement(rows.sources[k] + plan.offsets[at], channels, w, at); };
-        to[at] = CubicByte(rows, line(0), line(1), line(2), line(3));
+    const std::ptrdiff_t next = channels;
+    for (int64 x = 0; x < count; ++x) {
+        const uint8* p = row + plan.offsets[x];
+        to[x] = static_cast<float>(Polynomial(p[0], p[next], p[2 * next], p[3 * next], {0, w.a[x], w.b[x], w.c[x]}));
     }
 }
 
-void RunCubicRows(const CubicRows& rows, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
-                  int64 count, uint8* to) {
-    const CubicRows r = rows;
-    for (int64 x = 0; x < count; x += 8) {
-        const __m256i samples = CubicEight(r, x);
-        uint32 doubts = DoubtsOf<kCubicDoubt>(samples);
-        if (count - x >= 8) {
-            StoreEight(samples, to + x);
-        } else {
-            uint8 apart[8];
-            StoreEight(samples, apart);
-            for (int64 i = x; i < count; ++i) to[i] = apart[i - x];
-            doubts &= (1U << (count - x)) - 1; // of what lies beyond nothing is decided
-        }
-        if (doubts != 0) DecideCubic(r, plan, channels, weights, x, doubts, to);
-    }
-}
-
-#else
-
-void RunCubicColumns(const uint8* row, const ColumnPlan& plan, int32 channels, const CubicWeights& weights, int64 count,
-                     float* to) {
-    const CubicWeights w = weights;
-    for (int64 x = 0; x < count; ++x) to[x] = CubicElement(row + plan.offsets[x], channels, w, x);
-}
-
-void RunCubicRows(const CubicRows& rows, const ColumnPlan&, int32, const CubicWeights&, int64 count, uint8* to) {
+void RunCubicRows(const CubicRows& rows, int64 count, uint8* to) {
     const CubicRows r = rows;
     for (int64 x = 0; x < count; ++x) {
-        to[x] = CubicByte(r, r.lines[0][x], r.lines[1][x], r.lines[2][x], r.lines[3][x]);
+        to[x] = CubicByte(Polynomial(r.lines[0][x], r.lines[1][x], r.lines[2][x], r.lines[3][x], r.down));
     }
 }
-
-#endif
 
 // --- box average: doubles whose sums are rounded to floats ---
 

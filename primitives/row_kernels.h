@@ -68,27 +68,39 @@ struct ColumnBlock {
     uint8 places[kColumnBlock]; // from the base
 };
 
-/// Where each element of a scaled row comes from, alone and in blocks.
+/// Such elements whose second pixels lie within that reach as well: the places of the first and the second of each.
+struct ColumnPairs {
+    std::ptrdiff_t base;
+    uint8 places[2 * kColumnBlock];
+};
+
+/// Where each element of a scaled row comes from, alone and in blocks; of the first ones in pairs too.
 struct ColumnPlan {
     const std::ptrdiff_t* offsets;
     const ColumnBlock* blocks;
+    const ColumnPairs* pairs;
+    int64 pairElements; // a multiple of two blocks
 };
 
-/// Of each element of a row: of the differences; and of the four pixels, as floats, for each block of kColumnBlock
-/// elements those of the first pixels, of the second ones and so on.
+/// Of each element of a row: of the differences.
 struct CubicWeights {
     const double* a;
     const double* b;
     const double* c;
-    const float* ofPixels;
 };
 
-/// Four rows of the source, interpolated along themselves, and the weights of the row between them.
+/// The four pixels from `first` on, and the weights of their differences.
+struct CubicPoint {
+    int32 first;
+    double a;
+    double b;
+    double c;
+};
+
+/// Four rows of the source, interpolated along themselves, and the place of the row between them.
 struct CubicRows {
-    const float* lines[4]; // behind which kColumnBlock zeros stand
-    const uint8* sources[4];
-    double a, b, c;
-    float ofLines[4];
+    const float* lines[4];
+    CubicPoint down;
 };
 
 struct WeightedRow {
@@ -124,6 +136,35 @@ struct BoxMeans {
     int32 taps;
     int32 count;
     double scale;
+};
+
+/// Result pixels of which a kernel of scaled means knows where they begin; and that it makes at once.
+inline constexpr int32 kMeanBlock = 8;
+inline constexpr int32 kMeanPixels = 32;
+
+/// First columns of a block's pixels lie less than this apart: in one of two vectors.
+inline constexpr int32 kMeanReach = 16;
+inline constexpr int32 kFurtherMean = INT32_MIN; // in a place: in the second one
+
+/// One row of weighted means of some rows' columns. A channel's sums down the rows stand in a plane, behind which a
+/// block's reach and `taps` more can be read.
+struct ScaledMeans {
+    const WeightedRow* rows; // from the first column on
+    const float* rowWeights;
+    int32 rowCount;
+    int32 firstColumn; // of the region
+    int32 columns;     // of the rows
+    int32 beyond;      // columns that means reach past them, where the last one goes on
+    float* planes;
+    std::ptrdiff_t planeStep;
+    const int32* bases;   // of each block its first column
+    const int32* places;  // of each pixel, from the base
+    const float* weights; // of each block, `taps` times one of each pixel
+    int32 taps;
+    bool isFar; // whether any place lies further than the first vector
+    int32 count;
+    int32 doubt; // by how much a byte may be off, in 2^-15
+    float raise; // what all means are raised by
 };
 
 /// The way through a picture from one sample of a turned row to the next; offsets in the picture fit 32 bits.
@@ -253,11 +294,14 @@ struct RowKernels {
                           int16* to);
     void (*linearRows)(const int16* row0, const int16* row1, int32 weight, int64 count, uint8* to);
 
-    /// Cubic interpolation likewise; the lines that the first makes are for the second of the same form alone.
+    /// Cubic interpolation likewise.
     void (*cubicColumns)(const uint8* row, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
                          int64 count, float* to);
-    void (*cubicRows)(const CubicRows& rows, const ColumnPlan& plan, int32 channels, const CubicWeights& weights,
-                      int64 count, uint8* to);
+    void (*cubicRows)(const CubicRows& rows, int64 count, uint8* to);
+
+    /// The same at once. Null where the plain form is as fast.
+    void (*cubicMeans1)(const ScaledMeans& means, const CubicPoint* along, const CubicPoint& down, uint8* to);
+    void (*cubicMeans3)(const ScaledMeans& means, const CubicPoint* along, const CubicPoint& down, uint8* to);
 
     /// Weighted sums of rows, rounded to float after each row; when `goesOn`, added to the sums that are there.
     void (*boxRows)(const WeightedRow* rows, int32 rowCount, bool goesOn, float* sums, int64 count);
@@ -268,6 +312,8 @@ struct RowKernels {
 
     /// The same means at once, where there are few rows and columns in a box. Null where the plain form is as fast.
     void (*boxMeans3)(const BoxMeans& means, uint8* out);
+    void (*nearBoxMeans1)(const ScaledMeans& means, const BoxSpan* spans, double scale, uint8* to);
+    void (*nearBoxMeans3)(const ScaledMeans& means, const BoxSpan* spans, double scale, uint8* to);
 
     /// Samples most of a piece that lies so far inside that eight bytes from each pixel on can be read; how many are
     /// left, the first of them at `u`, `v`. Null where the plain form is as fast.

@@ -7,6 +7,7 @@
 #include "primitives/pixel_rows_body.h"
 #include "primitives/resize_rows_body.h"
 #include "primitives/rotate_rows_body.h"
+#include "primitives/scaled_means_body.h"
 #include "primitives/transpose_body.h"
 #include "primitives/window_rows_body.h"
 
@@ -52,10 +53,14 @@ const RowKernels kRowKernels256 = {
     RunLinearRows,
     RunCubicColumns,
     RunCubicRows,
+    RunCubicMeans<1>,
+    RunCubicMeans<3>,
     RunBoxRows,
     RunBoxColumns<1>,
     RunBoxColumns<3>,
     RunBoxMeans3,
+    RunNearBoxMeans<1>,
+    RunNearBoxMeans<3>,
     RunTurnedRow<1>,
     RunTurnedRow<3>,
     RunTurnedRows,

@@ -68,8 +68,8 @@ int32 COrvQuickViewDlg::DetectAndPlaceFace(bool forceDetection) {
 }
 
 int32 COrvQuickViewDlg::PlaceByMarks() {
-    const double f = Fit(m_resultBitmap.Size(), {m_previewWidth, m_previewHeight});
-    if (!LoadBitmapIntoSource(m_resultBitmap)) return kOutOfMemory;
+    const double f = Fit(WorkSize(), {m_previewWidth, m_previewHeight});
+    if (!PresentWorkPicture()) return kOutOfMemory;
     const int32 left = Converted(m_markLeft, f);
     const int32 top = Converted(m_markTop, f);
     const int32 right = Converted(m_markRight, f);

@@ -248,6 +248,9 @@ private:
     void KeepOriginalSize();
     /// The rest of BeginSession without a window.
     int32 BeginUnseen();
+    /// What to answer when the photograph gave no work picture: of one that is too thin the detector's answer, else
+    /// -50.
+    int32 WhyNoWorkPicture();
     /// Of the work picture, made or promised.
     ImageSize WorkSize() const;
     /// The work picture, made or promised, becomes g_sourceImage. False without storage.

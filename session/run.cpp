@@ -125,7 +125,7 @@ int32 COrvQuickViewDlg::BeginSession() {
         const StageClock clock(g_stageTimes.scale);
         MakeWorkingPicture();
     }
-    if (m_resultBitmap.IsEmpty()) return kOutOfMemory;
+    if (m_resultBitmap.IsEmpty()) return WhyNoWorkPicture();
     ReadBitmapHeader(m_resultBitmap);
     const StageClock clock(g_stageTimes.detect);
     return DetectAndPlaceFace(!HasWindow());
@@ -141,7 +141,14 @@ int32 COrvQuickViewDlg::BeginUnseen() {
     if (status == kSuccess) return status;
     // Then the work picture is the output.
     const StageClock clock(g_stageTimes.scale);
-    return g_deferredPicture.MakeBitmap(m_resultBitmap) == kSuccess ? status : kOutOfMemory;
+    return g_deferredPicture.MakeBitmap(m_resultBitmap) == kSuccess || status < 0 ? status : kOutOfMemory;
+}
+
+int32 COrvQuickViewDlg::WhyNoWorkPicture() {
+    if (m_sourceBitmap.IsEmpty()) return kOutOfMemory;
+    int32 corners[4];
+    const int32 status = DetectInSource(corners);
+    return status < 0 ? status : kOutOfMemory;
 }
 
 void COrvQuickViewDlg::KeepOriginalSize() {

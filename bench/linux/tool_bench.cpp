@@ -26,7 +26,7 @@
 namespace orvane::bench {
 namespace {
 
-constexpr ImageSize kPortrait{480, 860}; // the tool's own when nothing is asked
+constexpr ImageSize kPortrait{480, 860};
 
 /// The least of what it is told.
 class Least {
@@ -99,7 +99,8 @@ void RunTool(benchmark::State& state, const char* extension) {
     const std::string again = folder.Path() / (std::string("again") + extension);
     const std::vector<std::string> plainProgram{ORVANE_BENCH_PLAIN, photo, output, std::to_string(kPortrait.width),
                                                 std::to_string(kPortrait.height)};
-    const std::vector<std::string> toolProgram{ORVANE_TOOL, "portrait", photo, "-o", output, "--force"};
+    const std::vector<std::string> toolProgram{ORVANE_TOOL, "portrait", photo,     "-o",
+                                               output,      "--size",   "480x860", "--force"};
     Least plainDecode, plainScale, plainEncode, portraitEncode, decode, session, encode, plainWhole, toolWhole, start,
         opened;
     tools::Host host;

@@ -88,8 +88,8 @@ bool RunTool(const std::string& folder, int jobs, Run* run) {
     const double processor = bench::ChildrenSeconds();
     tools::ChildProcess tool;
     std::string error;
-    if (!tool.Start({ORVANE_TOOL, "portrait", folder + "/in", "-o", out, "--jobs", std::to_string(jobs), "--report",
-                     report, "--force", "--quiet"},
+    if (!tool.Start({ORVANE_TOOL, "portrait", folder + "/in", "-o", out, "--size", "480x860", "--jobs",
+                     std::to_string(jobs), "--report", report, "--force", "--quiet"},
                     &error)) {
         return false;
     }

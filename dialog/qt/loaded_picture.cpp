@@ -48,7 +48,7 @@ bool CLoadedPicture::Load(const char* path) {
     if (opened == nullptr || !file.open(opened.get(), QIODevice::ReadOnly) || file.isSequential() ||
         file.size() > kLargestFile)
         return false;
-    const QByteArray bytes = file.read(kLargestFile);
+    const QByteArray bytes = file.read(file.size()); // the buffer is as long as what is asked for
     if (bytes.isEmpty() || !LoadFromMemory(bytes)) return false;
     m_fileSize = bytes.size();
     return true;

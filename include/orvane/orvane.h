@@ -118,7 +118,7 @@ ORV_API int32_t orv_SetSizeOutputImage(int32_t width, int32_t height);
 
 /* Crop ratio, 0.75 by default: the crop is three times ratio face heights high. 1.0 leaves room above the
  * hair, which the background's removal needs: it learns the background's colours from the upper edges. 0;
- * -10 when the ratio is not above zero (it is remembered all the same). Works without a session. */
+ * -10 when the ratio is not above zero, or no number (it is remembered all the same). Works without a session. */
 ORV_API int32_t orv_SetFaceCropRatio(float ratio);
 
 /* Switches one action slot (0 to 5), or all six with -1. 0; -10 for a slot of 6 or more. Works without

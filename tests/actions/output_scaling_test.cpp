@@ -6,6 +6,7 @@
 #include "tests/reference/actions.h"
 #include "tests/support/heap_limit.h"
 #include "tests/support/pictures.h"
+#include "tests/support/printed.h"
 #include "tests/support/settings_guard.h"
 
 #include <gtest/gtest.h>
@@ -171,8 +172,19 @@ TEST_F(OutputScaling, OfTheThinnestPicturesIsRefused) {
     }
 }
 
-TEST_F(OutputScaling, OfAPictureOfNoSizeIsRefused) {
+TEST_F(OutputScaling, OfAPictureOfNoSizeIsABlankSheet) {
+    source.Create(0, 7, 3, kDepth8u, 0);
+    EXPECT_EQ(test::Printed([&] { EXPECT_EQ(ActionOutputScaling(source, destination), kStepFailed); }),
+              "Assertion Failed -6 \n");
+    ASSERT_EQ(destination.width, 240);
+    ASSERT_EQ(destination.height, 430);
+    EXPECT_EQ(destination.data[0], g_fillLevel);
+    EXPECT_EQ(destination.data[3 * 240 * 430 - 1], g_fillLevel);
+}
+
+TEST_F(OutputScaling, OfNoPictureIsRefused) {
     EXPECT_EQ(ActionOutputScaling(source, destination), kOutOfMemory);
+    EXPECT_EQ(destination.width, 0) << "no sheet is promised";
     EXPECT_EQ(g_outputWidth, 240);
     EXPECT_EQ(g_outputHeight, 430);
 }

@@ -83,6 +83,23 @@ TEST_F(ScanEquality, HoldsForRandomPicturesAndARoughCascade) {
     EXPECT_GT(survivors_, 1000u) << "the pictures say nothing";
 }
 
+TEST_F(ScanEquality, HoldsForRectanglesBeyondTheWindow) {
+    CascadeFile file = RoughCascade();
+    file.featureRect[0].x = 15; // ten wide
+    file.featureRect[1].y -= 3;
+    ASSERT_EQ(0, files_.Load(file));
+    ASSERT_EQ(25, g_classifier.maxFeatureWidth) << "the window has 20";
+    ASSERT_EQ(29, g_classifier.maxFeatureHeight) << "and 26";
+    Random random(3);
+    for (int run = 0; run < 4; ++run) {
+        Scene scene = BlankScene(random.Int(60, 130), random.Int(60, 100));
+        DrawFace(scene, 10, 5, random.Int(30, 60));
+        AddTexture(scene, 40, random);
+        Judge(scene, file, 1.1F, run % 2 == 0 ? 0 : 4, "run " + std::to_string(run));
+    }
+    EXPECT_GT(survivors_, 100u) << "the pictures say nothing";
+}
+
 TEST_F(ScanEquality, HoldsWhereAScaledSizeRoundsUpToAWholeNumber) {
     // The resize leaves the last column or row of such a plane unwritten.
     const CascadeFile file = FaceCascade();

@@ -186,6 +186,16 @@ TEST_F(ClassifierFile, ReachesAsFarAsTheFarthestRectangleOfAnyStage) {
     EXPECT_EQ(23, g_classifier.maxFeatureHeight);
 }
 
+TEST_F(ClassifierFile, MayReachBeyondTheWindowsRightAndItsTop) {
+    const WeakClassifier right{{{{20, 20, 9, 4}, 1.0F}}, 0.0F};
+    const WeakClassifier above{{{{2, -3, 3, 22}, 1.0F}}, 0.0F}; // after the turn rows 5 to 26
+    ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, {{{right}}, {{above}}})));
+    EXPECT_EQ(29, g_classifier.maxFeatureWidth);
+    EXPECT_EQ(27, g_classifier.maxFeatureHeight);
+    EXPECT_EQ(5, g_classifier.featureRect[1].y);
+    EXPECT_FALSE(g_classifier.plan.usable) << "its bounds are those of sums over the window";
+}
+
 TEST_F(ClassifierFile, WithoutStagesLoads) {
     ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, {})));
     EXPECT_EQ(24, g_classifier.windowWidth);
@@ -315,13 +325,14 @@ TEST_F(ClassifierFile, WithLyingNumbersIsUnusable) {
         {"rectangles of two classifiers that wrap",
          [](CascadeFile& f) { f.classifierFeatureCount[0] = f.classifierFeatureCount[1] = kMax32; }},
         {"x negative", [](CascadeFile& f) { f.featureRect[1].x = -1; }},
-        {"y negative", [](CascadeFile& f) { f.featureRect[1].y = -1; }},
+        {"y so negative that it reaches beyond all windows", [](CascadeFile& f) { f.featureRect[1].y = -4073; }},
+        {"y least", [](CascadeFile& f) { f.featureRect[1].y = kMin32; }},
         {"width 0", [](CascadeFile& f) { f.featureRect[1].width = 0; }},
         {"height 0", [](CascadeFile& f) { f.featureRect[1].height = 0; }},
         {"width negative", [](CascadeFile& f) { f.featureRect[1].width = -3; }},
-        {"right of the window", [](CascadeFile& f) { f.featureRect[1].x = 24; }},
-        {"one column out", [](CascadeFile& f) { f.featureRect[1].width = 24; }},
-        {"one row out", [](CascadeFile& f) { f.featureRect[1].height = 23; }},
+        {"right of all windows", [](CascadeFile& f) { f.featureRect[1].x = 4096; }},
+        {"x most", [](CascadeFile& f) { f.featureRect[1].x = kMax32; }},
+        {"one row out below", [](CascadeFile& f) { f.featureRect[1].height = 23; }},
         {"width most", [](CascadeFile& f) { f.featureRect[1].width = kMax32; }},
         {"bounds that wrap",
          [](CascadeFile& f) {

@@ -117,6 +117,9 @@ TEST_F(ScanFailures, ACascadeThatEndsBeforeTheWindowDoesIsRefusedAtTheFirstScale
         {"two rows short", {Closed({0, 2, 24, 22})}, -40},
         {"one pixel", {Closed({0, 23, 1, 1})}, -40},
         {"no stages", {}, -40},
+        {"five columns beyond the window: the last scale has that margin", {Closed({5, 0, 24, 24})}, 10},
+        {"more columns than the last scale has", {Closed({10, 0, 24, 24})}, -40},
+        {"five rows beyond the window", {Closed({0, -5, 24, 24})}, 10},
     };
     for (const auto& c : cases) {
         ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, c.stages))) << c.what;

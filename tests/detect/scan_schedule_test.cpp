@@ -119,6 +119,25 @@ TEST_F(ScanSchedule, ABlankPictureIsScannedTwiceAndHasNoFace) {
     }
 }
 
+// What SECURITY.md promises: however a picture is shaped, its time is bounded by its pixels. A pass that grows by f
+// looks at 1 / (1 - 1 / f^2) windows for each position of its first scale: 10.8 and 25.8 for the two.
+TEST_F(ScanSchedule, LooksAtNoMoreThan37WindowsAPixel) {
+    const ImageSize sizes[] = {{30, 2000},  {351, 300},  {351, 3000}, {352, 300}, {499, 900}, {500, 300},
+                               {514, 3000}, {2000, 150}, {900, 900},  {90, 90},   {60, 31}};
+    double most = 0.0;
+    for (const ImageSize& size : sizes) {
+        recorder_.Forget();
+        EXPECT_EQ(10, Run(BlankScene(size.width, size.height), false));
+        double windows = 0.0;
+        for (const auto& scale : recorder_.Scales())
+            windows += double{1} * scale.positions.width * scale.positions.height;
+        const double share = windows / (double{1} * size.width * size.height);
+        EXPECT_LE(share, 37.0) << size.width << " by " << size.height;
+        most = std::max(most, share);
+    }
+    EXPECT_GT(most, 25.0) << "the bound says little";
+}
+
 TEST_F(ScanSchedule, TheQuickPassIsTheOnlyOne) {
     EXPECT_EQ(10, Run(BlankScene(100, 80), true));
     EXPECT_EQ(2, g_detectorParams->passTag);

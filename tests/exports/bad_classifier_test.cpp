@@ -73,10 +73,16 @@ TEST_F(BadClassifier, ALyingFileIsRefused) {
         cases.push_back({"first rectangle", value, [=](test::CascadeFile& f) { f.stageFeatureStart[2] = value; }});
         cases.push_back(
             {"rectangles of a classifier", value, [=](test::CascadeFile& f) { f.classifierFeatureCount[2] = value; }});
+    }
+    for (const int32 value : {-1, 5000, kLeast, kMost}) { // a little beyond the window they may lie
         cases.push_back({"rectangle x", value, [=](test::CascadeFile& f) { f.featureRect[3].x = value; }});
-        cases.push_back({"rectangle y", value, [=](test::CascadeFile& f) { f.featureRect[3].y = value; }});
         cases.push_back({"rectangle width", value, [=](test::CascadeFile& f) { f.featureRect[3].width = value; }});
+    }
+    for (const int32 value : {-1, 100, kLeast, kMost}) {
         cases.push_back({"rectangle height", value, [=](test::CascadeFile& f) { f.featureRect[3].height = value; }});
+    }
+    for (const int32 value : {100, -5000, kLeast, kMost}) {
+        cases.push_back({"rectangle y", value, [=](test::CascadeFile& f) { f.featureRect[3].y = value; }});
     }
     cases.push_back({"rectangle width", 0, [](test::CascadeFile& f) { f.featureRect[0].width = 0; }});
     cases.push_back({"rectangle height", 0, [](test::CascadeFile& f) { f.featureRect[0].height = 0; }});

@@ -172,8 +172,9 @@ TEST_F(BadInput, OddSizesGiveACode) {
         {"a picture of the window's size has no face", 24, 24, ORV_NO_FACE},
         {"29 pixels of width are no scale at all", 29, 60, ORV_NO_FACE},
         {"too low for its smallest face", 640, 20, ORV_BAD_ARGUMENT},
-        {"a row that no work picture can follow", 32'767, 1, ORV_NO_MEMORY},
-        {"a column that no work picture can follow", 1, 32'767, ORV_NO_MEMORY},
+        {"a row, too low though no work picture can follow it", 1500, 1, ORV_BAD_ARGUMENT},
+        {"the longest row", 32'767, 1, ORV_BAD_ARGUMENT},
+        {"a column, too narrow though no work picture can follow it", 1, 32'767, ORV_BAD_ARGUMENT},
         {"a strip of the greatest width", 32'767, 150, ORV_BAD_ARGUMENT},
         // Its work picture and what is made of it take more than two gigabytes.
         {"a strip of the greatest height", 30, 32'767, kAddressGigabytes > 2 ? ORV_NO_FACE : ORV_NO_MEMORY},

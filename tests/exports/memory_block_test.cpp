@@ -1,8 +1,14 @@
 // Blocks of a host that are locked, foreign, freed or gone: a code each time, and the block as it was.
 #include "tests/exports/exports_fixture.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <vector>
+
+#ifndef _WIN32
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
 
 namespace orvane {
 namespace {
@@ -127,6 +133,26 @@ TEST_F(MemoryBlock, ThatIsNoneIsRefused) {
     ExpectRefused(stack + 64, "a place on the stack");
     const HostBlock block(test::SmallFaceScene());
     ExpectRefused(static_cast<std::uint8_t*>(block.Handle()) + 16, "a place inside a block");
+}
+
+TEST_F(MemoryBlock, ThatCannotBeReadIsRefused) {
+    for (const std::uintptr_t number : {1, 8, 15, 16, 24, 0x1000, 0x12346, 0x12348}) {
+        ExpectRefused(reinterpret_cast<orv_Handle>(number), "a number");
+    }
+    ExpectRefused(reinterpret_cast<orv_Handle>(~std::uintptr_t{7}), "the last address");
+    // The page in front of the second one, where a block's tag would lie, is closed, then gone.
+    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    void* const pages = ::mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pages, MAP_FAILED);
+    std::uint8_t* const second = static_cast<std::uint8_t*>(pages) + page;
+    ASSERT_EQ(::mprotect(pages, page, PROT_NONE), 0);
+    for (const int offset : {0, 8}) ExpectRefused(second + offset, "a place behind a closed page");
+    ASSERT_EQ(::munmap(pages, page), 0);
+    for (const int offset : {0, 8}) ExpectRefused(second + offset, "a place behind a page that is gone");
+    errno = 7;
+    EXPECT_EQ(lib.orv_GetBitDepth(second), ORV_LOCK_FAILED);
+    EXPECT_EQ(errno, 7) << "the host's own";
+    ::munmap(second, page);
 }
 
 #ifndef __SANITIZE_ADDRESS__ // which reports the look at it, rightly: only the host can keep from it

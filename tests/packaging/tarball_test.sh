@@ -15,6 +15,12 @@ folder=$work/'moved elsewhere' bin=$folder/bin
 . "$here/used.sh"
 unset LD_LIBRARY_PATH DISPLAY WAYLAND_DISPLAY
 
+files=()
+while IFS= read -r -d '' file; do
+    if head -c 4 "$file" | grep -qa '^.ELF'; then files+=("$file"); fi
+done < <(find "$folder" -type f -print0)
+[ ${#files[@]} -ge 5 ] || fail "${#files[@]} programs and libraries"
+run 0 bash "$here/../structure/check_hardened.sh" "${files[@]}"
 use_tool
 use_operator
 

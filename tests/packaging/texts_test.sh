@@ -36,7 +36,7 @@ check_program() { # check_program NAME COMMAND...
         done
     done
 }
-check_program orvane portrait detect watch report info help version
+check_program orvane portrait detect check watch documents print report info help version
 check_program orvane-operator review live devices help
 
 for page in "$root"/share/man/man1/*.1; do
@@ -53,9 +53,12 @@ expect() { # expect WORDS COMMAND LINE...
     got=$(complete_words "${@:2}")
     if [ "$got" != "$1" ]; then fail "bash completes '${*:2}' to '$got' instead of '$1'"; fi
 }
-expect portrait orvane p
+expect 'portrait print' orvane p
+expect --cut-marks orvane print a.jpg --cu
 expect --tolerance orvane portrait a.jpg --to
 expect --json orvane detect --js
+expect --document orvane check --doc
+expect --sheet orvane portrait a.jpg --she
 expect --output-name orvane watch in --output-
 expect join orvane report ''
 expect '' orvane help -

@@ -38,6 +38,10 @@ use_tool() {
     run 0 "$bin/orvane" portrait "$work/photo.bmp" -o "$work/tool.bmp" --size 480x640 --crop-ratio 1 \
         --actions crop,colour --force
     magic "$work/tool.bmp" BM
+    run 0 "$bin/orvane" documents
+    said "us-visa"
+    run 0 "$bin/orvane" portrait "$work/photo.png" -o "$work/visa.png" --document us-visa --fill edge --force
+    magic "$work/visa.png" "$(printf '\211PNG')"
 }
 
 # use_host HOST LANGUAGE_HOST: the shortest sample host, and one that opens language files.

@@ -141,7 +141,7 @@ TEST_F(PhotoRuns, AReportHasOneRowAPhotoInTheirOrder) {
         0U);
     EXPECT_EQ(rows[1].rfind("1,in/a.png,out/a.png,portrait,0,240,200,", 0), 0U) << rows[1];
     EXPECT_EQ(rows[2].rfind("2,\"in/b, 2.png\",,no face,10,200,200,,,,,", 0), 0U) << rows[2];
-    EXPECT_EQ(rows[3], "3,in/c.png,,failed,-60,,,,,,,,,,,,,is empty,\r");
+    EXPECT_EQ(rows[3], "3,in/c.png,,failed,-60,,,,,,,,,,,,,is empty,,\r");
     EXPECT_EQ(Portraits({"in", "-o", "out", "--force", "--report", "r.csv"}).exitCode, 1) << "force replaces it";
     EXPECT_EQ(Portraits({"in", "-o", "out", "--report", "r.csv"}).err,
               "orvane: the report 'r.csv' exists already; --force replaces it\n");
@@ -262,6 +262,30 @@ TEST_F(PhotoRuns, WhatMakesNoSenseTogetherIsRefusedBeforeAnythingIsDone) {
         EXPECT_EQ(result.err, std::string("orvane: ") + line + "\n");
     }
     EXPECT_TRUE(Names("out").empty());
+}
+
+TEST_F(PhotoRuns, ResumingMakesAnewWhatHasOtherSettingsOfItsFile) {
+    PutPhoto("in/a.png");
+    const Lines settings[] = {{},
+                              {"--dpi", "300"},
+                              {"--quality", "80"},
+                              {"--chroma", "444"},
+                              {"--min-kb", "40"},
+                              {"--max-kb", "40"},
+                              {"--keep-metadata"}};
+    for (const Lines& more : settings) {
+#ifdef _WIN32
+        if (!more.empty() && more[0] == "--chroma") continue; // the system's encoder may not have it
+#endif
+        Lines arguments{"in", "-o", "out", "--output-name", "{stem}.jpg", "--resume", "--json"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        SCOPED_TRACE(more.empty() ? "plain" : more[0]);
+        for (const bool kept : {false, true}) {
+            const ProcessResult result = Portraits(arguments);
+            ASSERT_EQ(result.exitCode, 0) << result.err;
+            EXPECT_EQ(result.out.find("\"kept\":true") != std::string::npos, kept) << result.out;
+        }
+    }
 }
 
 } // namespace

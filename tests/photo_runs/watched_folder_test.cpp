@@ -17,11 +17,11 @@ protected:
         Make("out");
     }
 
-    void Start() {
+    void Start(const std::vector<std::string>& size = {"--size", "80x100"}) {
         std::string error;
-        ASSERT_TRUE(
-            watch_.Start({File(), "watch", Work() / "in", "-o", Work() / "out", "--size", "80x100", "--json"}, &error))
-            << error;
+        std::vector<std::string> command{File(), "watch", Work() / "in", "-o", Work() / "out", "--json"};
+        command.insert(command.end(), size.begin(), size.end());
+        ASSERT_TRUE(watch_.Start(command, &error)) << error;
     }
 
     /// The next line that the watch tells, once it comes.
@@ -52,6 +52,18 @@ TEST_F(WatchedFolder, PhotosBecomePortraitsAsTheyArrive) {
     EXPECT_NE(Told().find("moved.png"), std::string::npos);
     EXPECT_TRUE(Has("out/moved.png"));
     EXPECT_TRUE(Has("in/moved.png"));
+}
+
+TEST_F(WatchedFolder, PhotosBecomePortraitsOfADocument) {
+    Work().Put("in/a.png", Encoded(".png", PhotoWithSquare(900, 900, 400, 400)));
+    Start({"--document", "us-visa"});
+    ASSERT_TRUE(Comes("out/a.png"));
+    EXPECT_NE(Told().find("\"document\":\"us-visa\""), std::string::npos);
+    Picture portrait;
+    std::string error;
+    ASSERT_TRUE(ReadPicture(Work() / "out/a.png", &portrait, &error)) << error;
+    EXPECT_EQ(portrait.width, 600);
+    EXPECT_EQ(portrait.height, 600);
 }
 
 TEST_F(WatchedFolder, APhotoThatIsBeingWrittenWaits) {

@@ -31,15 +31,19 @@ int32 RunCase(const Case& c, const Plane<uint8>& src, Plane<uint8>& dst) {
                  c.interpolation);
 }
 
-/// Result and reference over random pixels, judged with everything around the result.
-void Judge(const Case& c, Random& random) {
-    const auto src = Plane<uint8>::Source(c.channels * c.src.width, c.src.height, random);
+/// Result and reference, judged with everything around the result.
+void Judge(const Case& c, const Plane<uint8>& src, Random& random) {
     auto result = Plane<uint8>::Output(c.channels * c.dst.width, c.dst.height, random);
     auto expected = result;
     const auto geometry = reference::MakeGeometry(c.src, c.roi, c.dst, c.xFactor, c.yFactor, c.channels);
     const int32 status = reference::Resize(src, expected, geometry, c.interpolation);
     EXPECT_EQ(status, RunCase(c, src, result)) << c;
     EXPECT_SAME_PLANE(uint8, result, expected) << c;
+}
+
+/// Over random pixels.
+void Judge(const Case& c, Random& random) {
+    Judge(c, Plane<uint8>::Source(c.channels * c.src.width, c.src.height, random), random);
 }
 
 double RandomFactor(Random& random, int32 interpolation) {
@@ -318,6 +322,25 @@ TEST_P(ResizeByCode, EqualsThePlainFormInPicturesOfManyPixels) {
     }
 }
 
+TEST_P(ResizeByCode, EqualsThePlainFormInPicturesOfBlackAndWhitePixels) {
+    // Cubic swings furthest past both.
+    Random random(10);
+    const bool reducing = GetParam() == kBoxAverage;
+    for (const double factor : {0.93, 0.7, 0.5, 0.41}) {
+        for (const int32 channels : {1, 3}) {
+            const double taken = reducing ? factor : 2.2 * factor;
+            const Case c{{201, 90}, {0, 0, 201, 90}, {450, 200}, taken, taken, GetParam(), channels};
+            auto src = Plane<uint8>::Source(channels * c.src.width, c.src.height, random);
+            for (int32 y = 0; y < c.src.height; ++y) {
+                for (int32 x = 0; x < channels * c.src.width; ++x) {
+                    src.At(x, y) = static_cast<uint8>(255 * random.Int(0, 1));
+                }
+            }
+            Judge(c, src, random);
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(AllCodes, ResizeByCode, ::testing::Values(kNearest, kLinear, kCubic, kBoxAverage));
 
 /// Resizes a whole plane of one channel into exactly `room`.
@@ -442,6 +465,15 @@ TEST(ResizeBoxAverage, OneHalfIsTheRoundedMeanOfTwoByTwoBlocks) {
             const uint8* p = &src[40 * y + 2 * x];
             EXPECT_EQ((p[0] + p[1] + p[20] + p[21] + 2) / 4, dst[10 * y + x]) << x << ", " << y;
         }
+    }
+}
+
+TEST(ResizeBoxAverage, BoxesOfTwoOrFourPixelsThatCutSomeEqualThePlainForm) {
+    // Their area is a power of two, as that of boxes of whole pixels, whose sums are exact.
+    Random random;
+    for (const int32 channels : {1, 3}) {
+        Judge({{400, 300}, {0, 0, 400, 300}, {400, 300}, 0.8, 0.625, kBoxAverage, channels}, random);
+        Judge({{400, 300}, {0, 0, 400, 300}, {400, 300}, 0.625, 0.4, kBoxAverage, channels}, random);
     }
 }
 

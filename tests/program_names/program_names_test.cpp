@@ -137,7 +137,8 @@ TEST(ProgramNames, OnLinuxNamesMayBeAnyBytes) {
         SCOPED_TRACE(::testing::PrintToString(name));
         const Place place(name);
         place.PutPhoto(name + ".png");
-        const ProcessResult made = place.Run(ORVANE_TOOL, {"portrait", name + ".png", "-o", "t" + name + ".png"});
+        const ProcessResult made =
+            place.Run(ORVANE_TOOL, {"portrait", name + ".png", "-o", "t" + name + ".png", "--size", "480x860"});
         EXPECT_EQ(made.exitCode, 0) << made.err;
         EXPECT_EQ(made.err, "");
         EXPECT_EQ(made.out.rfind(name + ".png: ", 0), 0U) << made.out;

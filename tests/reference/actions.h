@@ -64,7 +64,11 @@ inline Plane<uint8> PlaneOf(const ImageBuffer& picture) {
 
 /// Scales to `output`, which takes the picture's proportions first.
 inline int32 OutputScaling(const ImageBuffer& source, ImageSize& output, ImageBuffer& destination) {
-    if (source.width < 1 || source.height < 1) return kOutOfMemory;
+    if (source.width < 1 || source.height < 1) { // a sheet without a picture
+        if (!destination.Create(output.width, output.height, source.channels, kDepth8u, 0)) return kOutOfMemory;
+        destination.Fill(g_fillLevel);
+        return kStepFailed;
+    }
     const double requested = static_cast<double>(output.width) / output.height;
     const float pictureAspect = static_cast<float>(static_cast<double>(source.width) / source.height);
     if (requested > pictureAspect) {

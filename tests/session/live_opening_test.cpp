@@ -167,6 +167,14 @@ TEST_F(LiveOpening, NothingOfThePictureBeforeIsLeft) {
     EXPECT_EQ(PackedDibFromBitmap(session.m_resultBitmap, &output), kNoSession);
 }
 
+TEST_F(LiveOpening, OkBeforeTheFirstFrameHasNoOutputAndIsNotOutOfMemory) {
+    for (const uint8 crop : {0, 1}) {
+        g_actionEnabled = {crop, 0, 0, 0, 0, 0};
+        EXPECT_EQ(Run([](FakeWindow& window) { EXPECT_TRUE(window.Click(kPlainOk)); }), kSuccess) << +crop;
+        EXPECT_TRUE(session.m_resultBitmap.IsEmpty()) << +crop;
+    }
+}
+
 TEST_F(LiveOpening, APictureGoesAsEverAfterALiveSession) {
     Run([](FakeWindow& window) { window.CloseBox(); });
     session.m_visible = false;

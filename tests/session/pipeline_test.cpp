@@ -223,19 +223,22 @@ TEST_F(Pipeline, ATurnSucceedsByThePictureInHandWhateverTheRunBeforeLeft) {
     EXPECT_EQ(g_workImage.data, nullptr);
 }
 
-TEST_F(Pipeline, ATurnThatLeavesNothingGoesOnWithoutAPicture) {
+TEST_F(Pipeline, ATurnThatLeavesNothingEndsInABlankSheet) {
     test::MakeRandomPicture(g_sourceImage, 200, 200, 3, 1);
     test::MakeRandomPicture(g_maskImage, 200, 200, 1, 1);
     g_actionEnabled = Flags(1 << kSlotRotation);
     const std::string told = test::Printed([] {
         EXPECT_EQ(RunActionPipeline(-1, 45), kSuccess);
         g_actionEnabled[kSlotOutputScaling] = 1;
-        EXPECT_EQ(RunActionPipeline(-1, 45), kOutOfMemory);
+        EXPECT_EQ(g_workImage.data, nullptr);
+        EXPECT_EQ(RunActionPipeline(-1, 45), kStepFailed);
     });
-    EXPECT_EQ(told, "Assertion Failed -8 \nAssertion Failed -8 \nAssertion Failed -8 \n")
-        << "picture and mask, then the picture alone: the mask has gone";
-    EXPECT_EQ(g_workImage.data, nullptr);
+    EXPECT_EQ(told, "Assertion Failed -8 \nAssertion Failed -8 \nAssertion Failed -8 \nAssertion Failed -6 \n")
+        << "picture and mask, then the picture alone, since the mask has gone, and the scaling";
     EXPECT_EQ(g_maskImage.data, nullptr);
+    ASSERT_EQ(g_workImage.width, 76);
+    ASSERT_EQ(g_workImage.height, 120);
+    for (int32 i = 0; i < g_workImage.Step() * 120; ++i) ASSERT_EQ(g_workImage.data[i], g_fillLevel) << "byte " << i;
 }
 
 TEST_F(Pipeline, DoesTheSameWithoutAFace) {

@@ -11,7 +11,7 @@ folders=(platform primitives image detect capture actions session dialog api too
 layers=(platform primitives image "detect capture" actions session dialog api)
 system_headers='<(windows|winuser|wingdi|windowsx|objbase|objidl|oaidl|ocidl|ole2|olectl|shlobj|commctrl|tlhelp32)\.h>'
 system_headers+='|<(dshow|strmif|qedit|control|amvideo|uuids|ks|ksmedia|ksproxy)\.h>'
-system_headers+='|<(dlfcn|unistd|pthread|sched|fcntl|poll|link)\.h>|<(sys|linux|gdk|gdk-pixbuf|glib|gst|X11|xcb)/'
+system_headers+='|<(dlfcn|unistd|pthread|sched|fcntl|poll|link)\.h>|<(sys|linux|gdk|gdk-pixbuf|glib|gst|pango|X11|xcb)/|<cairo[-a-z]*\.h>'
 system_headers+='|<(glib|gio|gobject|gtk)(-[a-z]+)?[./]|<Q[A-Za-z/]+>'
 # Files that may name a system: a system's own folders, the picture files of the tools, what the tests
 # need of a host, and the public header, which has the system's handle types.

@@ -41,6 +41,8 @@ expect passes image/long.cpp "$(seq 600)"
 expect fails image/window.cpp '#include <windows.h>'
 expect fails api/loader.cpp '  # include <dlfcn.h>'
 expect fails tools/picture.cpp '#include <gdk-pixbuf/gdk-pixbuf.h>'
+expect fails tools/sheet.cpp '#include <cairo-pdf.h>'
+expect fails tools/sheet.cpp '#include <pango/pangocairo.h>'
 expect fails dialog/view.h '#include <QWidget>'
 expect fails primitives/resize.cpp '#include "image/image_buffer.h"'
 expect fails detect/scan.cpp '#include "../api/session.h"'

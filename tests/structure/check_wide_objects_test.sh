@@ -28,6 +28,8 @@ expect() {
 expect passes 'tables alone' "$table"
 expect passes 'tables alone' "$table"'
     asm(".globl __x86.get_pc_thunk.ax\n__x86.get_pc_thunk.ax: .byte 0xc3");'
+expect passes 'tables alone' "$table"'
+    extern const void* const guard asm(".refptr.__stack_chk_guard"); const void* const guard = nullptr;'
 expect fails 'T _*Z5Otherv' "$table int Other() { return 2; }"
 expect fails 'Shared' "$table template <typename T> __attribute__((noinline)) T Shared(T v) { return v + 1; }
                        namespace { __attribute__((used)) int Use(int v) { return Shared(v); } }"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # check_windows_file.sh FILE...: Windows may load a delivered library or program at any address, takes its data for no
-# code, and finds all that it needs on every machine. A library offers the twelve functions under their plain names.
+# code, guards its stacks and finds all that it needs on every machine. A library offers the twelve functions under
+# their plain names.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 failed=0
@@ -27,10 +28,14 @@ for file in "$@"; do
     before=$failed
     headers=$(objdump -p "$file")
     check_header "$file" "$headers"
+    if ! grep -qaF 'stack smashing detected' "$file"; then # what the guard says at the end
+        echo "$file lacks guarded stacks"
+        failed=1
+    fi
     case $file in
         *.dll) bash "$here/check_library.sh" "$file" || failed=1 ;;
         *) bash "$here/check_program.sh" "$file" || failed=1 ;;
     esac
-    if [ "$failed" -eq "$before" ]; then echo "$file may lie anywhere and keeps data from running"; fi
+    if [ "$failed" -eq "$before" ]; then echo "$file may lie anywhere, keeps data from running and guards its stacks"; fi
 done
 exit "$failed"

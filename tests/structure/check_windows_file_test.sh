@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # check_windows_file_test.sh COMPILER BITS: check_windows_file.sh passes a library as it should be and notices a flag
-# that is missing, missing relocations, decorated or missing functions and a foreign library.
+# that is missing, missing relocations, stacks without guards, decorated or missing functions and a foreign library.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 compiler=$1 bits=$2
@@ -18,12 +18,13 @@ echo 'int toolkit(void) { return 0; }' >toolkit.c
 { cat good.c; echo 'int toolkit(void); int use(void) { return toolkit(); }'; } >needy.c
 
 build() { # build NAME SOURCE [ARGUMENT...]
-    "$compiler" -shared -static-libgcc -o "$1.dll" "$2.c" "${@:3}"
+    "$compiler" -shared -static -fstack-protector-all -o "$1.dll" "$2.c" "${@:3}"
 }
 build toolkit toolkit
 build good good
 build fixed good -Wl,--disable-dynamicbase
 build data_runs good -Wl,--disable-nxcompat
+build unguarded good -fno-stack-protector
 build lacking lacking
 build needy needy toolkit.dll
 objcopy --remove-section .reloc good.dll stripped.dll # the linker itself would drop the flags too
@@ -41,6 +42,7 @@ expect() {
 expect passes good 'may lie anywhere'
 expect fails fixed DYNAMIC_BASE
 expect fails data_runs NX_COMPAT
+expect fails unguarded 'guarded stacks'
 expect fails lacking "${names[0]}"
 expect fails needy toolkit.dll
 expect fails stripped relocations

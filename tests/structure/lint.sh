@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # lint.sh BUILD: format and the rules of the source tree on all sources, clang-tidy and cppcheck on all but
-# the tests. BUILD is a configured directory with compile_commands.json. Runs every check, then fails when
+# tests and fuzz targets. BUILD is a configured directory with compile_commands.json. Runs every check, then fails when
 # one did.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 compile_commands=$1/compile_commands.json
 [ -f "$compile_commands" ] || { echo "no $compile_commands"; exit 1; }
 
-# What the compile commands name of this system. The tests are left out: most of what is found there
+# What the compile commands name of this system. Tests and fuzz targets are left out: most of what is found there
 # stands in GoogleTest's macros, and takes minutes.
 mapfile -t compiled < <(sed -n 's/^ *"file": "\(.*\)"$/\1/p' "$compile_commands" |
-    grep "^$PWD/" | grep -vE "^$PWD/(tests|build)/" | sort -u)
+    grep "^$PWD/" | grep -vE "^$PWD/(tests|fuzz|build)/" | sort -u)
 mapfile -t sources < <(find . -path ./build -prune -o -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \) -print | sort)
 
 failed=0

@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -59,6 +60,12 @@ public:
     /// Element `x` (channels counted one by one) of row `y`.
     T& At(int32 x, int32 y) { return Data()[static_cast<std::ptrdiff_t>(stride_) * y + x]; }
     const T& At(int32 x, int32 y) const { return Data()[static_cast<std::ptrdiff_t>(stride_) * y + x]; }
+
+    /// Whether both blocks agree in every byte, guards too.
+    bool HasBytesOf(const Plane& other) const {
+        return block_.size() == other.block_.size() &&
+               std::memcmp(block_.data(), other.block_.data(), block_.size() * sizeof(T)) == 0;
+    }
 
     /// Success when both blocks agree in every element, guards too; else the first difference.
     static ::testing::AssertionResult Same(const char*, const char*, const Plane& result, const Plane& expected) {

@@ -35,6 +35,18 @@ TEST(BmpEnd, AllRowsMustBeThereButNotTheLastPadding) {
     }
 }
 
+TEST(BmpEnd, APaletteMustBeThere) {
+    std::string header = Header(1, 1, 8, 0, 0);
+    header.replace(46, 4, Low32(2)); // colours
+    EXPECT_TRUE(BmpReachesItsEnd(header + std::string(8, 'x')));
+    EXPECT_FALSE(BmpReachesItsEnd(header + std::string(7, 'x')));
+    header.replace(46, 4, Low32(0xBCBCBCBC));
+    EXPECT_FALSE(BmpReachesItsEnd(header + std::string(100, 'x')));
+    std::string trueColour = Header(1, 1, 24, 0, 0);
+    trueColour.replace(46, 4, Low32(1 << 24));
+    EXPECT_TRUE(BmpReachesItsEnd(trueColour + std::string(3, 'x'))) << "where there is none they mean nothing";
+}
+
 TEST(BmpEnd, HugeSizesDoNotWrapAround) {
     for (const std::uint32_t size : {0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         EXPECT_FALSE(BmpReachesItsEnd(Header(size, size, 32, 0, 0) + std::string(100, 'x'))) << size;

@@ -307,6 +307,16 @@ TEST(PictureIo, LyingAndForeignFilesAreRefused) {
     EXPECT_NE(Refusal("wide.bmp", bmp), "");
 }
 
+TEST(PictureIo, ABmpWhosePixelsAreSaidToBeginGigabytesAwayIsRefusedUnread) {
+    std::string bmp = Encoded(".bmp", ColourfulPicture(8, 8));
+    bmp.replace(10, 4, Low32(0xFF000000));
+    EXPECT_EQ(Refusal("far.bmp", bmp), "damaged picture: it breaks off before its end");
+    bmp = Encoded(".bmp", ColourfulPicture(8, 8));
+    bmp.replace(28, 2, std::string("\x08\0", 2));
+    bmp.replace(46, 4, Low32(0xBCBCBCBC));
+    EXPECT_EQ(Refusal("colours.bmp", bmp), "damaged picture: it breaks off before its end");
+}
+
 TEST(PictureIo, WhatIsNoRegularFileIsRefusedAtOnce) {
     const TempFolder folder;
     Picture picture;

@@ -4,52 +4,20 @@
 
 #include "actions/action_settings.h"
 #include "detect/cascade_detector.h"
-#include "detect/classifier_file.h"
-#include "image/packed_dib.h"
 #include "orvane/orvane.h"
-#include "platform/module_folder.h"
 #include "session/session_state.h"
 #include "tests/support/heap_limit.h"
-#include "tests/tools/bright_square.h"
-#include "tests/tools/temp_folder.h"
+#include "tests/tools/host_fixture.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
 
 namespace orvane::tools {
 namespace {
 
-class HostTest : public testing::Test {
+class HostTest : public HostFixture {
 protected:
-    HostTest() {
-        // In place of whatever lies beside the test program.
-        folder_.Put("Orvane.dat", BrightSquareClassifier());
-        g_moduleFolder = folder_.Path();
-        FreeClassifier(g_classifier);
-        g_detectorParams->loadStatus = LoadClassifier();
-    }
-
-    PhotoReport Make(const Options& options, Picture* portrait) {
-        PhotoReport report;
-        host_.MakePortrait(photo_, options, portrait, &report);
-        return report;
-    }
-
-    TempFolder folder_;
-    Host host_;
     Picture photo_ = PhotoWithSquare(323, 240, 100, 80);
 };
-
-/// A photo as a host hands it in.
-orv_Handle Packed(const Picture& photo) {
-    const BitmapHeader header = OutgoingHeader(photo.width, photo.height);
-    orv_Handle block = orv_BlockAlloc(sizeof header + photo.pixels.size());
-    auto* bytes = static_cast<uint8*>(orv_BlockLock(block));
-    std::memcpy(bytes, &header, sizeof header);
-    std::memcpy(bytes + sizeof header, photo.pixels.data(), photo.pixels.size());
-    orv_BlockUnlock(block);
-    return block;
-}
 
 TEST_F(HostTest, APortraitIsWhatAnyHostGets) {
     ASSERT_EQ(host_.Status(), 0);
@@ -59,7 +27,7 @@ TEST_F(HostTest, APortraitIsWhatAnyHostGets) {
         options.width = 122;
         options.height = 160;
         Picture portrait;
-        const PhotoReport report = Make(options, &portrait);
+        const PhotoReport report = Make(photo_, options, &portrait);
         EXPECT_EQ(report.status, 0);
         EXPECT_EQ(report.error, "");
 
@@ -79,13 +47,13 @@ TEST_F(HostTest, APortraitIsWhatAnyHostGets) {
 
 TEST_F(HostTest, ThePortraitIsTheSessionsOwnOutput) {
     Picture portrait;
-    ASSERT_EQ(Make(Options(), &portrait).status, 0);
+    ASSERT_EQ(Make(photo_, Options(), &portrait).status, 0);
     EXPECT_FALSE(portrait.pixels.empty());
     orv_Handle block = nullptr;
     EXPECT_EQ(orv_GetOutputImage(&block), ORV_NO_SESSION) << "it changed hands";
     const Picture copy = portrait;
     Picture next;
-    ASSERT_EQ(Make(Options(), &next).status, 0);
+    ASSERT_EQ(Make(photo_, Options(), &next).status, 0);
     EXPECT_EQ(next.pixels, copy.pixels);
     EXPECT_EQ(portrait.pixels, copy.pixels) << "the next photo leaves it alone";
 }
@@ -95,7 +63,7 @@ TEST_F(HostTest, DetectAndPortraitFindTheSameFace) {
     host_.Detect(photo_, &detected);
     ASSERT_TRUE(detected.face);
     Picture portrait;
-    const PhotoReport made = Make(Options(), &portrait);
+    const PhotoReport made = Make(photo_, Options(), &portrait);
     ASSERT_TRUE(made.face);
     EXPECT_EQ(detected.face->x, made.face->x);
     EXPECT_EQ(detected.face->y, made.face->y);
@@ -112,7 +80,7 @@ TEST_F(HostTest, EverySettingReachesTheLibrary) {
     options.width = 200;
     options.height = 100;
     Picture portrait;
-    EXPECT_EQ(Make(options, &portrait).status, 0);
+    EXPECT_EQ(Make(photo_, options, &portrait).status, 0);
     EXPECT_EQ(g_actionEnabled, (ActionFlags{1, 1, 1, 1, 0, 1}));
     EXPECT_EQ(g_rotationAngle, 90);
     EXPECT_EQ(g_dialog->m_tolerance, 7);
@@ -120,7 +88,7 @@ TEST_F(HostTest, EverySettingReachesTheLibrary) {
     EXPECT_EQ(g_dialog->m_outputWidth, 200);
     EXPECT_EQ(g_dialog->m_outputHeight, 100);
 
-    EXPECT_EQ(Make(Options(), &portrait).status, 0);
+    EXPECT_EQ(Make(photo_, Options(), &portrait).status, 0);
     EXPECT_EQ(g_actionEnabled, (ActionFlags{1, 0, 0, 0, 0, 1})) << "flags of the photo before stayed";
     EXPECT_EQ(g_rotationAngle, 0) << "the turn of the photo before stayed";
     EXPECT_EQ(g_dialog->m_tolerance, 40);
@@ -129,7 +97,7 @@ TEST_F(HostTest, EverySettingReachesTheLibrary) {
 TEST_F(HostTest, WithoutAFaceThereIsNoPortrait) {
     photo_ = PhotoWithoutFace();
     Picture portrait = BlackPicture(4, 4);
-    const PhotoReport report = Make(Options(), &portrait);
+    const PhotoReport report = Make(photo_, Options(), &portrait);
     EXPECT_EQ(report.status, 10);
     EXPECT_FALSE(report.face);
     EXPECT_EQ(report.error, "");
@@ -141,7 +109,7 @@ TEST_F(HostTest, ACropThatFailsIsAnErrorAndNotAnUncroppedPortrait) {
     Options options;
     options.cropRatio = 0.001F;
     Picture portrait;
-    const PhotoReport report = Make(options, &portrait);
+    const PhotoReport report = Make(photo_, options, &portrait);
     EXPECT_EQ(report.error, "a correction failed; a greater --crop-ratio may help");
     EXPECT_TRUE(portrait.pixels.empty());
 }
@@ -152,13 +120,13 @@ TEST_F(HostTest, ExhaustedMemoryIsAResultAndTheNextPhotoIsDone) {
         PhotoReport report;
         {
             const test::HeapLimit limit(allowed);
-            report = Make(Options(), &portrait);
+            report = Make(photo_, Options(), &portrait);
         }
         SCOPED_TRACE(allowed);
         EXPECT_TRUE(report.status == 0 || report.status == -50 || report.status == -40) << *report.status;
         EXPECT_EQ(portrait.pixels.empty(), !report.error.empty());
     }
-    EXPECT_EQ(Make(Options(), &portrait).status, 0);
+    EXPECT_EQ(Make(photo_, Options(), &portrait).status, 0);
     EXPECT_FALSE(portrait.pixels.empty());
 }
 

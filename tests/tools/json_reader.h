@@ -13,7 +13,7 @@ namespace orvane::tools {
 /// A value: an object's members, or an array's elements, or a string's bytes, or the text of a number, true, false
 /// or null.
 struct JsonValue {
-    char kind = 0; ///< '{', '[', '"', '0' for a number, 'n' for null
+    char kind = 0; ///< '{', '[', '"', '0' for a number, 'b' for true or false, 'n' for null
     std::string text;
     std::vector<JsonValue> elements;
     std::map<std::string, JsonValue> members;
@@ -55,6 +55,10 @@ private:
         } else if (line_.compare(at_, 4, "null") == 0) {
             value.kind = 'n';
             at_ += 4;
+        } else if (line_.compare(at_, 4, "true") == 0 || line_.compare(at_, 5, "false") == 0) {
+            value.kind = 'b';
+            value.text = line_.substr(at_, line_[at_] == 't' ? 4 : 5);
+            at_ += value.text.size();
         } else {
             value.kind = '0';
             value.text = NumberText();

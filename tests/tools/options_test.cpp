@@ -49,12 +49,15 @@ TEST(Options, HelpIsGivenAfterEveryCommand) {
     EXPECT_EQ(Parsed({"info", "--help"}).command, Command::help);
 }
 
-TEST(Options, APortraitCropsTo480By860UnlessToldOtherwise) {
+TEST(Options, APortraitIs35By45MillimetresUnlessToldOtherwise) {
     const Options options = Parsed(Portrait({}));
     EXPECT_EQ(options.photos, Arguments{"a.jpg"});
     EXPECT_EQ(options.output, "b.png");
-    EXPECT_EQ(options.width, 480);
-    EXPECT_EQ(options.height, 860);
+    ASSERT_TRUE(options.frame.has_value());
+    EXPECT_EQ(options.frame->width, 35);
+    EXPECT_EQ(options.frame->height, 45);
+    EXPECT_EQ(options.frame->resolution, 300);
+    EXPECT_FALSE(options.frame->isStrict || options.frame->cropRatio);
     EXPECT_EQ(options.cropRatio, 1.0F);
     EXPECT_TRUE(options.actions.crop);
     EXPECT_FALSE(options.actions.background || options.actions.colour || options.actions.rotation);
@@ -62,6 +65,45 @@ TEST(Options, APortraitCropsTo480By860UnlessToldOtherwise) {
     EXPECT_EQ(options.rotation, 0);
     EXPECT_EQ(options.steps, "");
     EXPECT_FALSE(options.json || options.force);
+}
+
+TEST(Options, APortraitsFileHasItsOptions) {
+    const Options plain = Parsed(Portrait({"--size", "480x860"}));
+    EXPECT_FALSE(plain.quality || plain.chroma || plain.dpi || plain.leastBytes || plain.mostBytes);
+    EXPECT_FALSE(plain.keepMetadata);
+    const Options options = Parsed(Portrait({"-o", "p.jpg", "--quality", "80", "--chroma", "422", "--dpi=300",
+                                             "--max-kb", "240", "--min-kb", "20", "--keep-metadata"}));
+    EXPECT_EQ(options.quality, 80);
+    EXPECT_EQ(options.chroma, Chroma::half);
+    EXPECT_EQ(options.dpi, 300);
+    EXPECT_EQ(options.mostBytes, 240000U);
+    EXPECT_EQ(options.leastBytes, 20480U);
+    EXPECT_TRUE(options.keepMetadata);
+    EXPECT_EQ(Parsed({"watch", "in", "-o", "out", "--output-name", "{stem}.jpg", "--quality", "80"}).quality, 80);
+    EXPECT_EQ(Refused({"watch", "in", "-o", "out", "--quality", "80"}), "--quality is for .jpg");
+    EXPECT_EQ(Refused({"portrait", "a", "-o", "out", "--chroma", "444"}), "--chroma is for .jpg")
+        << "folders take .png";
+    EXPECT_EQ(Refused({"detect", "a", "--dpi", "300"}), "'detect' knows no option '--dpi'");
+}
+
+TEST(Options, PrintHasItsOwn) {
+    const PrintOptions print = Parsed({"print", "a.jpg", "-o", "s.pdf", "--paper", "A4", "--copies", "4", "--gap",
+                                       "1mm", "--margin=0", "--cut-marks", "--size", "35x45mm", "--", "-b.jpg"})
+                                   .print;
+    EXPECT_EQ(print.portraits, (Arguments{"a.jpg", "-b.jpg"}));
+    EXPECT_EQ(print.output, "s.pdf");
+    EXPECT_EQ(print.sheets.paper.width, 210);
+    EXPECT_EQ(print.sheets.copies, 4);
+    EXPECT_EQ(print.sheets.gap, 1);
+    EXPECT_EQ(print.sheets.margin, 0);
+    EXPECT_TRUE(print.cutMarks);
+    EXPECT_EQ(print.size->height, 45);
+    EXPECT_EQ(Parsed({"print", "--help"}).command, Command::help);
+    const PrintOptions plain = Parsed({"print", "a.jpg", "-o", "s.png"}).print;
+    EXPECT_EQ(plain.sheets.paper.height, 150);
+    EXPECT_EQ(plain.sheets.margin, 3);
+    EXPECT_EQ(plain.sheets.gap, 2);
+    EXPECT_FALSE(plain.sheets.copies || plain.dpi || plain.size || plain.force);
 }
 
 TEST(Options, EveryOptionTakesItsValueBehindASpaceOrAnEqualsSign) {
@@ -149,7 +191,6 @@ TEST(Options, WhatIsMissingOrForeignIsNamed) {
     EXPECT_EQ(Refused({"portrait", "a"}), "'portrait' wants -o and a file or a folder");
     EXPECT_EQ(Refused({"portrait", "a", "-o"}), "'-o' wants a value");
     EXPECT_EQ(Refused({"detect"}), "'detect' wants at least one photo");
-    EXPECT_EQ(Refused({"detect", "a", "--force"}), "'detect' knows no option '--force'");
     EXPECT_EQ(Refused({"detect", "a", "-o", "b"}), "'detect' knows no option '-o'");
     EXPECT_EQ(Refused({"detect", "a", "--steps", "b"}), "'detect' knows no option '--steps'");
     EXPECT_EQ(Refused({"portrait", "a", "--sise", "1x1"}), "'portrait' knows no option '--sise'");

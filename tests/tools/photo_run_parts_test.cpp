@@ -7,6 +7,7 @@
 #include "tests/tools/json_reader.h"
 
 #include <gtest/gtest.h>
+#include <set>
 
 namespace orvane::tools {
 namespace {
@@ -35,9 +36,11 @@ PhotoReport FullReport() {
     report.photo = "in/a\n.png";
     report.width = 640;
     report.height = 480;
+    report.document = "uk-passport";
     report.status = kSuccess;
     report.face = FaceBox{-1, 2, 3, 4};
     report.output = "out/a.png";
+    report.groups = {{{1, 2, 3, 3}, 2, 0, false}, {{4, 5, 6, 6}, 30, 1, true}};
     report.milliseconds.decode = 1.25;
     report.milliseconds.encode = 0.0;
     report.warning = "odd";
@@ -102,20 +105,66 @@ TEST(PhotoJobs, EverythingComesBackFromItsBytes) {
     EXPECT_TRUE(settingsBack.options.actions.background && !settingsBack.options.actions.crop);
     EXPECT_EQ(settingsBack.options.command, Command::portrait);
 
-    const PhotoJob job{"p\n", "f", "n", "o", {{1, 2, 3, "note", "n"}, {4, 5, 6, "", "n"}}};
+    const PhotoJob job{"p\n", "f", "n", "o", {{1, 2, 3, "note", "n"}, {4, 5, 6, "", "n"}}, FaceBox{7, 8, 9, 10}};
     PhotoJob jobBack;
     ASSERT_TRUE(Unpack(Packed(job), &jobBack));
     EXPECT_EQ(Packed(jobBack), Packed(job));
     EXPECT_EQ(jobBack.known.at(1).portrait, 6U);
+    EXPECT_EQ(jobBack.face, job.face);
 
     PhotoReport back;
-    for (const PhotoReport& report : {FullReport(), PhotoReport()}) {
+    PhotoReport measured = FullReport();
+    measured.measures.emplace();
+    At(*measured.measures, MeasureKind::sharpness) = {12.5, {60.0, {}}, ""};
+    At(*measured.measures, MeasureKind::eyeLine) = {{}, {{}, 3.0}, "why"};
+    for (const PhotoReport& report : {FullReport(), PhotoReport(), measured}) {
         ASSERT_TRUE(Unpack(Packed(report), &back));
         EXPECT_EQ(Packed(back), Packed(report));
         EXPECT_EQ(JsonLine(back), JsonLine(report));
     }
     EXPECT_FALSE(Unpack("rubbish", &back));
     EXPECT_FALSE(Unpack(Packed(job).substr(1), &jobBack));
+}
+
+TEST(PhotoJobs, WhatAPictureIsCheckedAgainstComesBackToo) {
+    WorkSettings settings;
+    settings.options.command = Command::check;
+    settings.options.allGroups = true;
+    settings.document.emplace();
+    settings.document->name = "badge";
+    settings.document->width = 35;
+    settings.document->height = 45;
+    settings.document->head = {{}, 36.0};
+    settings.document->eyes = {22.0, 32.0};
+    settings.document->above = {4.0, {}};
+    settings.document->headTop = HeadTop::hair;
+    settings.document->background = BackgroundRule::white;
+    WorkSettings back;
+    ASSERT_TRUE(Unpack(Packed(settings), &back));
+    EXPECT_EQ(Packed(back), Packed(settings));
+    EXPECT_EQ(back.options.command, Command::check);
+    EXPECT_TRUE(back.options.allGroups);
+    ASSERT_TRUE(back.document);
+    EXPECT_EQ(back.document->name, "badge");
+    EXPECT_EQ(back.document->height, 45);
+    EXPECT_EQ(back.document->head.high, 36.0);
+    EXPECT_EQ(back.document->head.low, std::nullopt);
+    EXPECT_EQ(back.document->eyes.low, 22.0);
+    EXPECT_EQ(back.document->above.low, 4.0);
+    EXPECT_EQ(back.document->headTop, HeadTop::hair);
+    EXPECT_EQ(back.document->background, BackgroundRule::white);
+}
+
+TEST(PhotoJobs, AFaceMarkedByHandHasAFingerprintOfItsOwn) {
+    EXPECT_EQ(FingerprintOfJob(7, {}), 7U);
+    std::set<std::uint64_t> fingerprints{7,
+                                         FingerprintOfJob(7, FaceBox{1, 2, 3, 4}),
+                                         FingerprintOfJob(8, FaceBox{1, 2, 3, 4}),
+                                         FingerprintOfJob(7, FaceBox{9, 2, 3, 4}),
+                                         FingerprintOfJob(7, FaceBox{1, 9, 3, 4}),
+                                         FingerprintOfJob(7, FaceBox{1, 2, 9, 4}),
+                                         FingerprintOfJob(7, FaceBox{1, 2, 3, 9})};
+    EXPECT_EQ(fingerprints.size(), 7U);
 }
 
 TEST(PhotoJobs, TheFingerprintKnowsEverythingThatAPortraitDependsOn) {
@@ -128,11 +177,53 @@ TEST(PhotoJobs, TheFingerprintKnowsEverythingThatAPortraitDependsOn) {
                                   {"--actions", "crop,colour"},
                                   {"--actions", "crop,background"},
                                   {"--tolerance", "41"},
+                                  {"--dpi", "301"},
+                                  {"--size", "35x45mm"}, // without the head's band
+                                  {"--head", "32-35mm"},
+                                  {"--document", "uk-passport"},
+                                  {"--fill", "edge"},
+                                  {"--fill", "#ffff00"},
                                   {"--rotate", "1"}}) {
         EXPECT_NE(SettingsFingerprint(Parsed(more), "classifier"), plain) << more[0] << more[1];
     }
     for (const Arguments& more : {Arguments{"--jobs", "2"}, {"--resume"}, {"--force"}, {"--report", "r.csv"}}) {
         EXPECT_EQ(SettingsFingerprint(Parsed(more), "classifier"), plain) << more[0];
+    }
+}
+
+TEST(PhotoJobs, OfDocumentsThatFrameAlikeEitherPortraitWillDo) {
+    const std::uint64_t fingerprint = SettingsFingerprint(Parsed({"--document", "schengen-visa"}), "c");
+    EXPECT_EQ(SettingsFingerprint(Parsed({"--document", "australia-passport"}), "c"), fingerprint);
+    EXPECT_NE(SettingsFingerprint(Parsed({"--document", "japan-passport"}), "c"), fingerprint);
+    EXPECT_NE(SettingsFingerprint(Parsed({"--document", "germany-passport"}), "c"), fingerprint);
+}
+
+TEST(PhotoJobs, AFrameComesBackFromItsBytes) {
+    for (const Arguments& more : {Arguments{"--document", "us-passport", "--fill", "#102030"},
+                                  {"--document", "japan-passport", "--dpi", "600"},
+                                  {"--size", "35x45mm", "--crop-ratio", "0.8"},
+                                  {"--document", "india-visa"}}) {
+        WorkSettings settings;
+        settings.options = Parsed(more);
+        WorkSettings back;
+        ASSERT_TRUE(Unpack(Packed(settings), &back));
+        ASSERT_TRUE(back.options.frame.has_value());
+        EXPECT_EQ(Packed(back), Packed(settings));
+        const FrameWish& wish = *settings.options.frame;
+        const FrameWish& same = *back.options.frame;
+        EXPECT_EQ(same.name, wish.name);
+        EXPECT_EQ(same.width, wish.width);
+        EXPECT_EQ(same.height, wish.height);
+        EXPECT_EQ(same.resolution, wish.resolution);
+        for (const auto band : {&FrameWish::head, &FrameWish::eyes, &FrameWish::above}) {
+            EXPECT_EQ((same.*band).low, (wish.*band).low);
+            EXPECT_EQ((same.*band).high, (wish.*band).high);
+        }
+        EXPECT_EQ(same.headTop, wish.headTop);
+        EXPECT_EQ(same.cropRatio, wish.cropRatio);
+        EXPECT_EQ(same.isStrict, wish.isStrict);
+        EXPECT_EQ(same.fill.kind, wish.fill.kind);
+        EXPECT_EQ(same.fill.green, wish.fill.green);
     }
 }
 
@@ -154,9 +245,9 @@ TEST(PhotoJobs, ANoteTellsSizeAndFaceAgain) {
 
 TEST(ReportRows, TellTheSameInBothKinds) {
     EXPECT_EQ(ReportRow("r.csv", 7, FullReport()),
-              "7,\"in/a\n.png\",out/a.png,portrait,0,640,480,-1,2,3,4,1.250,,,,,0.000,,odd\r\n");
+              "7,\"in/a\n.png\",out/a.png,portrait,0,640,480,-1,2,3,4,1.250,,,,,0.000,,odd,uk-passport\r\n");
     const std::string header = ReportHeader("r.csv");
-    EXPECT_EQ(std::count(header.begin(), header.end(), ','), 18);
+    EXPECT_EQ(std::count(header.begin(), header.end(), ','), 19);
     const std::string line = ReportRow("r.jsonl", 7, FullReport());
     const JsonValue row = JsonReader::Read(line.substr(0, line.size() - 1));
     EXPECT_EQ(row["number"].text, "7");
@@ -164,6 +255,7 @@ TEST(ReportRows, TellTheSameInBothKinds) {
     EXPECT_EQ(row["face"]["width"].text, "3");
     EXPECT_EQ(row["status"].text, "portrait");
     EXPECT_EQ(row["warning"].text, "odd");
+    EXPECT_EQ(row["document"].text, "uk-passport");
     EXPECT_EQ(row["milliseconds"].members.size(), 2U);
 }
 

@@ -133,6 +133,18 @@ struct PngShape {
     PngKind kind;
 };
 
+/// A zlib stream of at most 65535 bytes, without compression.
+inline std::string Stored(const std::string& bytes) {
+    std::uint32_t a = 1;
+    std::uint32_t b = 0;
+    for (const char c : bytes) {
+        a = (a + static_cast<unsigned char>(c)) % 65521;
+        b = (b + a) % 65521;
+    }
+    const auto length = static_cast<std::uint32_t>(bytes.size());
+    return "\x78\x01\x01" + Low16(length) + Low16(~length & 0xFFFF) + bytes + High32(b << 16 | a);
+}
+
 /// A PNG file of the rows in `samples`, top row first, stored without compression. `palette` holds
 /// red, green and blue of each entry. The header may lie about what follows.
 inline std::string PngFile(PngShape shape, const std::string& samples, const std::string& palette = "") {
@@ -141,18 +153,10 @@ inline std::string PngFile(PngShape shape, const std::string& samples, const std
     for (std::uint32_t y = 0; y < shape.height && rowBytes > 0; ++y) {
         rows += '\0' + samples.substr(y * rowBytes, rowBytes);
     }
-    std::uint32_t a = 1;
-    std::uint32_t b = 0;
-    for (const char c : rows) {
-        a = (a + static_cast<unsigned char>(c)) % 65521;
-        b = (b + a) % 65521;
-    }
-    const auto length = static_cast<std::uint32_t>(rows.size());
-    const std::string stored = "\x78\x01\x01" + Low16(length) + Low16(~length & 0xFFFF) + rows + High32(b << 16 | a);
     const std::string header = High32(shape.width) + High32(shape.height) + static_cast<char>(shape.bits) +
                                static_cast<char>(shape.kind) + std::string(3, '\0');
     return "\x89PNG\r\n\x1A\n" + PngChunk("IHDR", header) + (palette.empty() ? "" : PngChunk("PLTE", palette)) +
-           PngChunk("IDAT", stored) + PngChunk("IEND", "");
+           PngChunk("IDAT", Stored(rows)) + PngChunk("IEND", "");
 }
 
 /// A file in the format of `extension`, by the writer under test.

@@ -22,6 +22,8 @@ public:
         std::filesystem::create_hard_link(program, TempFolder::Native(file_), failed);
         if (failed) std::filesystem::copy_file(program, TempFolder::Native(file_));
         home_.Put("Orvane.dat", BrightSquareClassifier());
+        const auto table = std::filesystem::path(program).replace_filename("documents.toml");
+        std::filesystem::copy_file(table, TempFolder::Native(home_ / "documents.toml"));
     }
 
     const std::string& File() const { return file_; }

@@ -91,6 +91,20 @@ TEST(Report, NamesWithControlCharactersStayOnOneLine) {
     EXPECT_EQ(TextLine(good).find('\n'), std::string::npos);
 }
 
+TEST(Report, AValueOutOfItsBandIsTheLeastOfAllFailures) {
+    PhotoReport good, bad, faceless, failed;
+    bad.measures.emplace();
+    At(*bad.measures, MeasureKind::sharpness) = {1.0, {60.0, {}}, ""};
+    faceless.status = kNoFace;
+    failed.error = "x";
+    EXPECT_EQ(Worse(kExitGood, bad), kExitOutOfBand);
+    EXPECT_EQ(Worse(kExitOutOfBand, good), kExitOutOfBand);
+    EXPECT_EQ(Worse(kExitOutOfBand, faceless), kExitNoFace);
+    EXPECT_EQ(Worse(kExitNoFace, bad), kExitNoFace);
+    EXPECT_EQ(Worse(kExitError, bad), kExitError);
+    EXPECT_EQ(Worse(kExitOutOfBand, failed), kExitError);
+}
+
 TEST(Report, AnErrorWinsOverAMissingFaceWhichWinsOverSuccess) {
     EXPECT_EQ(Worse(kExitGood, GoodReport()), kExitGood);
     EXPECT_EQ(Worse(kExitGood, NoFaceReport()), kExitNoFace);

@@ -141,8 +141,8 @@ TEST_F(Tool, OneBadPhotoDoesNotStopTheOthersAndErrorsWinOverMissingFaces) {
     PutPhoto("empty.png", PhotoWithoutFace());
     PutPhoto("z.bmp", Photo());
     std::filesystem::create_directory(work_ / "out");
-    const ProcessResult result =
-        Run({"portrait", "a.png", "bad.png", "empty.png", "absent.jpg", "z.bmp", "-o", "out", "--json"});
+    const ProcessResult result = Run({"portrait", "a.png", "bad.png", "empty.png", "absent.jpg", "z.bmp", "-o", "out",
+                                      "--size", "480x860", "--json"});
     EXPECT_EQ(result.exitCode, 1);
     const std::vector<JsonValue> objects = Objects(result.out);
     ASSERT_EQ(objects.size(), 5U) << result.out;
@@ -321,7 +321,8 @@ TEST_F(Tool, APortraitIsWholeAlsoWithoutStandardStreams) {
 
 TEST_F(Tool, ACropThatFailsWritesNothing) {
     PutPhoto("a.png", Photo());
-    const ProcessResult result = Run({"portrait", "a.png", "-o", "b.png", "--crop-ratio", "0.001", "--json"});
+    const ProcessResult result =
+        Run({"portrait", "a.png", "-o", "b.png", "--size", "480x860", "--crop-ratio", "0.001", "--json"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_NE(result.err.find("a correction failed"), std::string::npos) << result.err;
     const JsonValue line = Objects(result.out).at(0);

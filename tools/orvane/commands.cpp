@@ -2,6 +2,7 @@
 
 #include "image/result_codes.h"
 #include "session/stage_clock.h"
+#include "tools/check/checks.h"
 #include "tools/orvane/host.h"
 #include "tools/orvane/output_names.h"
 #include "tools/orvane/steps.h"
@@ -20,13 +21,14 @@ bool IsOpen(const Host& host) {
     return false;
 }
 
-bool Decode(const std::string& photo, Picture* picture, PhotoReport* report) {
+bool Decode(const std::string& photo, Picture* picture, std::string* metadata, PhotoReport* report) {
     report->photo = photo;
+    PictureNotes notes;
     double milliseconds = 0;
     bool good = false;
     {
         const StageClock clock(milliseconds);
-        good = ReadPicture(photo, picture, &report->error);
+        good = ReadPicture(photo, picture, &notes, &report->error);
     }
     if (!good) {
         report->status = kNoPicture;
@@ -35,14 +37,24 @@ bool Decode(const std::string& photo, Picture* picture, PhotoReport* report) {
     report->milliseconds.decode = milliseconds;
     report->width = picture->width;
     report->height = picture->height;
+    report->warning = notes.warning;
+    *metadata = notes.metadata;
     return true;
 }
 
-void Encode(const std::string& path, Picture&& portrait, bool force, PhotoReport* report) {
+/// False, with an error, for a face that was marked by hand and does not lie in the picture.
+bool HasMarkedFace(const Options& options, const Picture& picture, PhotoReport* report) {
+    if (!options.face || LiesWithin(*options.face, picture.width, picture.height)) return true;
+    report->error = "the face " + FaceText(*options.face) + " does not lie in the photo, which has " +
+                    std::to_string(picture.width) + "x" + std::to_string(picture.height) + " pixels";
+    return false;
+}
+
+void Encode(const std::string& path, Picture&& portrait, const PortraitFile& file, bool force, PhotoReport* report) {
     double milliseconds = 0;
     {
         const StageClock clock(milliseconds);
-        if (WritePicture(path, std::move(portrait), force, &report->error)) {
+        if (WritePicture(path, std::move(portrait), file, force, &report->error)) {
             report->output = path;
         } else {
             report->error = "the output '" + path + "' " + report->error;
@@ -63,10 +75,30 @@ void EncodeSteps(Steps& steps, const Options& options, PhotoReport* report) {
 
 } // namespace
 
-PhotoReport FaceOf(Host& host, const std::string& photo) {
+PhotoReport FaceOf(Host& host, const std::string& photo, const Options& options) {
     PhotoReport report;
     Picture picture;
-    if (Decode(photo, &picture, &report)) host.Detect(picture, &report);
+    std::string ignored;
+    if (Decode(photo, &picture, &ignored, &report)) host.Detect(picture, &report);
+    if (!options.allGroups) report.groups.clear();
+    return report;
+}
+
+PhotoReport CheckOf(Host& host, const std::string& photo, const Options& options, const Document* document) {
+    PhotoReport report;
+    Picture picture;
+    std::string ignored;
+    if (!Decode(photo, &picture, &ignored, &report)) return report;
+    std::optional<int32> faces;
+    if (options.face) {
+        if (!HasMarkedFace(options, picture, &report)) return report;
+        report.status = kSuccess;
+        report.face = options.face;
+    } else {
+        host.Detect(picture, &report, &faces.emplace());
+        report.groups.clear();
+    }
+    if (report.face) report.measures = CheckFace(picture, *report.face, faces, document);
     return report;
 }
 
@@ -78,17 +110,19 @@ PhotoReport PortraitOf(Host& host, const std::string& photo, const PlannedOutput
     if (!output.error.empty()) return report;
     Picture portrait;
     Steps steps;
+    PortraitFile file{options, ""};
     {
         Picture picture;
-        if (!Decode(photo, &picture, &report)) return report;
+        if (!Decode(photo, &picture, &file.metadata, &report) || !HasMarkedFace(options, picture, &report))
+            return report;
         host.MakePortrait(picture, options, &portrait, &report, options.steps.empty() ? nullptr : &steps);
     }
     if (place != nullptr && !portrait.pixels.empty()) {
-        place->Put(std::move(portrait), &report);
+        place->Put(std::move(portrait), file, &report);
         return report;
     }
     if (portrait.pixels.empty()) return report;
-    Encode(output.path, std::move(portrait), options.force, &report);
+    Encode(output.path, std::move(portrait), file, options.force, &report);
     EncodeSteps(steps, options, &report);
     return report;
 }

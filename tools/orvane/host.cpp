@@ -8,6 +8,8 @@
 #include "primitives/processor.h"
 #include "session/session_state.h"
 #include "session/stage_clock.h"
+#include "tools/orvane/framed_portrait.h"
+#include "tools/orvane/group_listener.h"
 #include "tools/support/status_text.h"
 
 #include <memory>
@@ -43,8 +45,9 @@ FaceBox FoundFace() {
             session.m_anchorBottom - session.m_anchorTop};
 }
 
-int32 RunDetect(const Picture& photo, PhotoReport* report) {
+int32 RunDetect(const Picture& photo, PhotoReport* report, int32* faces) {
     const SessionEnd end;
+    const GroupListener listener;
     TakePhoto(photo);
     double milliseconds = 0;
     int32 status;
@@ -54,20 +57,41 @@ int32 RunDetect(const Picture& photo, PhotoReport* report) {
         status = g_dialog->DetectInSource(corners);
     }
     report->milliseconds.detect = milliseconds;
+    report->groups = listener.Groups();
+    if (faces != nullptr) *faces = listener.Faces();
     if (status == kSuccess) report->face = FoundFace();
     return status;
 }
 
-int32 RunPortrait(const Picture& photo, const Options& options, PhotoReport* report, const SlotObserver& observer) {
+/// What an operator does who wipes the detector's face and marks another by its corners, on a preview that shows the
+/// photo pixel by pixel.
+int32 MarkFace(const Picture& photo, const FaceBox& face) {
+    COrvQuickViewDlg& session = *g_dialog;
+    session.m_previewWidth = photo.width;
+    session.m_previewHeight = photo.height;
+    session.m_anchorLeft = session.m_markLeft = face.x;
+    session.m_anchorTop = session.m_markTop = face.y;
+    session.m_anchorRight = session.m_markRight = face.x + face.width;
+    session.m_anchorBottom = session.m_markBottom = face.y + face.height;
+    return session.DetectAndPlaceFace(false);
+}
+
+int32 RunPortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report,
+                  const SlotObserver& observer) {
     const SessionEnd end;
     COrvQuickViewDlg& session = *g_dialog;
     TakePhoto(photo);
     int32 status = session.BeginSession();
+    if (options.face && (status == kSuccess || status == kNoFace)) status = MarkFace(photo, *options.face);
     if (status == kSuccess) {
         report->face = FoundFace();
         session.m_rotation = options.rotation;
-        status = session.ProduceOutput(session.m_tolerance, true, observer);
-        report->milliseconds.crop = g_stageTimes.crop;
+        if (options.frame) {
+            status = MakeFramedPortrait(options, {photo.width, photo.height}, portrait, report, observer);
+        } else {
+            status = session.ProduceOutput(session.m_tolerance, true, observer);
+            report->milliseconds.crop = g_stageTimes.crop;
+        }
         report->milliseconds.output = g_stageTimes.output;
     }
     report->milliseconds.scale = g_stageTimes.scale;
@@ -125,8 +149,8 @@ LibraryInfo Host::Info() const {
     return info;
 }
 
-void Host::Detect(const Picture& photo, PhotoReport* report) {
-    Note(report, [&] { return RunDetect(photo, report); });
+void Host::Detect(const Picture& photo, PhotoReport* report, int32* faces) {
+    Note(report, [&] { return RunDetect(photo, report, faces); });
 }
 
 void Host::MakePortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report,
@@ -141,8 +165,9 @@ void Host::MakePortrait(const Picture& photo, const Options& options, Picture* p
     orv_EnableAction(ORV_ROTATE, options.actions.rotation);
     g_dialog->m_tolerance = options.tolerance;
     Note(report, [&]() -> int32 {
-        if (const int32 status = RunPortrait(photo, options, report, steps != nullptr ? AddTo(steps) : SlotObserver()))
-            return status;
+        const SlotObserver observer = steps != nullptr ? AddTo(steps) : SlotObserver();
+        if (const int32 status = RunPortrait(photo, options, portrait, report, observer)) return status;
+        if (options.frame) return kSuccess;
         const int32 status = FetchOutput(portrait);
         if (status != kSuccess || (options.actions.crop && !HasAskedSize(portrait->width, portrait->height, options))) {
             *portrait = Picture();

@@ -42,12 +42,14 @@ public:
 
     LibraryInfo Info() const;
 
-    /// Looks for the face and notes status, face and times in `report`.
-    void Detect(const Picture& photo, PhotoReport* report);
+    /// Looks for the face and notes status, face, groups of hits and times in `report`.
+    /// @param faces where it is not null, how many faces were found
+    void Detect(const Picture& photo, PhotoReport* report, int32* faces = nullptr);
 
     /// Makes the portrait into `*portrait` and notes status, face and times in `report`; without a
     /// face, or after a failure, `*portrait` is empty. `steps`, unless it is null, receives what each
-    /// action made, as far as they came.
+    /// action made, as far as they came. A face that `options` has marked by hand, which lies in the photo, counts in
+    /// place of the detector's.
     void MakePortrait(const Picture& photo, const Options& options, Picture* portrait, PhotoReport* report,
                       Steps* steps = nullptr);
 

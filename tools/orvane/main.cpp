@@ -1,8 +1,10 @@
 // orvane: portraits from the command line.
 #include "tools/orvane/commands.h"
+#include "tools/orvane/document_list.h"
 #include "tools/orvane/help_text.h"
 #include "tools/orvane/photo_run.h"
 #include "tools/orvane/photo_worker.h"
+#include "tools/orvane/print_command.h"
 #include "tools/orvane/report_join.h"
 #include "tools/orvane/watch_run.h"
 #include "tools/support/kept_memory.h"
@@ -30,12 +32,17 @@ ExitCode Run(const std::vector<std::string>& arguments) {
     case Command::info:
         return RunInfo(options);
     case Command::detect:
+    case Command::check:
     case Command::portrait:
         return RunOverPhotos(options);
     case Command::watch:
         return RunWatch(options);
     case Command::joinReports:
         return RunJoin(options);
+    case Command::documents:
+        return RunDocuments(options);
+    case Command::print:
+        return RunPrint(options.print);
     case Command::worker:
         return RunWorker();
     }

@@ -2,6 +2,7 @@
 
 #include "tools/batch/output_pattern.h"
 #include "tools/orvane/report_file.h"
+#include "tools/support/file_options.h"
 
 #include <optional>
 
@@ -106,28 +107,62 @@ constexpr unsigned kDetect = 2;
 constexpr unsigned kJoin = 4;
 constexpr unsigned kInfo = 8;
 constexpr unsigned kWatch = 16;
+constexpr unsigned kDocuments = 32;
+constexpr unsigned kCheck = 64;
+constexpr unsigned kLooking = kDetect | kCheck;
 
 /// A setting that other programs know too.
 template <bool set(const std::string& text, PortraitSettings* settings, std::string* error)>
 bool Shared(const std::string& text, Options* options, std::string* error) {
     return set(text, options, error);
 }
+template <bool set(const std::string& text, FaceSettings* settings, std::string* error)>
+bool OfFace(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, error);
+}
+
+/// One that bears on the frame as well, or on it alone.
+template <bool set(const std::string& text, PortraitSettings* settings, FrameOptions* frame, std::string* error)>
+bool Framed(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, options, error);
+}
+template <bool set(const std::string& text, FrameOptions* frame, std::string* error)>
+bool OfFrame(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, error);
+}
+
+/// The same for settings of the file.
+template <bool set(const std::string& text, FileSettings* settings, std::string* error)>
+bool OfFile(const std::string& text, Options* options, std::string* error) {
+    return set(text, options, error);
+}
 
 constexpr ValueOption kValueOptions[] = {{"-o", SetOutput, kPortrait | kJoin | kWatch},
                                          {"--output", SetOutput, kPortrait | kJoin | kWatch},
                                          {"--output-name", SetOutputName, kPortrait | kWatch},
-                                         {"--size", Shared<SetSize>, kPortrait | kWatch},
-                                         {"--crop-ratio", Shared<SetCropRatio>, kPortrait | kWatch},
+                                         {"--size", Framed<SetPortraitSize>, kPortrait | kWatch},
+                                         {"--crop-ratio", Framed<SetRatio>, kPortrait | kWatch},
+                                         {"--document", OfFrame<SetDocument>, kPortrait | kWatch | kCheck},
+                                         {"--head", OfFrame<SetHead>, kPortrait | kWatch},
+                                         {"--fill", OfFrame<SetFill>, kPortrait | kWatch},
                                          {"--actions", Shared<SetActions>, kPortrait | kWatch},
                                          {"--tolerance", SetTolerance, kPortrait | kWatch},
                                          {"--rotate", SetRotation, kPortrait | kWatch},
                                          {"--steps", SetSteps, kPortrait},
-                                         {"--files-from", SetFilesFrom, kPortrait | kDetect},
-                                         {"--report", SetReport, kPortrait | kDetect | kWatch},
-                                         {"--shard", SetShard, kPortrait | kDetect | kWatch},
-                                         {"--jobs", SetJobs, kPortrait | kDetect | kWatch},
-                                         {"--timeout", SetTimeout, kPortrait | kDetect | kWatch},
-                                         {"--memory", SetMemory, kPortrait | kDetect | kWatch}};
+                                         {"--quality", OfFile<SetQuality>, kPortrait | kWatch},
+                                         {"--chroma", OfFile<SetChroma>, kPortrait | kWatch},
+                                         {"--dpi", OfFile<SetDpi>, kPortrait | kWatch},
+                                         {"--max-kb", OfFile<SetMostKilobytes>, kPortrait | kWatch},
+                                         {"--min-kb", OfFile<SetLeastKilobytes>, kPortrait | kWatch},
+                                         {"--face", OfFace<SetFace>, kPortrait | kCheck},
+                                         {"--corrections", OfFace<SetCorrections>, kPortrait | kCheck},
+                                         {"--sheet", OfFace<SetSheet>, kPortrait},
+                                         {"--files-from", SetFilesFrom, kPortrait | kLooking},
+                                         {"--report", SetReport, kPortrait | kLooking | kWatch},
+                                         {"--shard", SetShard, kPortrait | kLooking | kWatch},
+                                         {"--jobs", SetJobs, kPortrait | kLooking | kWatch},
+                                         {"--timeout", SetTimeout, kPortrait | kLooking | kWatch},
+                                         {"--memory", SetMemory, kPortrait | kLooking | kWatch}};
 
 struct FlagOption {
     const char* name;
@@ -136,11 +171,14 @@ struct FlagOption {
 };
 
 constexpr FlagOption kFlagOptions[] = {
-    {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
-    {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kDetect},
-    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kDetect | kInfo | kWatch},
-    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kDetect | kWatch},
-    {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kJoin | kWatch},
+    {"-r", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kLooking},
+    {"--recursive", [](Options& o) -> bool& { return o.recursive; }, kPortrait | kLooking},
+    {"--json", [](Options& o) -> bool& { return o.json; }, kPortrait | kLooking | kInfo | kWatch | kDocuments},
+    {"--quiet", [](Options& o) -> bool& { return o.quiet; }, kPortrait | kLooking | kWatch},
+    {"--all", [](Options& o) -> bool& { return o.allGroups; }, kDetect},
+    {"--force", [](Options& o) -> bool& { return o.force; }, kPortrait | kLooking | kJoin | kWatch},
+    {"--allow-edits", [](Options& o) -> bool& { return o.allowEdits; }, kPortrait | kWatch},
+    {"--keep-metadata", [](Options& o) -> bool& { return o.keepMetadata; }, kPortrait | kWatch},
     {"--resume", [](Options& o) -> bool& { return o.resume; }, kPortrait}};
 
 unsigned BitOf(Command command) {
@@ -149,10 +187,14 @@ unsigned BitOf(Command command) {
         return kPortrait;
     case Command::detect:
         return kDetect;
+    case Command::check:
+        return kCheck;
     case Command::joinReports:
         return kJoin;
     case Command::watch:
         return kWatch;
+    case Command::documents:
+        return kDocuments;
     default:
         return kInfo;
     }
@@ -227,18 +269,33 @@ bool FindCommand(const std::string& name, Command* command) {
         *command = Command::info;
     } else if (name == "detect") {
         *command = Command::detect;
+    } else if (name == "check") {
+        *command = Command::check;
     } else if (name == "portrait") {
         *command = Command::portrait;
     } else if (name == "watch") {
         *command = Command::watch;
+    } else if (name == "documents") {
+        *command = Command::documents;
     } else if (name == "report") {
         *command = Command::joinReports;
+    } else if (name == "print") {
+        *command = Command::print;
     } else if (name == kWorkerCommand) {
         *command = Command::worker;
     } else {
         return false;
     }
     return true;
+}
+
+/// The names of the outputs are those of the pattern, where there is one.
+const std::string& NameOfFiles(const Options& options) {
+    return options.outputName.empty() ? options.output : options.outputName;
+}
+
+bool CheckFile(const Options& options, std::string* error) {
+    return CheckFileSettings(options, NameOfFiles(options), error);
 }
 
 /// What no single option tells.
@@ -249,8 +306,10 @@ bool CheckRun(const std::string& command, const Options& options, std::string* e
         *error = "'portrait' wants -o and a file or a folder";
     } else if (options.resume && !options.steps.empty()) {
         *error = "--resume does not know of the pictures of --steps; give one of them";
+    } else if (options.face && !options.corrections.empty()) {
+        *error = "--face is for one photo and --corrections for many; give one of them";
     } else {
-        return true;
+        return options.command != Command::portrait || CheckFile(options, error);
     }
     return false;
 }
@@ -263,7 +322,7 @@ bool CheckWatch(const Options& options, std::string* error) {
     } else if (options.outputName.find("{number}") != std::string::npos) {
         *error = "--output-name: photographs that arrive have no {number}";
     } else {
-        return true;
+        return CheckFile(options, error);
     }
     return false;
 }
@@ -294,6 +353,11 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
     }
     if (options->command == Command::help || options->command == Command::version) return true;
     if (options->command == Command::worker) return true;
+    if (options->command == Command::print) {
+        if (!ParsePrintOptions({arguments.begin() + 1, arguments.end()}, &options->print, error)) return false;
+        if (options->print.help) options->command = Command::help;
+        return true;
+    }
     if (options->command == Command::joinReports && (arguments.size() < 2 || arguments[1] != "join")) {
         if (arguments.size() == 2 && (arguments[1] == "--help" || arguments[1] == "-h")) {
             options->command = Command::help;
@@ -309,6 +373,14 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options* options, s
         *error = "'info' takes no photo";
         return false;
     }
+    if (options->command == Command::documents) {
+        if (options->photos.size() < 2) return true;
+        *error = "'documents' takes one table, or none";
+        return false;
+    }
+    const bool makesPortraits = options->command == Command::portrait || options->command == Command::watch;
+    if (makesPortraits && !FinishFrame(*options, options->dpi, options, error)) return false;
+    if (makesPortraits) SetFileOfFrame(*options, NameOfFiles(*options), options);
     if (options->command == Command::watch) return CheckWatch(*options, error);
     return options->command == Command::joinReports ? CheckJoin(*options, error)
                                                     : CheckRun(arguments[0], *options, error);

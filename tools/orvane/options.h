@@ -2,6 +2,10 @@
 #pragma once
 
 #include "tools/batch/shard.h"
+#include "tools/orvane/face_options.h"
+#include "tools/orvane/frame_options.h"
+#include "tools/orvane/print_options.h"
+#include "tools/support/file_settings.h"
 #include "tools/support/portrait_options.h"
 
 #include <cstdint>
@@ -11,7 +15,7 @@
 
 namespace orvane::tools {
 
-enum class Command { help, version, info, detect, portrait, watch, joinReports, worker };
+enum class Command { help, version, info, detect, check, portrait, watch, joinReports, documents, print, worker };
 
 /// How a run over many photographs is to go.
 struct RunSettings {
@@ -32,7 +36,7 @@ inline constexpr std::uint64_t kMegabyte = 1U << 20;
 inline constexpr std::uint64_t kLeastMemory = 64 * kMegabyte;
 inline constexpr std::uint64_t kPlainMemory = 2048 * kMegabyte;
 
-struct Options : PortraitSettings, RunSettings {
+struct Options : PortraitSettings, RunSettings, FileSettings, FrameOptions, FaceSettings {
     Command command = Command::help;
     std::vector<std::string>
         photos; ///< Paths as bytes, in the order given: files and folders; a folder to watch; or reports to join.
@@ -44,6 +48,7 @@ struct Options : PortraitSettings, RunSettings {
     bool json = false;
     bool force = false;
     bool resume = false;
+    PrintOptions print; ///< All that `print` is told.
 };
 
 /// What the program starts itself with again, for the photos of a run.

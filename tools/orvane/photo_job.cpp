@@ -1,6 +1,6 @@
 #include "tools/orvane/photo_job.h"
 
-#include "tools/batch/packing.h"
+#include "tools/orvane/packed_findings.h"
 #include "tools/support/fingerprint.h"
 
 #include <bit>
@@ -15,9 +15,34 @@ void PackPortrait(const Options& options, Packer* packer) {
     packer->Flag(options.actions.crop).Flag(options.actions.background);
     packer->Flag(options.actions.colour).Flag(options.actions.rotation);
     packer->Integer(options.tolerance).Integer(options.rotation);
+    PackFrame(options.frame, packer);
+}
+
+void PackFile(const FileSettings& file, Packer* packer) {
+    packer->Integer(file.quality.value_or(0)).Flag(file.chroma.has_value());
+    packer->Integer(static_cast<std::int64_t>(file.chroma.value_or(Chroma::quarter))).Integer(file.dpi.value_or(0));
+    for (const std::optional<std::uint64_t>& bytes : {file.leastBytes, file.mostBytes}) {
+        packer->Flag(bytes.has_value()).Integer(static_cast<std::int64_t>(bytes.value_or(0)));
+    }
+    packer->Flag(file.keepMetadata);
 }
 
 int32 Small(Unpacker* unpacker) { return static_cast<int32>(unpacker->Integer()); }
+
+void UnpackFile(Unpacker* unpacker, FileSettings* file) {
+    *file = FileSettings();
+    if (const int32 quality = Small(unpacker); quality != 0) file->quality = quality;
+    const bool hasChroma = unpacker->Flag();
+    const auto chroma = static_cast<Chroma>(Small(unpacker));
+    if (hasChroma) file->chroma = chroma;
+    if (const int32 dpi = Small(unpacker); dpi != 0) file->dpi = dpi;
+    for (std::optional<std::uint64_t>* bytes : {&file->leastBytes, &file->mostBytes}) {
+        const bool has = unpacker->Flag();
+        const auto value = static_cast<std::uint64_t>(unpacker->Integer());
+        if (has) *bytes = value;
+    }
+    file->keepMetadata = unpacker->Flag();
+}
 
 void PackEntry(const JournalEntry& entry, Packer* packer) {
     for (const std::uint64_t value : {entry.photo, entry.settings, entry.portrait}) {
@@ -32,18 +57,23 @@ std::uint64_t Fingerprint(Unpacker* unpacker) { return std::bit_cast<std::uint64
 
 std::string Packed(const WorkSettings& settings) {
     Packer packer;
-    packer.Flag(settings.options.command == Command::portrait);
+    packer.Integer(static_cast<std::int64_t>(settings.options.command)).Flag(settings.options.allGroups);
     PackPortrait(settings.options, &packer);
+    packer.Text(settings.options.frame ? settings.options.frame->name : "");
+    PackFile(settings.options, &packer);
     packer.Text(settings.options.steps).Flag(settings.options.force).Flag(settings.options.resume);
     packer.Integer(static_cast<std::int64_t>(settings.memory)).Flag(settings.journal);
     packer.Integer(std::bit_cast<std::int64_t>(settings.fingerprint));
+    packer.Flag(settings.document.has_value());
+    PackDocument(settings.document.value_or(Document()), &packer);
     return packer.Bytes();
 }
 
 bool Unpack(const std::string& bytes, WorkSettings* settings) {
     Unpacker unpacker(bytes);
     Options& options = settings->options;
-    options.command = unpacker.Flag() ? Command::portrait : Command::detect;
+    options.command = static_cast<Command>(unpacker.Integer());
+    options.allGroups = unpacker.Flag();
     options.width = Small(&unpacker);
     options.height = Small(&unpacker);
     options.cropRatio = std::bit_cast<float>(Small(&unpacker));
@@ -53,12 +83,19 @@ bool Unpack(const std::string& bytes, WorkSettings* settings) {
     }
     options.tolerance = Small(&unpacker);
     options.rotation = Small(&unpacker);
+    UnpackFrame(&unpacker, &options.frame);
+    const std::string document = unpacker.Text();
+    if (options.frame) options.frame->name = document;
+    UnpackFile(&unpacker, &options);
     options.steps = unpacker.Text();
     options.force = unpacker.Flag();
     options.resume = unpacker.Flag();
     settings->memory = static_cast<std::uint64_t>(unpacker.Integer());
     settings->journal = unpacker.Flag();
     settings->fingerprint = Fingerprint(&unpacker);
+    const bool hasDocument = unpacker.Flag();
+    const Document checked = UnpackDocument(&unpacker);
+    if (hasDocument) settings->document = checked;
     return unpacker.IsGood();
 }
 
@@ -67,6 +104,7 @@ std::string Packed(const PhotoJob& job) {
     packer.Text(job.photo).Text(job.folder).Text(job.name).Text(job.output);
     packer.Integer(static_cast<std::int64_t>(job.known.size()));
     for (const JournalEntry& entry : job.known) PackEntry(entry, &packer);
+    PackFace(job.face, &packer);
     return packer.Bytes();
 }
 
@@ -86,6 +124,7 @@ bool Unpack(const std::string& bytes, PhotoJob* job) {
         entry.output = unpacker.Text();
         job->known.push_back(entry);
     }
+    job->face = UnpackFace(&unpacker);
     return unpacker.IsGood();
 }
 
@@ -93,14 +132,14 @@ std::string Packed(const PhotoReport& report) {
     Packer packer;
     packer.Text(report.photo).Integer(report.width).Integer(report.height);
     packer.Flag(report.status.has_value()).Integer(report.status.value_or(0));
-    const FaceBox face = report.face.value_or(FaceBox());
-    packer.Flag(report.face.has_value());
-    packer.Integer(face.x).Integer(face.y).Integer(face.width).Integer(face.height);
+    PackFace(report.face, &packer);
     packer.Text(report.output);
     for (const Stage& stage : kStages) {
         const std::optional<double>& value = report.milliseconds.*stage.value;
         packer.Flag(value.has_value()).Real(value.value_or(0));
     }
+    packer.Text(report.document);
+    PackFindings(report, &packer);
     return packer.Text(report.error).Text(report.warning).Flag(report.kept).Flag(report.passing).Bytes();
 }
 
@@ -113,16 +152,15 @@ bool Unpack(const std::string& bytes, PhotoReport* report) {
     const bool hasStatus = unpacker.Flag();
     const int32 status = Small(&unpacker);
     if (hasStatus) report->status = status;
-    const bool hasFace = unpacker.Flag();
-    FaceBox face;
-    for (int32* value : {&face.x, &face.y, &face.width, &face.height}) *value = Small(&unpacker);
-    if (hasFace) report->face = face;
+    report->face = UnpackFace(&unpacker);
     report->output = unpacker.Text();
     for (const Stage& stage : kStages) {
         const bool ran = unpacker.Flag();
         const double value = unpacker.Real();
         if (ran) report->milliseconds.*stage.value = value;
     }
+    report->document = unpacker.Text();
+    if (!UnpackFindings(&unpacker, report)) return false;
     report->error = unpacker.Text();
     report->warning = unpacker.Text();
     report->kept = unpacker.Flag();
@@ -130,9 +168,18 @@ bool Unpack(const std::string& bytes, PhotoReport* report) {
     return unpacker.IsGood();
 }
 
+std::uint64_t FingerprintOfJob(std::uint64_t run, const std::optional<FaceBox>& face) {
+    if (!face) return run;
+    Packer packer;
+    packer.Integer(std::bit_cast<std::int64_t>(run));
+    PackFace(face, &packer);
+    return ContentFingerprint(packer.Bytes());
+}
+
 std::uint64_t SettingsFingerprint(const Options& options, const std::string& classifier) {
     Packer packer;
     PackPortrait(options, &packer);
+    PackFile(options, &packer);
     packer.Text(ORVANE_VERSION).Integer(std::bit_cast<std::int64_t>(ContentFingerprint(classifier)));
     return ContentFingerprint(packer.Bytes());
 }

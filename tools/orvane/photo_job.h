@@ -2,10 +2,12 @@
 #pragma once
 
 #include "tools/batch/journal.h"
+#include "tools/documents/document.h"
 #include "tools/orvane/options.h"
 #include "tools/orvane/report.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,7 +18,8 @@ struct WorkSettings {
     Options options;               ///< Of these what a portrait depends on, `command`, `steps`, `force` and `resume`.
     std::uint64_t memory = 0;      ///< Bytes that the worker may take; 0 for no limit.
     bool journal = false;          ///< Whether finished portraits are written down.
-    std::uint64_t fingerprint = 0; ///< Of all that a portrait depends on but its photo.
+    std::uint64_t fingerprint = 0; ///< Of all that a portrait depends on but its photo and a face marked by hand.
+    std::optional<Document> document{}; ///< What pictures are checked against.
 };
 
 struct PhotoJob {
@@ -25,6 +28,7 @@ struct PhotoJob {
     std::string name;                ///< Of the output, below the folder.
     std::string output;              ///< Its path; empty for a detection.
     std::vector<JournalEntry> known; ///< What the journal has of the output.
+    std::optional<FaceBox> face{};   ///< Marked by hand.
 };
 
 std::string Packed(const WorkSettings& settings);
@@ -33,6 +37,9 @@ std::string Packed(const PhotoJob& job);
 bool Unpack(const std::string& bytes, PhotoJob* job);
 std::string Packed(const PhotoReport& report);
 bool Unpack(const std::string& bytes, PhotoReport* report);
+
+/// The run's fingerprint, and with it a face that was marked by hand.
+std::uint64_t FingerprintOfJob(std::uint64_t run, const std::optional<FaceBox>& face);
 
 /// The fingerprint of all that a portrait depends on but its photo: options, version and classifier.
 std::uint64_t SettingsFingerprint(const Options& options, const std::string& classifier);

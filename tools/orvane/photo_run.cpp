@@ -4,12 +4,14 @@
 #include "tools/batch/journal.h"
 #include "tools/batch/progress.h"
 #include "tools/batch/worker_pool.h"
+#include "tools/documents/documents.h"
 #include "tools/orvane/commands.h"
 #include "tools/orvane/photo_job.h"
 #include "tools/orvane/photo_pool.h"
 #include "tools/orvane/photo_selection.h"
 #include "tools/orvane/photo_worker.h"
 #include "tools/orvane/report_file.h"
+#include "tools/orvane/run_sheet.h"
 #include "tools/support/interrupt.h"
 #include "tools/support/status_text.h"
 #include "tools/support/utf8.h"
@@ -30,9 +32,9 @@ constexpr int kMostFailedStarts = 3;
 class PhotoRun : public PoolClient {
 public:
     PhotoRun(const Options& options, const PhotoSelection& selection, const WorkSettings& settings, Journal& journal,
-             ReportFile& report)
+             ReportFile& report, RunSheet& sheet)
         : options_(options), selection_(selection), settings_(settings), journal_(journal), report_(report),
-          progress_(!options.quiet && selection.photos.size() > 1) {
+          sheet_(sheet), progress_(!options.quiet && selection.photos.size() > 1) {
         counts_.total = selection.photos.size();
         // What can't be done is told before anything is.
         for (const SelectedPhoto& photo : selection.photos) {
@@ -102,6 +104,10 @@ public:
             if (open > 0) PrintError("interrupted; " + std::to_string(open) + " photos are not done");
             return kExitInterrupted;
         }
+        if (std::string error; !sheet_.Write(&error)) {
+            PrintError(error);
+            return kExitError;
+        }
         return open > 0 ? kExitError : code_;
     }
 
@@ -118,7 +124,8 @@ private:
                 continue;
             }
             *job = {
-                photo.path, photo.output.name.empty() ? "" : options_.output, photo.output.name, photo.output.path, {}};
+                photo.path, photo.output.name.empty() ? "" : options_.output, photo.output.name, photo.output.path, {},
+                photo.face};
             if (settings_.journal) job->known = journal_.Find(photo.output.name);
             return true;
         }
@@ -165,11 +172,14 @@ private:
                 PrintError(line);
             }
         }
-        const std::string line = options_.json ? JsonLine(report) : options_.quiet ? "" : TextLine(report);
+        const std::string line = options_.json    ? JsonLine(report)
+                                 : options_.quiet ? OutOfBandText(report)
+                                                  : TextLine(report);
         if (!line.empty()) {
             progress_.Hide();
             if (!Print(line + "\n")) code_ = kExitError;
         }
+        sheet_.Add(report);
         std::string error;
         if (!report_.Add(photo.number, report, &error)) {
             progress_.Hide();
@@ -183,6 +193,7 @@ private:
     const WorkSettings& settings_;
     Journal& journal_;
     ReportFile& report_;
+    RunSheet& sheet_;
     ProgressLine progress_;
     RunCounts counts_;
     std::size_t next_ = 0;                                      ///< The next photo to be given out.
@@ -207,7 +218,10 @@ bool OpenFiles(const Options& options, const PhotoSelection& selection, WorkSett
         }
         if (!remark.empty()) PrintError(remark);
     }
-    if (options.report.empty() || report->Open(options.report, options.force || options.resume, &error)) return true;
+    const ReportKind kind = options.command == Command::check ? ReportKind::checks : ReportKind::plain;
+    if (options.report.empty() || report->Open(options.report, options.force || options.resume, &error, kind)) {
+        return true;
+    }
     PrintError(error);
     return false;
 }
@@ -217,19 +231,30 @@ bool OpenFiles(const Options& options, const PhotoSelection& selection, WorkSett
 ExitCode RunOverPhotos(const Options& options) {
     PhotoSelection selection;
     std::string error;
-    if (!SelectPhotos(options, &selection, &error)) {
+    WorkSettings settings;
+    const bool checksDocument = options.command == Command::check && !options.document.empty();
+    if (checksDocument && !FindDocument(options.document, &settings.document.emplace(), &error)) {
         PrintError(error);
         return kExitError;
     }
+    const bool isSelected = SelectPhotos(options, &selection, &error);
     for (const std::string& remark : selection.remarks) PrintError(remark);
-    WorkSettings settings;
+    if (!isSelected) {
+        PrintError(error);
+        return kExitError;
+    }
     settings.options = options;
     Journal journal;
     ReportFile report;
+    RunSheet sheet;
+    if (!sheet.Open(options, selection, &error)) {
+        PrintError(error);
+        return kExitError;
+    }
     if (!OpenFiles(options, selection, &settings, &journal, &report)) return kExitError;
 
     CatchInterrupts();
-    PhotoRun run(options, selection, settings, journal, report);
+    PhotoRun run(options, selection, settings, journal, report, sheet);
     const bool asksForWorkers = options.jobs || options.timeout || options.memory;
     if (selection.photos.size() == 1 && !asksForWorkers) {
         settings.memory = 0;

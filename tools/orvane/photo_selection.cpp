@@ -2,6 +2,7 @@
 
 #include "tools/batch/output_pattern.h"
 #include "tools/batch/photo_list.h"
+#include "tools/orvane/corrections.h"
 #include "tools/orvane/steps.h"
 #include "tools/support/file_identity.h"
 #include "tools/support/input_stream.h"
@@ -42,6 +43,40 @@ bool Plan(const Options& options, const std::vector<ListedPhoto>& listed, std::v
             PlanSteps(paths, options.steps, StepNames(options.actions), options.force, outputs, error));
 }
 
+/// The faces that were marked by hand, one for each photo that has one.
+bool MarkFaces(const Options& options, const std::vector<ListedPhoto>& listed,
+               std::vector<std::optional<FaceBox>>* faces, PhotoSelection* selection, std::string* error) {
+    faces->assign(listed.size(), options.face);
+    if (options.face && listed.size() > 1) {
+        *error = "--face is for one photo; --corrections takes a face for each of many";
+        return false;
+    }
+    if (options.corrections.empty()) return true;
+    std::string content;
+    const std::string file = "the corrections '" + options.corrections + "' ";
+    if (!ReadWholeFile(options.corrections, &content, error)) {
+        *error = file + *error;
+        return false;
+    }
+    std::vector<std::string> paths;
+    paths.reserve(listed.size());
+    for (const ListedPhoto& photo : listed) paths.push_back(photo.path);
+    std::vector<Correction> corrections;
+    std::vector<std::string> errors;
+    std::vector<std::string> strangers;
+    ReadCorrections(content, &corrections, &errors);
+    *faces = Correct(paths, corrections, &strangers, &errors);
+    const auto tell = [&](const std::string& line) { selection->remarks.push_back(OneLine(file + line)); };
+    for (const std::string& line : errors) tell(line);
+    if (!errors.empty()) {
+        *error = file + "can't be used; nothing was done";
+        return false;
+    }
+    for (const std::string& line : strangers) tell(line);
+    selection->isIncomplete = selection->isIncomplete || !strangers.empty();
+    return true;
+}
+
 bool HasFile(const std::vector<ListedPhoto>& photos, const std::string& path) {
     const std::optional<FileIdentity> file = IdentifyFile(path);
     return file && std::any_of(photos.begin(), photos.end(),
@@ -69,6 +104,7 @@ bool SelectPhotos(const Options& options, PhotoSelection* selection, std::string
     }
     if (listed.empty()) {
         *error = remarks.empty() ? "no photos were found" : selection->remarks[0];
+        selection->remarks.clear();
         return false;
     }
     const bool many = !options.filesFrom.empty() || std::any_of(options.photos.begin(), options.photos.end(), IsFolder);
@@ -87,11 +123,13 @@ bool SelectPhotos(const Options& options, PhotoSelection* selection, std::string
         return false;
     }
 
+    std::vector<std::optional<FaceBox>> faces;
+    if (!MarkFaces(options, listed, &faces, selection, error)) return false;
     std::vector<PlannedOutput> outputs(listed.size());
     if (portraits && !Plan(options, listed, &outputs, error)) return false;
     for (std::size_t i = 0; i < listed.size(); ++i) {
         if (!options.shard.Has(listed[i].name)) continue;
-        selection->photos.push_back({std::move(listed[i].path), i + 1, std::move(outputs[i])});
+        selection->photos.push_back({std::move(listed[i].path), i + 1, std::move(outputs[i]), faces[i]});
     }
     return true;
 }

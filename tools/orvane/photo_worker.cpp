@@ -44,7 +44,7 @@ Place LookAtPlace(const WorkSettings& settings, const PhotoJob& job, std::uint64
     for (const JournalEntry& entry : job.known) {
         if (entry.portrait != there) continue;
         place = Place::ours;
-        if (entry.photo != photo || entry.settings != settings.fingerprint) continue;
+        if (entry.photo != photo || entry.settings != FingerprintOfJob(settings.fingerprint, job.face)) continue;
         *note = entry.note;
         return Place::current;
     }
@@ -70,20 +70,20 @@ public:
     JournaledPlace(const PhotoJob& job, JournalEntry entry, bool replace, const AskForPlace& ask)
         : job_(job), entry_(std::move(entry)), replace_(replace), ask_(ask) {}
 
-    void Put(Picture&& portrait, PhotoReport* report) override {
+    void Put(Picture&& portrait, const PortraitFile& file, PhotoReport* report) override {
         double milliseconds = 0;
         {
             const StageClock clock(milliseconds);
-            PutInPlace(std::move(portrait), report);
+            PutInPlace(std::move(portrait), file, report);
         }
         report->milliseconds.encode = milliseconds;
     }
 
 private:
-    void PutInPlace(Picture&& portrait, PhotoReport* report) {
+    void PutInPlace(Picture&& portrait, const PortraitFile& file, PhotoReport* report) {
         std::string encoded;
         std::string error;
-        if (!EncodePicture(job_.output, std::move(portrait), &encoded, &error)) {
+        if (!EncodePicture(job_.output, std::move(portrait), file, &encoded, &error)) {
             report->error = "the output '" + job_.output + "' " + error;
             return;
         }
@@ -110,8 +110,8 @@ private:
     const AskForPlace& ask_;
 };
 
-PhotoReport JournaledPortrait(Host& host, const WorkSettings& settings, const PhotoJob& job, std::uint64_t photo,
-                              const AskForPlace& ask) {
+PhotoReport JournaledPortrait(Host& host, const WorkSettings& settings, const Options& options, const PhotoJob& job,
+                              std::uint64_t photo, const AskForPlace& ask) {
     PhotoReport report;
     report.photo = job.photo;
     std::string note;
@@ -127,12 +127,14 @@ PhotoReport JournaledPortrait(Host& host, const WorkSettings& settings, const Ph
         report.error = "the output '" + job.output + "' " + kNameTaken;
         return report;
     }
-    const JournalEntry entry{photo, settings.fingerprint, 0, "", job.name};
+    const JournalEntry entry{photo, FingerprintOfJob(settings.fingerprint, job.face), 0, "", job.name};
     JournaledPlace journaled(job, entry, settings.options.force || place == Place::ours, ask);
-    return PortraitOf(host, job.photo, {job.output, "", ""}, settings.options, &journaled);
+    return PortraitOf(host, job.photo, {job.output, "", ""}, options, &journaled);
 }
 
 PhotoReport Work(Host& host, const WorkSettings& settings, const PhotoJob& job, const AskForPlace& ask) {
+    Options options = settings.options;
+    options.face = job.face;
     // What a decoder does not tell. A photo that can't be read is told by whoever reads its picture.
     std::string remark;
     std::uint64_t photo = 0;
@@ -147,13 +149,18 @@ PhotoReport Work(Host& host, const WorkSettings& settings, const PhotoJob& job, 
     PhotoReport report;
     report.photo = job.photo;
     if (settings.options.command == Command::detect) {
-        report = FaceOf(host, job.photo);
+        report = FaceOf(host, job.photo, options);
+    } else if (settings.options.command == Command::check) {
+        report = CheckOf(host, job.photo, options, settings.document ? &*settings.document : nullptr);
     } else if (settings.journal) {
-        report = JournaledPortrait(host, settings, job, photo, ask);
+        report = JournaledPortrait(host, settings, options, job, photo, ask);
     } else if (MakeItsFolders(job, &report)) {
-        report = PortraitOf(host, job.photo, {job.output, "", ""}, settings.options, nullptr);
+        report = PortraitOf(host, job.photo, {job.output, "", ""}, options, nullptr);
     }
-    if (report.error.empty()) report.warning = remark;
+    if (settings.options.frame) report.document = settings.options.frame->name;
+    if (settings.document) report.document = settings.document->name;
+    AddWarning(remark, &report);
+    if (!report.error.empty()) report.warning.clear();
     return report;
 }
 

@@ -1,5 +1,6 @@
 #include "tools/orvane/report_file.h"
 
+#include "tools/orvane/findings_text.h"
 #include "tools/support/csv.h"
 #include "tools/support/file_identity.h"
 #include "tools/support/json.h"
@@ -28,7 +29,7 @@ std::string Milliseconds(const std::optional<double>& value) {
     return text;
 }
 
-std::string CsvRow(std::size_t number, const PhotoReport& report) {
+std::string CsvRow(std::size_t number, const PhotoReport& report, ReportKind kind) {
     CsvRecord row;
     row.Text(std::to_string(number)).Text(report.photo).Text(report.output).Text(Outcome(report));
     row.Text(report.status ? std::to_string(*report.status) : "");
@@ -39,14 +40,16 @@ std::string CsvRow(std::size_t number, const PhotoReport& report) {
         row.Text(report.face ? std::to_string(value) : "");
     }
     for (const Stage& stage : kStages) row.Text(Milliseconds(report.milliseconds.*stage.value));
-    return row.Text(report.error).Text(report.warning).Line();
+    row.Text(report.error).Text(report.warning).Text(report.document);
+    if (kind == ReportKind::checks) AddMeasureFields(report, &row);
+    return row.Line();
 }
 
 } // namespace
 
 bool IsReportName(const std::string& path) { return IsCsv(path) || EndsWith(path, ".jsonl"); }
 
-std::string ReportHeader(const std::string& path) {
+std::string ReportHeader(const std::string& path, ReportKind kind) {
     if (!IsCsv(path)) return "";
     CsvRecord header;
     for (const char* name : {"number", "input", "output", "status", "code", "width", "height", "face_x", "face_y",
@@ -54,11 +57,13 @@ std::string ReportHeader(const std::string& path) {
         header.Text(name);
     }
     for (const Stage& stage : kStages) header.Text(std::string(stage.name) + "_ms");
-    return header.Text("error").Text("warning").Line();
+    header.Text("error").Text("warning").Text("document");
+    if (kind == ReportKind::checks) AddMeasureNames(&header);
+    return header.Line();
 }
 
-std::string ReportRow(const std::string& path, std::size_t number, const PhotoReport& report) {
-    if (IsCsv(path)) return CsvRow(number, report);
+std::string ReportRow(const std::string& path, std::size_t number, const PhotoReport& report, ReportKind kind) {
+    if (IsCsv(path)) return CsvRow(number, report, kind);
     JsonObject row;
     row.Integer("number", static_cast<std::int64_t>(number)).Text("input", report.photo);
     row.Text("output", report.output).Text("status", Outcome(report));
@@ -70,22 +75,25 @@ std::string ReportRow(const std::string& path, std::size_t number, const PhotoRe
     AddSize(report, &row);
     AddFace(report, &row);
     AddTimes(report, &row);
-    return row.Text("error", report.error).Text("warning", report.warning).Line() + "\n";
+    row.Text("error", report.error).Text("warning", report.warning).Text("document", report.document);
+    AddFindings(report, &row);
+    return row.Line() + "\n";
 }
 
-bool ReportFile::Open(const std::string& path, bool replace, std::string* error) {
+bool ReportFile::Open(const std::string& path, bool replace, std::string* error, ReportKind kind) {
     path_ = path;
+    kind_ = kind;
     if (!replace && IsNameTaken(path)) {
         *error = "the report '" + path + "' " + kNameTaken;
         return false;
     }
-    if (file_.Open(path, AppendFile::Start::empty, error) && file_.Append(ReportHeader(path), error)) return true;
+    if (file_.Open(path, AppendFile::Start::empty, error) && file_.Append(ReportHeader(path, kind), error)) return true;
     *error = "the report '" + path + "' " + *error;
     return false;
 }
 
 bool ReportFile::Add(std::size_t number, const PhotoReport& report, std::string* error) {
-    if (!file_.IsOpen() || file_.Append(ReportRow(path_, number, report), error)) return true;
+    if (!file_.IsOpen() || file_.Append(ReportRow(path_, number, report, kind_), error)) return true;
     file_.Close();
     *error = "the report '" + path_ + "' " + *error;
     return false;

@@ -1,5 +1,7 @@
 #include "tools/support/bmp_end.h"
 
+#include "tools/support/byte_order.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -11,13 +13,6 @@ constexpr std::size_t kHeaderSizeAt = 14;
 constexpr std::size_t kHeaderAt = 18;    // behind the header's own size
 constexpr std::uint64_t kOldHeader = 12; // with 16-bit sizes, never compressed
 constexpr std::uint64_t kSign = 1U << 31;
-
-std::uint64_t Number(const std::string& data, std::size_t at, int bytes) {
-    std::uint64_t value = 0;
-    for (int i = bytes - 1; i >= 0; --i)
-        value = value << 8 | static_cast<unsigned char>(data[at + static_cast<std::size_t>(i)]);
-    return value;
-}
 
 /// Bytes from the first row to the end of the last one's pixels.
 std::uint64_t RowsBytes(std::uint64_t width, std::uint64_t height, std::uint64_t bits) {
@@ -31,23 +26,26 @@ bool IsBmp(const std::string& data) { return data.size() >= 2 && data[0] == 'B' 
 
 bool BmpReachesItsEnd(const std::string& data) {
     if (!IsBmp(data) || data.size() < kHeaderAt + 8) return false;
-    const std::uint64_t first = Number(data, kPixelsAt, 4);
-    const std::uint64_t headerSize = Number(data, kHeaderSizeAt, 4);
+    const std::uint64_t first = LowFirst(data, kPixelsAt, 4);
+    const std::uint64_t headerSize = LowFirst(data, kHeaderSizeAt, 4);
     if (headerSize == kOldHeader) {
         const std::uint64_t rows =
-            RowsBytes(Number(data, kHeaderAt, 2), Number(data, kHeaderAt + 2, 2), Number(data, kHeaderAt + 6, 2));
+            RowsBytes(LowFirst(data, kHeaderAt, 2), LowFirst(data, kHeaderAt + 2, 2), LowFirst(data, kHeaderAt + 6, 2));
         return first + rows <= data.size();
     }
     if (data.size() < kHeaderSizeAt + 40) return false;
-    const std::uint64_t width = Number(data, kHeaderAt, 4);
-    std::uint64_t height = Number(data, kHeaderAt + 4, 4);
+    const std::uint64_t width = LowFirst(data, kHeaderAt, 4);
+    std::uint64_t height = LowFirst(data, kHeaderAt + 4, 4);
     if (height >= kSign) height = 2 * kSign - height; // negative: the top row comes first
-    const std::uint64_t bits = Number(data, kHeaderAt + 10, 2);
-    const std::uint64_t compression = Number(data, kHeaderAt + 12, 4);
+    const std::uint64_t bits = LowFirst(data, kHeaderAt + 10, 2);
+    const std::uint64_t compression = LowFirst(data, kHeaderAt + 12, 4);
     const bool runs = compression == 1 || compression == 2;
     // With these bounds a row has less than 2^33 bytes, and the product of at most 2^31 rows fits.
     if (width >= kSign || bits > 32) return false;
-    return first + (runs ? Number(data, kHeaderAt + 16, 4) : RowsBytes(width, height, bits)) <= data.size();
+    const bool hasPalette = bits <= 8; // others may tell of colours that they do not have
+    if (hasPalette && kHeaderSizeAt + headerSize + std::uint64_t{4} * LowFirst(data, kHeaderAt + 28, 4) > data.size())
+        return false;
+    return first + (runs ? LowFirst(data, kHeaderAt + 16, 4) : RowsBytes(width, height, bits)) <= data.size();
 }
 
 } // namespace orvane::tools

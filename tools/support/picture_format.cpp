@@ -1,7 +1,9 @@
 #include "tools/support/picture_format.h"
 
 #include "tools/support/bmp_end.h"
+#include "tools/support/byte_order.h"
 #include "tools/support/jpeg_end.h"
+#include "tools/support/jpeg_segments.h"
 #include "tools/support/picture.h"
 #include "tools/support/png_end.h"
 #include "tools/support/tiff_block.h"
@@ -14,38 +16,16 @@ namespace {
 constexpr unsigned kWidthTag = 256;
 constexpr unsigned kHeightTag = 257;
 
-int64 HighFirst(const std::string& bytes, std::size_t at, std::size_t count) {
-    int64 value = 0;
-    for (std::size_t i = 0; i < count; ++i) value = value * 256 + static_cast<unsigned char>(bytes[at + i]);
-    return value;
-}
-
-int64 LowFirst(const std::string& bytes, std::size_t at, std::size_t count) {
-    int64 value = 0;
-    for (std::size_t i = count; i > 0; --i) value = value * 256 + static_cast<unsigned char>(bytes[at + i - 1]);
-    return value;
-}
-
-/// The frame segment's size: markers C0 to CF but for three that are no frames.
 std::optional<HeaderSize> JpegSize(const std::string& jpeg) {
-    std::size_t at = 2;
-    while (jpeg.size() >= 9 && at <= jpeg.size() - 9 && HighFirst(jpeg, at, 1) == 0xFF) {
-        const int64 marker = HighFirst(jpeg, at + 1, 1);
-        if (marker == 0xFF) {
-            ++at; // a fill byte
-            continue;
-        }
-        const bool frame = marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
-        if (frame) return HeaderSize{HighFirst(jpeg, at + 7, 2), HighFirst(jpeg, at + 5, 2)};
-        at += 2 + static_cast<std::size_t>(HighFirst(jpeg, at + 2, 2));
-    }
-    return std::nullopt;
+    const std::optional<JpegFrame> frame = FrameOf(jpeg);
+    if (!frame) return std::nullopt;
+    return HeaderSize{frame->width, frame->height};
 }
 
 std::optional<HeaderSize> BmpSize(const std::string& bmp) {
     if (bmp.size() < 26) return std::nullopt;
     if (LowFirst(bmp, 14, 4) == 12) return HeaderSize{LowFirst(bmp, 18, 2), LowFirst(bmp, 20, 2)};
-    const int64 height = LowFirst(bmp, 22, 4);
+    const int64 height{LowFirst(bmp, 22, 4)};
     return HeaderSize{LowFirst(bmp, 18, 4), height < 0x80000000 ? height : 0x100000000 - height};
 }
 

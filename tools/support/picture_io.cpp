@@ -1,6 +1,8 @@
 #include "tools/support/picture_io.h"
 
+#include "tools/support/kept_metadata.h"
 #include "tools/support/picture_codec.h"
+#include "tools/support/portrait_encoder.h"
 #include "tools/support/whole_file.h"
 
 #include <new>
@@ -13,15 +15,23 @@ constexpr const char* kNoMemory = "not enough memory";
 
 } // namespace
 
-bool ReadPicture(const std::string& path, Picture* picture, std::string* error) try {
+bool ReadPicture(const std::string& path, Picture* picture, std::string* error) {
+    PictureNotes ignored;
+    return ReadPicture(path, picture, &ignored, error);
+}
+
+bool ReadPicture(const std::string& path, Picture* picture, PictureNotes* notes, std::string* error) try {
     *picture = Picture();
+    *notes = PictureNotes();
     std::string content;
     if (!ReadWholeFile(path, &content, error)) return false;
     if (content.empty()) {
         *error = "is empty";
         return false;
     }
-    return DecodePicture(path, content, picture, error);
+    if (!DecodePicture(path, content, picture, &notes->warning, error)) return false;
+    notes->metadata = KeptMetadata(content);
+    return true;
 } catch (const std::bad_alloc&) {
     *error = kNoMemory;
     return false;
@@ -36,7 +46,12 @@ bool EncodePicture(const std::string& path, const Picture& picture, std::string*
     return false;
 }
 
-bool EncodePicture(const std::string& path, Picture&& picture, std::string* encoded, std::string* error) try {
+bool EncodePicture(const std::string& path, Picture&& picture, std::string* encoded, std::string* error) {
+    return EncodePicture(path, std::move(picture), PortraitFile(), encoded, error);
+}
+
+bool EncodePicture(const std::string& path, Picture&& picture, const PortraitFile& file, std::string* encoded,
+                   std::string* error) try {
     const std::optional<PictureFormat> format = FormatOfName(path);
     if (!format) {
         *error = kUnwritableName;
@@ -46,7 +61,7 @@ bool EncodePicture(const std::string& path, Picture&& picture, std::string* enco
         *error = "there is no picture to write";
         return false;
     }
-    return EncodePixels(*format, picture, encoded, error);
+    return EncodeFile(*format, picture, file, encoded, error);
 } catch (const std::bad_alloc&) {
     *error = kNoMemory;
     return false;
@@ -58,8 +73,14 @@ bool WritePicture(const std::string& path, const Picture& picture, bool force, s
 }
 
 bool WritePicture(const std::string& path, Picture&& picture, bool force, std::string* error) {
+    return WritePicture(path, std::move(picture), PortraitFile(), force, error);
+}
+
+bool WritePicture(const std::string& path, Picture&& picture, const PortraitFile& file, bool force,
+                  std::string* error) {
     std::string encoded;
-    return EncodePicture(path, std::move(picture), &encoded, error) && WriteWholeFile(path, encoded, force, error);
+    return EncodePicture(path, std::move(picture), file, &encoded, error) &&
+           WriteWholeFile(path, encoded, force, error);
 }
 
 } // namespace orvane::tools

@@ -11,8 +11,8 @@ from PIL import Image
 import orvane
 
 SETTINGS = [
-    ({}, []),
-    ({"crop_ratio": 0.75}, ["--crop-ratio", "0.75"]),
+    ({}, ["--size", "480x860"]),
+    ({"crop_ratio": 0.75}, ["--size", "480x860", "--crop-ratio", "0.75"]),
     ({"size": (240, 320)}, ["--size", "240x320"]),
     ({"size": (333, 401), "crop_ratio": 0.9}, ["--size", "333x401", "--crop-ratio", "0.9"]),
     ({"actions": ("colour",)}, ["--actions", "colour"]),
@@ -21,7 +21,7 @@ SETTINGS = [
         {"actions": ["colour", "crop", "background"], "size": (480, 640)},
         ["--actions", "crop,background,colour", "--size", "480x640"],
     ),
-    ({"actions": {"crop", "rotation"}}, ["--actions", "crop,rotation"]),
+    ({"actions": {"crop", "rotation"}}, ["--size", "480x860", "--actions", "crop,rotation"]),
     ({"size": (900, 300), "crop_ratio": 2}, ["--size", "900x300", "--crop-ratio", "2"]),
 ]
 
@@ -112,7 +112,7 @@ def test_the_cameras_orientation_is_applied_as_the_tool_does(photo, tmp_path, to
     exif = Image.Exif()
     exif[0x0112] = orientation
     file = saved(stored, tmp_path, "jpg", quality=95, exif=exif.tobytes())
-    wanted = tool_portrait(file)
+    wanted = tool_portrait(file, "--size", "480x860")
     with Image.open(file) as image:
         portrait = orvane.portrait(image)
     assert np.array_equal(np.asarray(portrait), pixels(wanted))

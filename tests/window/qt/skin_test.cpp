@@ -9,6 +9,10 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <fstream>
+#include <new>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace orvane::test {
 namespace {
@@ -35,6 +39,16 @@ QByteArray Encoded(const QImage& image, const char* format) {
     EXPECT_TRUE(writer.write(image));
     return bytes;
 }
+
+#if !defined(__SANITIZE_ADDRESS__)
+/// What the system counts against RLIMIT_DATA, or a little more.
+rlim_t DataBytes() {
+    std::ifstream file("/proc/self/statm");
+    rlim_t pages = 0;
+    for (int field = 0; field < 6; ++field) file >> pages;
+    return pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
+}
+#endif
 
 class Skin : public WindowTest {
 protected:
@@ -161,6 +175,26 @@ TEST_F(Skin, FilesThatAreNoSkinChangeNothing) {
         EXPECT_FALSE(window->LoadSkin(kSkinOk, huge.fileName().toLocal8Bit().constData(), kWhite));
     });
 }
+
+#if !defined(__SANITIZE_ADDRESS__) // whose own memory counts too
+TEST_F(Skin, ASmallFileAsksForLittleMemory) {
+    constexpr rlim_t kRoom = rlim_t{16} << 20;
+    const std::string path = File(Encoded(Strip(9, 7), "bmp"));
+    CLoadedPicture picture;
+    ASSERT_TRUE(picture.Load(path.c_str())) << "readers are loaded by now";
+    rlimit before;
+    ASSERT_EQ(getrlimit(RLIMIT_DATA, &before), 0);
+    const rlimit narrow{DataBytes() + kRoom, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_DATA, &narrow), 0);
+    bool loaded = false;
+    try {
+        loaded = picture.Load(path.c_str());
+    } catch (const std::bad_alloc&) {
+    }
+    setrlimit(RLIMIT_DATA, &before);
+    EXPECT_TRUE(loaded);
+}
+#endif
 
 TEST_F(Skin, EveryCutOfAFileIsRefusedOrWhole) {
     for (const char* format : {"bmp", "png", "jpg", "gif"}) {

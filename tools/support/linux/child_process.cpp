@@ -10,8 +10,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace orvane::tools {
 namespace {
 
@@ -30,6 +28,7 @@ public:
 
     int Spawn(pid_t* child, const std::vector<std::string>& command, int stream) {
         std::vector<char*> arguments;
+        arguments.reserve(command.size() + 1);
         for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
         arguments.push_back(nullptr);
         if (!good_) return ENOMEM;

@@ -1,5 +1,10 @@
 #include "tools/support/picture_codec.h"
 
+#include "tools/support/colour_profile.h"
+#include "tools/support/jpeg_end.h"
+#include "tools/support/linux/colour_transform.h"
+#include "tools/support/linux/turbo_jpeg.h"
+#include "tools/support/orientation.h"
 #include "tools/support/upright.h"
 
 #include <algorithm>
@@ -7,6 +12,7 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace orvane::tools {
 namespace {
@@ -77,8 +83,22 @@ Picture HandOver(PixbufPtr pixbuf) {
     return picture;
 }
 
+/// The decoder for BMP asks for all bytes that the header tells before the pixels, up to four gigabytes, when it is
+/// only asked for the size.
+bool CheckBmp(const std::string& content, std::string* error) {
+    const std::optional<HeaderSize> told = SizeInHeader(content);
+    if (told && told->width > 0 && told->height > 0 && !IsPictureSizeAllowed(told->width, told->height)) {
+        *error = TooLargeText(told->width, told->height);
+        return false;
+    }
+    if (ReachesItsEnd(content)) return true;
+    *error = kBreaksOff;
+    return false;
+}
+
 /// The checks that come before decoding: of a known format, not too large, whole.
 bool CheckFile(const std::string& path, const std::string& content, std::string* error) {
+    if (FormatOfContent(content) == PictureFormat::bmp && !CheckBmp(content, error)) return false;
     int width = 0;
     int height = 0;
     GdkPixbufFormat* format = gdk_pixbuf_get_file_info(path.c_str(), &width, &height);
@@ -96,8 +116,58 @@ bool CheckFile(const std::string& path, const std::string& content, std::string*
     return false;
 }
 
-/// The encoder's name and its one option: JPEG near to lossless; PNG at a third of the usual time for a
-/// twentieth more bytes.
+/// The file's profile; empty for none. The decoder does not find every one of a JPEG file.
+std::string ProfileOf(const std::string& content, GdkPixbuf* pixbuf) {
+    if (IsJpeg(content)) return JpegProfile(content);
+    const char* text = gdk_pixbuf_get_option(pixbuf, "icc-profile");
+    if (text == nullptr) return "";
+    gsize size = 0;
+    const std::unique_ptr<guchar, decltype(&g_free)> bytes(g_base64_decode(text, &size), g_free);
+    return {reinterpret_cast<const char*>(bytes.get()), size};
+}
+
+/// Whatever colours the file has become those of a portrait.
+void ConvertColours(const std::string& content, GdkPixbuf* pixbuf, std::string* warning) {
+    const std::string profile = ProfileOf(content, pixbuf);
+    if (profile.empty()) {
+        if (NamesProfile(content)) *warning = kUnusableProfile;
+        return;
+    }
+    ColourRows rows;
+    rows.pixels = gdk_pixbuf_get_pixels(pixbuf);
+    rows.width = gdk_pixbuf_get_width(pixbuf);
+    rows.height = gdk_pixbuf_get_height(pixbuf);
+    rows.pixel = gdk_pixbuf_get_n_channels(pixbuf);
+    rows.row = gdk_pixbuf_get_rowstride(pixbuf);
+    // Inks whose profile told their colours do not come here.
+    if (HasInks(content) || !ConvertToSrgb(profile, rows)) *warning = kUnusableProfile;
+}
+
+/// A picture in inks whose profile says what they look like. False leaves it to the decoder's own way, which knows no
+/// profiles.
+bool DecodeWithInkProfile(const std::string& content, Picture* picture) {
+    if (!IsJpeg(content) || !HasInks(content) || !NamesProfile(content)) return false;
+    const ProfilePtr profile = OpenProfile(JpegProfile(content));
+    if (profile == nullptr) return false;
+    const TransformPtr transform = IntoSrgb(profile, TYPE_CMYK_8_REV, TYPE_RGB_8);
+    InkPicture inks;
+    if (transform == nullptr || !DecodeInks(content, &inks)) return false;
+    std::vector<uint8> colours(inks.inks.size() / 4 * 3);
+    StoredRows rows;
+    rows.pixels = colours.data();
+    rows.width = inks.width;
+    rows.height = inks.height;
+    rows.row = std::ptrdiff_t{3} * inks.width;
+    rows.redFirst = true;
+    for (int32 y = 0; y < inks.height; ++y) {
+        cmsDoTransform(transform.get(), inks.inks.data() + std::ptrdiff_t{4} * inks.width * y,
+                       colours.data() + rows.row * y, static_cast<cmsUInt32Number>(inks.width));
+    }
+    *picture = UprightPicture(rows, NotedOrientation(content));
+    return true;
+}
+
+/// The encoder's name and its one option: PNG at a third of the usual time for a twentieth more bytes.
 struct Encoder {
     std::string name;
     std::string option;
@@ -105,17 +175,8 @@ struct Encoder {
 };
 
 Encoder EncoderFor(PictureFormat format) {
-    switch (format) {
-    case PictureFormat::jpeg:
-        return {"jpeg", "quality", "95"};
-    case PictureFormat::png:
-        return {"png", "compression", "4"};
-    case PictureFormat::bmp:
-        return {"bmp", "", ""};
-    case PictureFormat::tiff:
-        break;
-    }
-    return {"tiff", "", ""};
+    if (format == PictureFormat::png) return {"png", "compression", "4"};
+    return {format == PictureFormat::bmp ? "bmp" : "tiff", "", ""};
 }
 
 /// Takes what an encoder has ready; nothing may be thrown through it.
@@ -140,8 +201,10 @@ void ClearPadding(const Picture& picture, std::string* bmp) {
 
 } // namespace
 
-bool DecodePicture(const std::string& path, const std::string& content, Picture* picture, std::string* error) {
+bool DecodePicture(const std::string& path, const std::string& content, Picture* picture, std::string* warning,
+                   std::string* error) {
     if (!CheckFile(path, content, error)) return false;
+    if (DecodeWithInkProfile(content, picture)) return true;
     GError* problem = nullptr;
     PixbufPtr pixbuf(gdk_pixbuf_new_from_file(path.c_str(), &problem));
     if (pixbuf == nullptr) {
@@ -154,21 +217,38 @@ bool DecodePicture(const std::string& path, const std::string& content, Picture*
         *error = TooLargeText(rows.width, rows.height);
         return false;
     }
+    ConvertColours(content, pixbuf.get(), warning);
     const int orientation = Orientation(pixbuf.get());
     *picture = CanHandOver(rows, orientation) ? HandOver(std::move(pixbuf)) : UprightPicture(rows, orientation);
     return true;
 }
 
-bool EncodePixels(PictureFormat format, Picture& picture, std::string* encoded, std::string* error) {
+bool EncodePixels(PictureFormat format, Picture& picture, const EncoderSettings& settings, std::string* encoded,
+                  std::string* error) {
+    if (format == PictureFormat::jpeg) return EncodeJpeg(picture, settings, encoded, error);
     TurnOver(picture.pixels.data(), picture.step, {picture.width, picture.height}, true);
     const PixbufPtr pixbuf(gdk_pixbuf_new_from_data(picture.pixels.data(), GDK_COLORSPACE_RGB, FALSE, 8, picture.width,
                                                     picture.height, picture.step, nullptr, nullptr));
     Encoder encoder = EncoderFor(format);
-    char* keys[] = {encoder.option.empty() ? nullptr : encoder.option.data(), nullptr};
-    char* values[] = {encoder.value.empty() ? nullptr : encoder.value.data(), nullptr};
+    std::vector<char*> keys;
+    std::vector<char*> values;
+    if (!encoder.option.empty()) {
+        keys.push_back(encoder.option.data());
+        values.push_back(encoder.value.data());
+    }
+    std::string across = "x-dpi";
+    std::string down = "y-dpi";
+    std::string dpi = std::to_string(settings.dpi.value_or(0));
+    if (settings.dpi && format == PictureFormat::tiff) {
+        keys.insert(keys.end(), {across.data(), down.data()});
+        values.insert(values.end(), {dpi.data(), dpi.data()});
+    }
+    keys.push_back(nullptr);
+    values.push_back(nullptr);
     encoded->clear();
     GError* problem = nullptr;
-    if (gdk_pixbuf_save_to_callbackv(pixbuf.get(), AppendTo, encoded, encoder.name.c_str(), keys, values, &problem)) {
+    if (gdk_pixbuf_save_to_callbackv(pixbuf.get(), AppendTo, encoded, encoder.name.c_str(), keys.data(), values.data(),
+                                     &problem)) {
         if (format == PictureFormat::bmp) ClearPadding(picture, encoded);
         return true;
     }

@@ -1,5 +1,8 @@
 #include "tools/support/picture_codec.h"
 
+#include "tools/support/colour_profile.h"
+#include "tools/support/jpeg_end.h"
+#include "tools/support/jpeg_segments.h"
 #include "tools/support/orientation.h"
 #include "tools/support/upright.h"
 #include "tools/support/windows/com.h"
@@ -7,12 +10,11 @@
 #include <wincodec.h>
 
 #include <limits>
+#include <string>
 #include <vector>
 
 namespace orvane::tools {
 namespace {
-
-constexpr float kJpegQuality = 0.95F; // near to lossless
 
 const GUID& ContainerOf(PictureFormat format) {
     switch (format) {
@@ -101,18 +103,91 @@ HRESULT CopyPixels(IWICImagingFactory& factory, IWICBitmapFrameDecode& frame, St
                                  pixels->data());
 }
 
-HRESULT SetQuality(IPropertyBag2& options) {
-    wchar_t name[] = L"ImageQuality";
+/// The first profile among what the frame tells of its colours; empty for none.
+HRESULT ReadProfile(IWICImagingFactory& factory, IWICBitmapFrameDecode& frame, std::string* profile) {
+    UINT count = 0;
+    if (FAILED(frame.GetColorContexts(0, nullptr, &count)) || count == 0) return S_OK;
+    std::vector<ComPtr<IWICColorContext>> owners(count);
+    std::vector<IWICColorContext*> contexts;
+    for (ComPtr<IWICColorContext>& owner : owners) {
+        const HRESULT result = factory.CreateColorContext(owner.Receive());
+        if (FAILED(result)) return result;
+        contexts.push_back(owner.Get());
+    }
+    HRESULT result = frame.GetColorContexts(count, contexts.data(), &count);
+    for (UINT i = 0; SUCCEEDED(result) && i < count && profile->empty(); ++i) {
+        WICColorContextType type = WICColorContextUninitialized;
+        UINT size = 0;
+        if (FAILED(contexts[i]->GetType(&type)) || type != WICColorContextProfile) continue;
+        if (FAILED(contexts[i]->GetProfileBytes(0, nullptr, &size))) continue;
+        std::string bytes(size, '\0');
+        result = contexts[i]->GetProfileBytes(size, reinterpret_cast<BYTE*>(bytes.data()), &size);
+        if (SUCCEEDED(result)) profile->swap(bytes);
+    }
+    return result;
+}
+
+/// Whatever colours the file has become those of a portrait.
+void ConvertColours(IWICImagingFactory& factory, IWICBitmapFrameDecode& frame, const std::string& content,
+                    const StoredRows& stored, std::vector<uint8>& pixels, std::string* warning) {
+    if (!NamesProfile(content)) return;
+    std::string profile;
+    if (IsJpeg(content)) {
+        profile = JpegProfile(content);
+    } else if (FAILED(ReadProfile(factory, frame, &profile))) {
+        profile.clear();
+    }
+    ColourRows rows;
+    rows.pixels = pixels.data();
+    rows.width = stored.width;
+    rows.height = stored.height;
+    rows.pixel = stored.pixel;
+    rows.row = stored.row;
+    rows.redFirst = stored.redFirst;
+    if (profile.empty() || !ConvertToSrgb(profile, rows)) *warning = kUnusableProfile;
+}
+
+HRESULT SetOption(IPropertyBag2& options, const wchar_t* name, const VARIANT& value) {
+    std::wstring text = name;
     PROPBAG2 property{};
-    property.pstrName = name;
+    property.pstrName = text.data();
+    VARIANT copy = value;
+    return options.Write(1, &property, &copy);
+}
+
+HRESULT SetJpegOptions(IPropertyBag2& options, const EncoderSettings& settings) {
     VARIANT value;
     VariantInit(&value);
     value.vt = VT_R4;
-    value.fltVal = kJpegQuality;
-    return options.Write(1, &property, &value);
+    value.fltVal = static_cast<float>(settings.quality) / 100;
+    const HRESULT result = SetOption(options, L"ImageQuality", value);
+    if (FAILED(result) || settings.chroma == Chroma::quarter) return result;
+    VariantInit(&value);
+    value.vt = VT_UI1;
+    value.bVal =
+        static_cast<BYTE>(settings.chroma == Chroma::full ? WICJpegYCrCbSubsampling444 : WICJpegYCrCbSubsampling422);
+    return SetOption(options, L"JpegYCrCbSubsampling", value);
 }
 
-HRESULT Encode(PictureFormat format, Picture& picture, IWICImagingFactory& factory, IStream& stream) {
+/// Whether an encoder that was asked for more colour gave it; some take the wish and pass it over.
+bool HasChroma(const std::string& jpeg, Chroma chroma) {
+    if (chroma == Chroma::quarter) return true;
+    const std::optional<JpegFrame> frame = FrameOf(jpeg);
+    return frame && frame->sampling == (chroma == Chroma::full ? 0x11U : 0x21U);
+}
+
+/// Rows go to the encoder one by one, since the last one is the picture's first.
+HRESULT WriteRows(Picture& picture, IWICBitmapFrameEncode& frame) {
+    HRESULT result = S_OK;
+    for (int32 y = picture.height - 1; y >= 0 && SUCCEEDED(result); --y) {
+        result = frame.WritePixels(1, static_cast<UINT>(picture.step), static_cast<UINT>(picture.step),
+                                   RowAt(picture.pixels.data(), picture.step, y));
+    }
+    return result;
+}
+
+HRESULT Encode(PictureFormat format, Picture& picture, const EncoderSettings& settings, IWICImagingFactory& factory,
+               IStream& stream) {
     ComPtr<IWICBitmapEncoder> encoder;
     ComPtr<IWICBitmapFrameEncode> frame;
     ComPtr<IPropertyBag2> options;
@@ -120,17 +195,17 @@ HRESULT Encode(PictureFormat format, Picture& picture, IWICImagingFactory& facto
     HRESULT result = factory.CreateEncoder(ContainerOf(format), nullptr, encoder.Receive());
     if (SUCCEEDED(result)) result = encoder->Initialize(&stream, WICBitmapEncoderNoCache);
     if (SUCCEEDED(result)) result = encoder->CreateNewFrame(frame.Receive(), options.Receive());
-    if (SUCCEEDED(result) && format == PictureFormat::jpeg) result = SetQuality(*options.Get());
+    if (SUCCEEDED(result) && format == PictureFormat::jpeg) result = SetJpegOptions(*options.Get(), settings);
     if (SUCCEEDED(result)) result = frame->Initialize(options.Get());
     if (SUCCEEDED(result)) {
         result = frame->SetSize(static_cast<UINT>(picture.width), static_cast<UINT>(picture.height));
     }
     if (SUCCEEDED(result)) result = frame->SetPixelFormat(&pixelFormat);
     if (SUCCEEDED(result) && pixelFormat != GUID_WICPixelFormat24bppBGR) result = WINCODEC_ERR_UNSUPPORTEDPIXELFORMAT;
-    if (SUCCEEDED(result)) {
-        result = frame->WritePixels(static_cast<UINT>(picture.height), static_cast<UINT>(picture.step),
-                                    static_cast<UINT>(picture.pixels.size()), picture.pixels.data());
+    if (SUCCEEDED(result) && settings.dpi && format == PictureFormat::tiff) {
+        result = frame->SetResolution(*settings.dpi, *settings.dpi);
     }
+    if (SUCCEEDED(result)) result = WriteRows(picture, *frame.Get());
     if (SUCCEEDED(result)) result = frame->Commit();
     if (SUCCEEDED(result)) result = encoder->Commit();
     return result;
@@ -150,7 +225,8 @@ HRESULT ReadBack(IStream& stream, std::string* bytes) {
 
 } // namespace
 
-bool DecodePicture(const std::string&, const std::string& content, Picture* picture, std::string* error) {
+bool DecodePicture(const std::string&, const std::string& content, Picture* picture, std::string* warning,
+                   std::string* error) {
     const std::optional<PictureFormat> format = FormatOfContent(content);
     if (!format || !CheckHeader(content, error)) {
         if (!format) *error = kUnknownFormat;
@@ -176,20 +252,24 @@ bool DecodePicture(const std::string&, const std::string& content, Picture* pict
     std::vector<uint8> pixels;
     result = CopyPixels(*factory.Get(), *frame.Get(), &rows, &pixels);
     if (FAILED(result)) return Fail(result, kDamaged, error);
+    ConvertColours(*factory.Get(), *frame.Get(), content, rows, pixels, warning);
     *picture = UprightPicture(rows, NotedOrientation(content));
     return true;
 }
 
-bool EncodePixels(PictureFormat format, Picture& picture, std::string* encoded, std::string* error) {
+bool EncodePixels(PictureFormat format, Picture& picture, const EncoderSettings& settings, std::string* encoded,
+                  std::string* error) {
     const ComApartment apartment;
     ComPtr<IWICImagingFactory> factory;
     if (!CreateFactory(factory, error)) return false;
-    TurnOver(picture.pixels.data(), picture.step, {picture.width, picture.height}, false);
     ComPtr<IStream> stream;
     HRESULT result = CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive());
-    if (SUCCEEDED(result)) result = Encode(format, picture, *factory.Get(), *stream.Get());
+    if (SUCCEEDED(result)) result = Encode(format, picture, settings, *factory.Get(), *stream.Get());
     if (SUCCEEDED(result)) result = ReadBack(*stream.Get(), encoded);
-    return SUCCEEDED(result) || Fail(result, ("cannot be encoded (" + HexText(result) + ")").c_str(), error);
+    if (FAILED(result)) return Fail(result, ("cannot be encoded (" + HexText(result) + ")").c_str(), error);
+    if (format != PictureFormat::jpeg || HasChroma(*encoded, settings.chroma)) return true;
+    *error = "cannot be encoded: the JPEG encoder of this Windows knows only --chroma 420";
+    return false;
 }
 
 } // namespace orvane::tools
