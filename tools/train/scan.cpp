@@ -8,6 +8,7 @@
 #include "tools/support/picture_io.h"
 
 #include <algorithm>
+#include <new>
 
 namespace orvane::train {
 namespace {
@@ -180,7 +181,8 @@ CompiledCascade::CompiledCascade(const Cascade& cascade) {
     tables_.classifierCount = static_cast<int32>(tables_.classifierThreshold.size());
     tables_.featureCount = rects;
     tables_.stageObject.resize(cascade.stages.size());
-    PrepareClassifier(1, kThresholdBias, tables_);
+    // Stages are for the scales that cannot be scanned in one go.
+    if (PrepareClassifier(1, kThresholdBias, tables_) != kOk || MakeStages(tables_) != kOk) throw std::bad_alloc();
 }
 
 void VisitSurvivors(const GreyPicture& picture, const CompiledCascade& cascade, const ScaleChoice& choice,

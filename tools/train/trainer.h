@@ -14,7 +14,7 @@ struct TrainOptions {
     std::string work; // checkpoints; empty: none are kept
     std::string classes = "ABC";
     std::string without;     // sources of negatives that are left out, comma-separated
-    std::size_t drawn = 400; // pictures drawn out of nothing, beside those of the data
+    std::size_t drawn = 1000; // pictures drawn out of nothing, beside those of the data
     uint64 seed = 1;
     ImageSize windowSize{24, 24};
     int stages = 30;
@@ -23,7 +23,7 @@ struct TrainOptions {
     double hitRate = 0.993;           // faces that a stage keeps
     double lateHitRate = 0.992;       // the same from the harvest's pool stage on
     double sourceSlack = 0.04;        // by so much less of any one source
-    double lastHitRate = 1.0;         // of the last stage, whose sum knows most; 1: as the others
+    double lastHitRate = 0.98;        // of the last stage, whose sum knows most; 1: as the others
     double falseAlarms = 0.4;         // negatives that a stage may keep; fewer stumps reach it in early stages
     int features = 8000;              // the pool
     int candidates = 1000;            // features looked at for one stump
