@@ -31,7 +31,7 @@ int32 WindowCascade::StageCount() const { return static_cast<int32>(classifier_.
 bool WindowCascade::Reserve(int32 stride, int32 height) {
     constexpr int32 kTileWindows = kTileRows * kTileWords * 64;
     stride_ = stride;
-    return norms_.Allocate(int64{height} * stride) && sums_.Allocate(kTileRows * stride) &&
+    return norms_.Allocate(int64{height} * stride) && sums_.Allocate(int64{kTileRows} * stride) &&
            groups_[0].Allocate(kTileWindows) && groups_[1].Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) &&
            decided_.Allocate(kTileWindows) && ResolveStages();
 }
