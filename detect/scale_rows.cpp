@@ -24,9 +24,11 @@ bool ScaleRows::Reserve(ImageSize scaled) {
     lineStride_ = RoundUp(width + 2, kBlock) + kBlock;
     const int64 sums = int64{stride_} * (height + 1);
     const int64 words = int64{WordsOf(width)} * height;
+    const int64 samples = int64{height} * lineStride_;
+    const int64 gradients = int64{7} * lineStride_;
     return sum_.Allocate(sums) && shortSum_.Allocate(sums) && squares_.Allocate(sums) && columns_.Allocate(width) &&
-           rows_.Allocate(height) && samplePlan_.Reserve(width) && samples_.Allocate(int64{height} * lineStride_) &&
-           covered_.Allocate(height) && gradients_.Allocate(int64{7} * lineStride_) && ridges_.Allocate(words) &&
+           rows_.Allocate(height) && samplePlan_.Reserve(width) && samples_.Allocate(samples) &&
+           covered_.Allocate(height) && gradients_.Allocate(gradients) && ridges_.Allocate(words) &&
            edges_.Allocate(words) && marks_.Allocate(height);
 }
 

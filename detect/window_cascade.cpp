@@ -31,9 +31,11 @@ int32 WindowCascade::StageCount() const { return static_cast<int32>(classifier_.
 bool WindowCascade::Reserve(int32 stride, int32 height) {
     constexpr int32 kTileWindows = kTileRows * kTileWords * 64;
     stride_ = stride;
-    return norms_.Allocate(int64{height} * stride) && sums_.Allocate(kTileRows * stride) &&
-           groups_[0].Allocate(kTileWindows) && groups_[1].Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) &&
-           decided_.Allocate(kTileWindows) && ResolveStages();
+    const int64 windows = int64{stride} * height;
+    const int64 tile = int64{stride} * kTileRows;
+    return norms_.Allocate(windows) && sums_.Allocate(tile) && groups_[0].Allocate(kTileWindows) &&
+           groups_[1].Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) && decided_.Allocate(kTileWindows) &&
+           ResolveStages();
 }
 
 bool WindowCascade::ResolveStages() {

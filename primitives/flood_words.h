@@ -116,7 +116,8 @@ public:
         : image_(image), step_(step), roi_(roi), oldValue_(oldValue), newValue_(newValue), words_(Words(roi)),
           open_(block), filled_(open_ + Cells()), fromAbove_(filled_ + Cells(), roi.height),
           fromBelow_(filled_ + Cells() + WaitingRows::WordsFor(roi.height), roi.height),
-          rows_(reinterpret_cast<RowState*>(filled_ + Cells() + 2 * WaitingRows::WordsFor(roi.height))) {
+          rows_(
+              reinterpret_cast<RowState*>(filled_ + Cells() + std::ptrdiff_t{2} * WaitingRows::WordsFor(roi.height))) {
         std::fill_n(rows_, roi_.height, RowState{{0, 0}, {0, 0}, {0, kUnknown}});
     }
 

@@ -57,7 +57,8 @@ void Filter(const Planes& p, GradientKernel column, GradientKernel row) {
             }
             kernels.columnSums[column](rows, line.data() + from, to - from);
             std::fill_n(line.data(), from, p.constantBorder ? beyondSum : line[from]);
-            std::fill(line.data() + to, line.data() + count + 2 * radius, p.constantBorder ? beyondSum : line[to - 1]);
+            std::fill(line.data() + to, line.data() + count + std::ptrdiff_t{2} * radius,
+                      p.constantBorder ? beyondSum : line[to - 1]);
             kernels.rowSums[row](line.data(), out + left, count);
         }
     }

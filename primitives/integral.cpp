@@ -34,7 +34,7 @@ void SumLongRow(const uint8* pixels, int32 width, const IntegralRows& r) {
     for (int32 x = 0; x < width; ++x) {
         const int32 p = pixels[x];
         rowSum += p;
-        rowSquares += p * p;
+        rowSquares += static_cast<int64>(p * p);
         r.sum[x] = static_cast<float>(static_cast<double>(rowSum) + static_cast<double>(r.sumAbove[x]));
         r.squares[x] = r.squaresAbove[x] + static_cast<double>(rowSquares);
     }

@@ -80,7 +80,7 @@ private:
     const RowKernels& kernels_;
     uint8* result_;
     int64 width_;
-    const uint8* rows_[kMost];
+    const uint8* rows_[kMost] = {};
     int32 count_ = 0;
 };
 

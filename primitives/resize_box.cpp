@@ -53,7 +53,7 @@ private:
     const RowKernels& kernels_;
     float* sums_;
     int64 width_;
-    WeightedRow rows_[kMost];
+    WeightedRow rows_[kMost] = {};
     int32 count_ = 0;
     bool goesOn_ = false;
 };

@@ -148,7 +148,7 @@ inline void SampleBlocks(const TurnedPath& path, PieceWay& way, int64 count, uin
     constexpr double kOne = 4294967296.0;
     AxisPositions u(static_cast<int64>(way.u * kOne), static_cast<int64>(path.uStep * kOne));
     AxisPositions v(static_cast<int64>(way.v * kOne), static_cast<int64>(path.vStep * kOne));
-    constexpr int64 kBlockBytes = kSamples * Channels;
+    constexpr int64 kBlockBytes = int64{kSamples} * Channels;
     for (int64 done = 0; done < count; done += kSamples, to += kBlockBytes) {
         uint8 apart[32]; // for a last block, whose spill would leave the row
         const bool spills = Channels == 3 && count - done < kSamples + 2; // also where the row goes on

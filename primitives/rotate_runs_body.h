@@ -299,7 +299,7 @@ PieceWay SampleRuns(const TurnedPath& path, const TurnedStart& start, int64 coun
         ExpectRun(run.upper, bytes, path.ahead);
         const auto vectors = static_cast<int32>((static_cast<uint32>(bytes) + 7) / 8);
         uint8* const to = start.to + 3 * std::ptrdiff_t{done};
-        if (8 * vectors > 3 * (count - done)) {
+        if (int64{8} * vectors > 3 * (count - done)) {
             SampleLastRun(path, ways, way, run, done, bytes, to);
         } else if (DoubtsOf<kRunDoubt>(SampleOneRun(ways, run, vectors, to)) != 0) {
             DecideDoubts(path, ways, way, run, done, bytes, to);
@@ -351,7 +351,7 @@ void SampleRunsOfTwo(const TurnedPath& path, TurnedStart& startA, TurnedStart& s
         const int32 vectors = static_cast<int32>((static_cast<uint32>(bytes) + 7) / 8);
         uint8* const toA = startA.to + 3 * std::ptrdiff_t{done};
         uint8* const toB = startB.to + 3 * std::ptrdiff_t{done};
-        if (8 * vectors > 3 * (room - done)) {
+        if (int64{8} * vectors > 3 * (room - done)) {
             SampleLastRun(path, ways, wayA, a, done, bytes, toA);
             SampleLastRun(path, ways, wayB, b, done, bytes, toB);
         } else {

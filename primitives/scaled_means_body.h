@@ -89,7 +89,7 @@ template <int32 Channels, int32 Taps, int32 Windows>
 inline void MeansOfBlock(const ScaledMeans& m, std::ptrdiff_t block, __m256i (&doubled)[Channels]) {
     const __m256i places = LoadBytes(m.places + kMeanBlock * block);
     const float* weights = m.weights + kMeanBlock * block * (Taps != 0 ? Taps : m.taps);
-    const float* from[Channels];
+    const float* from[Channels] = {};
     for (int32 c = 0; c < Channels; ++c) from[c] = m.planes + m.bases[block] + c * m.planeStep;
     __m256 sums[Channels];
     for (__m256& sum : sums) sum = _mm256_set1_ps(m.raise);
@@ -213,7 +213,7 @@ void RunNearBoxMeans(const ScaledMeans& means, const BoxSpan* spans, double scal
 /// The doubles' byte of cubic interpolation.
 template <int32 Channels>
 uint8 DecideCubic(const ScaledMeans& m, const CubicPoint& along, const CubicPoint& down, int32 channel) {
-    float lines[4];
+    float lines[4] = {};
     for (int32 k = 0; k < 4; ++k) {
         const uint8* p = m.rows[k].row + std::ptrdiff_t{Channels} * (along.first - m.firstColumn) + channel;
         lines[k] = static_cast<float>(
