@@ -95,8 +95,10 @@ private:
     void OnSleep() override {
         if (inStep_) return; // one of them waits itself
         inStep_ = true;
-        if (!session_.m_frameThreadStopped) session_.FrameThreadStep();
-        if (!session_.m_detectThreadStopped) session_.DetectThreadStep();
+        // Once the face is no longer marked a thread's whole body ends, too.
+        const bool whole = session_.m_stage != COrvQuickViewDlg::kMarking && device_.height % 2 != 0;
+        if (!session_.m_frameThreadStopped) whole ? session_.FrameThreadProc() : session_.FrameThreadStep();
+        if (!session_.m_detectThreadStopped) whole ? session_.DetectThreadProc() : session_.DetectThreadStep();
         inStep_ = false;
     }
 

@@ -19,7 +19,8 @@ inline void PlayOperator(Choices& choices, test::FakeWindow& window) {
     const auto control = [&] { return kControls[choices.Int(0, static_cast<int32>(std::size(kControls)) - 1)]; };
     const auto place = [&] { return choices.Int(-20, 420); };
     for (int32 steps = choices.Int(0, 12); steps > 0; --steps) {
-        switch (choices.Int(0, 15)) {
+        const uint8 step = choices.Byte();
+        switch (step % 16) {
         case 0:
             window.Click(control());
             break;
@@ -54,6 +55,11 @@ inline void PlayOperator(Choices& choices, test::FakeWindow& window) {
             window.Enter();
             break;
         case 8:
+            window.Pump();
+            if (step < 128) break;
+            window.Click(kPlainOk); // the face is accepted, and the portrait turned by whole quarters
+            window.Pump();
+            window.Type(kRotationEdit, std::to_wstring(90 * (step / 16 - 7)).c_str());
             window.Pump();
             break;
         case 9:

@@ -51,6 +51,7 @@ public:
     std::function<void()> duringConfirm;                            // while the confirmation stands
     std::function<void()> duringAbout;
     std::string exhaustedAt; // a call whose line begins so finds memory exhausted, once
+    bool logs = true;
 
     // Found by the test.
     std::vector<std::string> log;
@@ -78,6 +79,7 @@ public:
 
     template <typename... Parts>
     void Log(const Parts&... parts) {
+        if (!logs) return;
         std::ostringstream line;
         ((line << parts), ...);
         log.push_back(line.str());

@@ -1,7 +1,8 @@
-// Many sessions in one process take no more than a few did. ORVANE_SOAK_SESSIONS tells how many; by default few
-// enough for every run of the tests.
+// Many sessions in one process take no more than a few did. ORVANE_SOAK_SESSIONS tells how many with a window, and
+// ORVANE_SOAK_PICTURES how many without; by default few enough for every run of the tests.
 #include "tests/window/sessions/cameras.h"
-#include "tests/window/sessions/held.h"
+#include "tests/window/sessions/flat.h"
+#include "tests/window/sessions/random_sessions.h"
 #include "tests/window/sessions/window_host.h"
 
 #include <cstdlib>
@@ -10,10 +11,11 @@
 namespace orvane::test {
 namespace {
 
-int SessionsToRun() {
-    const char* wanted = std::getenv("ORVANE_SOAK_SESSIONS");
-    return wanted == nullptr ? 20 : std::atoi(wanted);
+int Wanted(const char* variable, int usual) {
+    const char* wanted = std::getenv(variable);
+    return wanted == nullptr ? usual : std::atoi(wanted);
 }
+int SessionsToRun() { return Wanted("ORVANE_SOAK_SESSIONS", 20); }
 
 /// One of the ways through a session, by its number.
 void RunSession(WindowHost& host, const HostBlock& photo, int number) {
@@ -51,29 +53,6 @@ void RunSession(WindowHost& host, const HostBlock& photo, int number) {
     }
 }
 
-/// Runs sessions and looks at what the process holds, before the second half of them and at the end.
-void ExpectFlat(int sessions, const std::function<void(int)>& run) {
-    Held before;
-    const int warmUp = sessions / 2; // caches of the toolkit fill, each at its time
-    for (int number = 0; number < sessions && !::testing::Test::HasFailure(); ++number) {
-        if (number == warmUp) before = HeldByThisProcess();
-        run(number);
-    }
-    ASSERT_FALSE(::testing::Test::HasFailure()) << "a session went wrong";
-    const Held after = HeldByThisProcess();
-    std::cout << sessions << " sessions: memory " << before.memory << " -> " << after.memory << " bytes, handles "
-              << before.handles << " -> " << after.handles << ", threads " << before.threads << " -> " << after.threads
-              << "\n";
-    constexpr int64 kLateCaches = 16;
-    EXPECT_LE(after.handles, before.handles + kLateCaches);
-    constexpr int64 kLateHelpers = 2; // threads of the toolkit's own
-    EXPECT_LE(after.threads, before.threads + kLateHelpers);
-#ifndef __SANITIZE_ADDRESS__            // which keeps freed memory back, and looks for leaks by itself
-    constexpr int64 kSpread = 12 << 20; // of the allocators, not growing with the number of sessions
-    EXPECT_LE(after.memory, before.memory + kSpread);
-#endif
-}
-
 TEST(Soak, SessionsOnPicturesKeepNothing) {
     WindowHost host;
     const HostBlock photo(PictureOf(ScenePicture::face));
@@ -82,13 +61,35 @@ TEST(Soak, SessionsOnPicturesKeepNothing) {
     ExpectFlat(sessions, [&](int number) { RunSession(host, photo, number); });
 }
 
-/// A quarter as many: they last longer.
+/// The second run of the same sessions takes no more, and gives the same to the last bit.
+TEST(Soak, SessionsWithoutAWindowKeepNothingAndGiveTheSameAgain) {
+    HostLibrary library;
+    ASSERT_TRUE(WriteClassifier(library.Folder(), FaceCascade().Bytes()));
+    ASSERT_EQ(library.orv_InitDLL(), ORV_OK);
+    RandomSessions sessions(library);
+    const int count = Wanted("ORVANE_SOAK_PICTURES", 400);
+    std::string first;
+    int outputs = 0;
+    ExpectFlat(2 * count, [&](int number) {
+        if (number == count) {
+            outputs = sessions.Outputs();
+            first = sessions.Digest();
+        }
+        sessions.Run(number % count);
+    });
+    EXPECT_GT(outputs, count / 2) << "most sessions have an output";
+    const std::string second = sessions.Digest();
+    EXPECT_EQ(second, first);
+    std::cout << outputs << " outputs, digest " << first.substr(0, 64) << "\n";
+}
+
+/// Half as many: they last longer.
 TEST(Soak, LiveSessionsKeepNothing) {
     const Cameras cameras;
     WindowHost host;
     host.lib.orv_EnableAction(ORV_CROP, 1);
     const int32 camera = cameras.IndexOf(Camera::portrait);
-    ExpectFlat(SessionsToRun() / 4, [&](int number) {
+    ExpectFlat(SessionsToRun() / 2, [&](int number) {
         const bool ok = number % 2 == 0;
         const int32_t result = host.DetectLive(camera, [&](Hand& hand) {
             if (number % 3 == 0) hand.Click(kPlainFreeze);
@@ -98,7 +99,7 @@ TEST(Soak, LiveSessionsKeepNothing) {
     });
 }
 
-/// Loads of the library, with a session or two and every other time without a release.
+/// Loads of the library, twice as many, with a session or two and every other time without a release.
 TEST(Soak, LibrariesThatComeAndGoKeepNothing) {
     const Cameras cameras;
     const int32 camera = cameras.IndexOf(Camera::portrait);
@@ -106,7 +107,7 @@ TEST(Soak, LibrariesThatComeAndGoKeepNothing) {
     const LibraryFolder folder;
     WindowHost::PutFiles(folder.Folder());
     const auto cancel = [](Hand& hand) { hand.Click(kCancelButton); };
-    ExpectFlat(SessionsToRun(), [&](int number) {
+    ExpectFlat(2 * SessionsToRun(), [&](int number) {
         const LoadedLibrary lib(folder.File());
         EXPECT_EQ(lib.orv_InitDLL(), ORV_OK);
         const auto picture = [&] { return lib.orv_DetectFacePicture(photo.Handle()); };
