@@ -51,6 +51,19 @@ def tool_portrait(tmp_path):
 
 
 @pytest.fixture
+def tool_size(tool_portrait, tmp_path):
+    """Of the portrait that `orvane portrait` makes of a photo; one side grows with the face's place."""
+
+    def size(photo, asked="480x860"):
+        file = tmp_path / "photo-of-the-tool.png"
+        photo.save(file)
+        with Image.open(tool_portrait(file, "--size", asked)) as portrait:
+            return portrait.size
+
+    return size
+
+
+@pytest.fixture
 def run_program(tmp_path):
     """Runs a program in a process of its own and gives what it printed; it must end well."""
 

@@ -16,18 +16,19 @@ from orvane.picture import picture_from_rows, rows_from_picture
 NONE = {"actions": ()}
 
 
-def test_a_pillow_image_gives_one_and_stays_as_it_is(small_photo):
+def test_a_pillow_image_gives_one_and_stays_as_it_is(small_photo, tool_size):
     before = small_photo.tobytes()
     portrait = orvane.portrait(small_photo)
     assert isinstance(portrait, Image.Image) and portrait.mode == "RGB"
-    assert portrait.size == (480, 860)
+    assert portrait.size == tool_size(small_photo)
     assert small_photo.tobytes() == before
 
 
-def test_an_array_gives_one_that_is_the_callers_own(small_photo):
+def test_an_array_gives_one_that_is_the_callers_own(small_photo, tool_size):
     array = np.asarray(small_photo)
     portrait = orvane.portrait(array)
-    assert portrait.dtype == np.uint8 and portrait.shape == (860, 480, 3)
+    width, height = tool_size(small_photo)
+    assert portrait.dtype == np.uint8 and portrait.shape == (height, width, 3)
     assert portrait.flags.c_contiguous and portrait.flags.writeable and portrait.flags.owndata
 
 

@@ -95,14 +95,14 @@ def test_nothing_of_it_reaches_the_library(run_played):
     assert calls == []
 
 
-def test_numbers_of_numpy_are_numbers(small_photo):
+def test_numbers_of_numpy_are_numbers(small_photo, tool_size):
     portrait = orvane.portrait(small_photo, size=(np.int64(240), np.uint16(430)), crop_ratio=np.float32(1))
-    assert portrait.size == (240, 430)
+    assert portrait.size == tool_size(small_photo, "240x430")
     assert portrait.tobytes() == orvane.portrait(small_photo, size=[240, 430]).tobytes()
 
 
-def test_the_width_is_brought_down_to_a_multiple_of_four(small_photo):
-    assert orvane.portrait(small_photo, size=(243, 430)).size == (240, 430)
+def test_the_width_is_brought_down_to_a_multiple_of_four(small_photo, tool_size):
+    assert orvane.portrait(small_photo, size=(243, 430)).size == tool_size(small_photo, "240x430")
 
 
 def test_a_call_is_a_session_of_its_own(run_played):
