@@ -1,8 +1,7 @@
-// Many sessions in one process take no more than a few did. ORVANE_SOAK_SESSIONS tells how many with a window, and
-// ORVANE_SOAK_PICTURES how many without; by default few enough for every run of the tests.
+// Many sessions in one process take no more than a few did. ORVANE_SOAK_SESSIONS tells how many; by default few
+// enough for every run of the tests.
 #include "tests/window/sessions/cameras.h"
 #include "tests/window/sessions/flat.h"
-#include "tests/window/sessions/random_sessions.h"
 #include "tests/window/sessions/window_host.h"
 
 #include <cstdlib>
@@ -11,11 +10,10 @@
 namespace orvane::test {
 namespace {
 
-int Wanted(const char* variable, int usual) {
-    const char* wanted = std::getenv(variable);
-    return wanted == nullptr ? usual : std::atoi(wanted);
+int SessionsToRun() {
+    const char* wanted = std::getenv("ORVANE_SOAK_SESSIONS");
+    return wanted == nullptr ? 20 : std::atoi(wanted);
 }
-int SessionsToRun() { return Wanted("ORVANE_SOAK_SESSIONS", 20); }
 
 /// One of the ways through a session, by its number.
 void RunSession(WindowHost& host, const HostBlock& photo, int number) {
@@ -59,28 +57,6 @@ TEST(Soak, SessionsOnPicturesKeepNothing) {
     const int sessions = SessionsToRun();
     ASSERT_GE(sessions, 20) << "too few to go every way";
     ExpectFlat(sessions, [&](int number) { RunSession(host, photo, number); });
-}
-
-/// The second run of the same sessions takes no more, and gives the same to the last bit.
-TEST(Soak, SessionsWithoutAWindowKeepNothingAndGiveTheSameAgain) {
-    HostLibrary library;
-    ASSERT_TRUE(WriteClassifier(library.Folder(), FaceCascade().Bytes()));
-    ASSERT_EQ(library.orv_InitDLL(), ORV_OK);
-    RandomSessions sessions(library);
-    const int count = Wanted("ORVANE_SOAK_PICTURES", 400);
-    std::string first;
-    int outputs = 0;
-    ExpectFlat(2 * count, [&](int number) {
-        if (number == count) {
-            outputs = sessions.Outputs();
-            first = sessions.Digest();
-        }
-        sessions.Run(number % count);
-    });
-    EXPECT_GT(outputs, count / 2) << "most sessions have an output";
-    const std::string second = sessions.Digest();
-    EXPECT_EQ(second, first);
-    std::cout << outputs << " outputs, digest " << first.substr(0, 64) << "\n";
 }
 
 /// Half as many: they last longer.

@@ -1,11 +1,15 @@
 // Sessions on random pictures with random settings, and a digest of all that came out of them.
 #pragma once
 
+#include "tests/exports/host_library.h"
+#include "tests/support/host_block.h"
 #include "tests/support/portrait_scene.h"
 #include "tests/support/sha256.h"
-#include "tests/window/sessions/window_host.h"
+
+#include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvane::test {
