@@ -95,6 +95,22 @@ TEST(Rotate, EqualsThePlainFormWhereSamplesLieOnTheStepsOfRounding) {
     }
 }
 
+/// Turns by odd eighths and whole shifts, cut by the destination: which side of a pixel the outline passes is a matter
+/// of the last bit.
+TEST(Rotate, EqualsThePlainFormWherePixelsLieOnTheOutline) {
+    Random random(45);
+    for (int32 i = 0; i < 400; ++i) {
+        Turn t = RandomTurn(random, 90);
+        t.srcRoi = {0, 0, t.srcSize.width, t.srcSize.height};
+        t.angle = 90.0 * random.Int(-8, 8) + 45.0;
+        t.xShift = random.Int(-60, 60);
+        t.yShift = random.Int(-60, 60);
+        Judge(t, random);
+    }
+    const Turn found{{61, 64}, {0, 0, 61, 64}, {0, 2, 86, 76}, -585, 25, 32, kLinear, 3};
+    EXPECT_EQ(Judge(found, random), kOk);
+}
+
 TEST(Rotate, EqualsThePlainFormOfBlackAndWhite) {
     Random random;
     for (int32 round = 0; round < 300; ++round) {

@@ -1,11 +1,13 @@
-// Rotation once more, straight from its rules: quarter turns pixel by pixel forwards; other turns by
-// clipping the quad's polygon against the destination and filling it row by row. Only sine and cosine come
-// from the code under test; they have tests of their own.
+// Rotation once more, straight from its rules: quarter turns pixel by pixel forwards; other turns by filling the
+// quad's polygon row by row, as far as the destination goes. The polygon itself stays whole: a corner that clipping
+// made would move an edge by a rounding, and a pixel that lies on the edge out of it. Only sine and cosine come from
+// the code under test; they have tests of their own.
 #pragma once
 
 #include "primitives/sine_cosine.h"
 #include "tests/support/plane.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ostream>
 #include <vector>
@@ -35,24 +37,6 @@ inline std::ostream& operator<<(std::ostream& out, const Turn& t) {
 struct Point {
     double x, y;
 };
-
-/// The part of a polygon on one side of a limit: sign * coordinate >= sign * limit, the coordinate being
-/// x or y. New corners lie on the limit exactly.
-inline std::vector<Point> ClipAt(const std::vector<Point>& polygon, double Point::*axis, double sign, double limit) {
-    std::vector<Point> result;
-    for (std::size_t i = 0; i < polygon.size(); ++i) {
-        const Point p = polygon[i], q = polygon[(i + 1) % polygon.size()];
-        const double dp = sign * (p.*axis - limit), dq = sign * (q.*axis - limit);
-        if (dp >= 0) result.push_back(p);
-        if ((dp > 0 && dq < 0) || (dp < 0 && dq > 0)) {
-            const double t = dp / (dp - dq);
-            Point crossing{p.x + (q.x - p.x) * t, p.y + (q.y - p.y) * t};
-            crossing.*axis = limit;
-            result.push_back(crossing);
-        }
-    }
-    return result;
-}
 
 class PlainTurn {
 public:
@@ -97,19 +81,15 @@ private:
         for (const Point p : {Point{double(r.x), double(r.y)}, {x1, double(r.y)}, {x1, y1}, {double(r.x), y1}}) {
             polygon.push_back({cos_ * p.x + sin_ * p.y + t_.xShift, -sin_ * p.x + cos_ * p.y + t_.yShift});
         }
-        polygon = ClipAt(polygon, &Point::x, 1, d.x);
-        polygon = ClipAt(polygon, &Point::x, -1, d.x + d.width - 1);
-        polygon = ClipAt(polygon, &Point::y, 1, d.y);
-        polygon = ClipAt(polygon, &Point::y, -1, d.y + d.height - 1);
-        if (polygon.empty()) return kEmptyResult;
         double top = polygon[0].y, bottom = top;
         for (const Point p : polygon) {
             top = std::min(top, p.y);
             bottom = std::max(bottom, p.y);
         }
         bool landed = false;
-        for (int32 y = static_cast<int32>(std::ceil(top)); y <= std::floor(bottom); ++y) {
-            if (FillRow(polygon, y)) landed = true;
+        const double lastRow = std::min(std::floor(bottom), d.y + d.height - 1.0);
+        for (double y = std::max(std::ceil(top), double(d.y)); y <= lastRow; ++y) {
+            if (FillRow(polygon, static_cast<int32>(y))) landed = true;
         }
         return landed ? kOk : kEmptyResult;
     }
@@ -125,7 +105,10 @@ private:
             if (p.y == y) add(p.x);
             if ((p.y - y) * (q.y - y) < 0) add(p.x + (y - p.y) / (q.y - p.y) * (q.x - p.x));
         }
-        const auto first = static_cast<int32>(std::ceil(left)), last = static_cast<int32>(std::floor(right));
+        left = std::max(std::ceil(left), double(t_.dstRoi.x));
+        right = std::min(std::floor(right), t_.dstRoi.x + t_.dstRoi.width - 1.0);
+        if (!(left <= right)) return false;
+        const auto first = static_cast<int32>(left), last = static_cast<int32>(right);
         double u = cos_ * (first - t_.xShift) - sin_ * (y - t_.yShift);
         double v = sin_ * (first - t_.xShift) + cos_ * (y - t_.yShift);
         for (int32 x = first; x <= last; ++x) {
@@ -135,7 +118,7 @@ private:
             u += cos_;
             v += sin_;
         }
-        return first <= last;
+        return true;
     }
 
     uint8 Source(int32 x, int32 y, int32 c) const { return src_.At(x * t_.channels + c, y); }
