@@ -64,7 +64,7 @@ private:
         const Room room = RoomOf(face_, size_);
         Room least = kLeastRoom;
         // A portrait was cut already: nothing may be cut off, and the millimetres tell the rest.
-        if (document_ != nullptr) least = isPortrait_ ? Room() : RoomForDocument(*document_);
+        if (document_ != nullptr) least = isPortrait_ ? Room() : RoomForDocument(*document_, face_, size_);
         Set(MeasureKind::roomAbove, room.above, {least.above, {}});
         Set(MeasureKind::roomBelow, room.below, {least.below, {}});
         Set(MeasureKind::roomLeft, room.left, {least.left, {}});

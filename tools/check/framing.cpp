@@ -1,41 +1,44 @@
 #include "tools/check/framing.h"
 
+#include "tools/documents/frame.h"
+
+#include <algorithm>
 #include <cmath>
 
 namespace orvane::tools {
 namespace {
 
-/// The middle of a band with two ends, the end of one with one, else the other value.
-double MiddleOr(const Band& band, double other) {
-    if (band.low && band.high) return (*band.low + *band.high) / 2;
-    return band.low ? *band.low : band.high.value_or(other);
+/// To the edges of a part of the picture's plane, which may reach beyond it.
+Room RoomWithin(const FaceBox& face, const PlaneRect& part) {
+    const double width = face.width;
+    const double height = face.height;
+    Room room;
+    room.above = (face.y - part.top) / height + kMedianHead.crown;
+    room.below = (part.Bottom() - face.y) / height - kMedianHead.chin;
+    room.left = (face.x - part.left) / width + 0.5 - kHalfHead;
+    room.right = (part.Right() - face.x) / width - 0.5 - kHalfHead;
+    return room;
+}
+
+PlaneRect WholeOf(ImageSize picture) {
+    return {0, 0, static_cast<double>(picture.width), static_cast<double>(picture.height)};
 }
 
 } // namespace
 
-Room RoomOf(const FaceBox& face, ImageSize picture) {
-    const double width = face.width;
-    const double height = face.height;
-    Room room;
-    room.above = face.y / height + kMedianHead.crown;
-    room.below = (picture.height - face.y) / height - kMedianHead.chin;
-    room.left = face.x / width + 0.5 - kHalfHead;
-    room.right = (picture.width - face.x) / width - 0.5 - kHalfHead;
-    return room;
-}
+Room RoomOf(const FaceBox& face, ImageSize picture) { return RoomWithin(face, WholeOf(picture)); }
 
-Room RoomForDocument(const Document& document) {
-    const double head = MiddleOr(document.head, 0.75 * document.height);
-    const double side = head / kMedianHead.Height(document.headTop);
-    const double chin = (kMedianHead.chin - kMedianHead.eyes) * side;
-    const double around = document.height - head;
-    const double above = MiddleOr(document.above, around / 2);
-    const double below = MiddleOr(document.eyes, around - above + chin) - chin;
-    Room room;
-    room.below = below / side;
-    room.above = (document.height - below) / side - kMedianHead.Height();
-    room.left = room.right = document.width / 2 / side - kHalfHead;
-    return room;
+Room RoomForDocument(const Document& document, const FaceBox& face, ImageSize photo) {
+    const PlaneRect square{static_cast<double>(face.x), static_cast<double>(face.y), static_cast<double>(face.width),
+                           static_cast<double>(face.height)};
+    const FramePlan plan = FrameWithin(WishOf(document), square, WholeOf(photo));
+    const Room there = RoomOf(face, photo);
+    Room least = RoomWithin(face, plan.frame);
+    if (plan.missing.top == 0) least.above = std::min(least.above, there.above);
+    if (plan.missing.bottom == 0) least.below = std::min(least.below, there.below);
+    if (plan.missing.left == 0) least.left = std::min(least.left, there.left);
+    if (plan.missing.right == 0) least.right = std::min(least.right, there.right);
+    return least;
 }
 
 bool HasProportionsOf(const Document& document, ImageSize picture) {

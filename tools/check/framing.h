@@ -25,10 +25,10 @@ struct Room {
 
 Room RoomOf(const FaceBox& face, ImageSize picture);
 
-/// The least room in which the frame of a document fits around a head in the middle of the document's band, the face in
-/// the middle of the frame and the eyes, or what is above the head, in the middle of their band. Without a band for the
-/// head it takes 75 % of the height; without one for its place there is as much room above as below.
-Room RoomForDocument(const Document& document);
+/// The least room for a document: that of the frame which a portrait out of this photograph has (FrameWithin). Where
+/// the frame ends within the photograph, or not by so much that a portrait would lack it, it is no more than there is:
+/// so the room is too small on those sides, and on no others, on which a portrait would have to be filled.
+Room RoomForDocument(const Document& document, const FaceBox& face, ImageSize photo);
 
 /// Whether a picture has the document's proportions, give or take a hundredth: then it is taken for its portrait.
 bool HasProportionsOf(const Document& document, ImageSize picture);
