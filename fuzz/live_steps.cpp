@@ -3,7 +3,6 @@
 #include "actions/action_settings.h"
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
-#include "detect/scan_observer.h"
 #include "fuzz/support/choices.h"
 #include "fuzz/support/expect.h"
 #include "fuzz/support/library_folder.h"
@@ -11,13 +10,13 @@
 #include "fuzz/support/played_threads.h"
 #include "primitives/dispatch.h"
 #include "session/quick_view_dlg.h"
+#include "tests/support/during_detection.h"
 #include "tests/support/fake_video.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/fresh_session.h"
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -26,21 +25,6 @@ using fuzz::Expect;
 using fuzz::ExpectOneOf;
 
 namespace {
-
-/// Does something at the start of each detection, on the thread that detects.
-class DuringDetection final : public ScanObserver {
-public:
-    explicit DuringDetection(std::function<void()> what) : what_(std::move(what)) { g_scanObserver = this; }
-    ~DuringDetection() override { g_scanObserver = nullptr; }
-    DuringDetection(const DuringDetection&) = delete;
-    DuringDetection& operator=(const DuringDetection&) = delete;
-
-    bool NeedsSteps() const override { return false; }
-    void OnPass() override { what_(); }
-
-private:
-    std::function<void()> what_;
-};
 
 /// The classifier that finds drawn faces, loaded once.
 void LoadOnce() {
@@ -182,7 +166,7 @@ private:
     void Detect() {
         bool held = false;
         const bool meddles = choices_.Int(0, 3) == 3;
-        const DuringDetection meddling([&] {
+        const test::DuringDetection meddling([&] {
             if (!meddles || held) return;
             held = true;
             SendPicture();

@@ -3,13 +3,12 @@
 
 #include "actions/action_settings.h"
 #include "detect/candidates.h"
-#include "detect/scan_observer.h"
 #include "tests/session/session_fixture.h"
+#include "tests/support/during_detection.h"
 #include "tests/support/fake_video.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/host_block.h"
 
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <thread>
@@ -20,25 +19,6 @@ namespace orvane::test {
 /// A frame of the first camera with a face of 40 pixels at column `left`, 40 rows above the bottom.
 inline Scene FrameWithFace(int32 left = 60) { return FaceScene(160, 120, left, 40, 40); }
 inline Scene FrameWithoutFace() { return BlankScene(160, 120); }
-
-/// While it lives, does something at the start of every detection, on the thread that detects.
-class DuringDetection final : public ScanObserver {
-public:
-    explicit DuringDetection(std::function<void()> what) : what_(std::move(what)) { g_scanObserver = this; }
-    ~DuringDetection() override { g_scanObserver = nullptr; }
-    DuringDetection(const DuringDetection&) = delete;
-    DuringDetection& operator=(const DuringDetection&) = delete;
-
-    void OnPass() override {
-        ++passes;
-        what_();
-    }
-
-    std::atomic<int32> passes = 0;
-
-private:
-    std::function<void()> what_;
-};
 
 /// The first camera has frames of 160 by 120; the preview is 400 pixels wide and high at the most.
 class LiveTest : public SessionTestWith<FakeWindowSystem, FakeVideo> {
