@@ -30,11 +30,14 @@ PdfPicture OfJpeg(const std::string& jpeg, const JpegFrame& frame) {
 
 /// The pixels of a PNG file are stored as PDF stores them too.
 bool OfPng(const std::string& png, PdfPicture* picture) {
-    const std::vector<PngChunk> chunks = PngChunks(png);
+    const FileParts<PngChunk> chunks = PngChunks(png);
+    const auto header = chunks.begin();
     const std::string plainColour("\10\2\0\0\0", 5); // 8 bits, red green blue, the one compression, filter and order
-    if (chunks.empty() || chunks[0].size != 13 || png.compare(chunks[0].content + 8, 5, plainColour) != 0) return false;
-    picture->width = static_cast<int>(HighFirst(png, chunks[0].content, 4));
-    picture->height = static_cast<int>(HighFirst(png, chunks[0].content + 4, 4));
+    if (header == chunks.end() || header->size != 13 || png.compare(header->content + 8, 5, plainColour) != 0) {
+        return false;
+    }
+    picture->width = static_cast<int>(HighFirst(png, header->content, 4));
+    picture->height = static_cast<int>(HighFirst(png, header->content + 4, 4));
     picture->entries = "/ColorSpace /DeviceRGB /BitsPerComponent 8 /Filter /FlateDecode /DecodeParms << /Predictor 15 "
                        "/Colors 3 /BitsPerComponent 8 /Columns " +
                        std::to_string(picture->width) + " >>";

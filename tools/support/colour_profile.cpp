@@ -19,14 +19,12 @@ bool NamesProfile(const std::string& content) {
     constexpr unsigned kProfileTag = 34675;
     const std::optional<PictureFormat> format = FormatOfContent(content);
     if (format == PictureFormat::jpeg) {
-        const std::vector<JpegSegment> segments = JpegSegments(content);
-        return std::any_of(segments.begin(), segments.end(), [&](const JpegSegment& segment) {
+        return std::ranges::any_of(JpegSegments(content), [&](const JpegSegment& segment) {
             return HasName(content, segment, kProfileSegment, kName);
         });
     }
     if (format == PictureFormat::png) {
-        const std::vector<PngChunk> chunks = PngChunks(content);
-        return std::any_of(chunks.begin(), chunks.end(), [](const PngChunk& chunk) { return chunk.type == "iCCP"; });
+        return std::ranges::any_of(PngChunks(content), [](const PngChunk& chunk) { return chunk.type == "iCCP"; });
     }
     if (format != PictureFormat::tiff) return false;
     const TiffBlock tiff(content);

@@ -9,26 +9,22 @@ namespace {
 constexpr unsigned kStartOfScan = 0xDA;
 constexpr std::size_t kMarkerAndLength = 4;
 
+std::optional<JpegSegment> SegmentAt(const std::string& jpeg, std::size_t at) {
+    if (at == 0) {
+        if (!IsJpeg(jpeg)) return std::nullopt;
+        at = 2;
+    }
+    while (at + kMarkerAndLength <= jpeg.size() && HighFirst(jpeg, at, 2) == 0xFFFF) ++at; // a fill byte
+    if (at + kMarkerAndLength > jpeg.size() || HighFirst(jpeg, at, 1) != 0xFF) return std::nullopt;
+    const unsigned marker = HighFirst(jpeg, at + 1, 1);
+    const std::size_t length = HighFirst(jpeg, at + 2, 2);
+    if (marker == kStartOfScan || length < 2 || jpeg.size() - at - 2 < length) return std::nullopt;
+    return JpegSegment{marker, at, at + kMarkerAndLength, length - 2};
+}
+
 } // namespace
 
-std::vector<JpegSegment> JpegSegments(const std::string& jpeg) {
-    std::vector<JpegSegment> segments;
-    if (!IsJpeg(jpeg)) return segments;
-    const auto byte = [&](std::size_t at) -> unsigned { return static_cast<unsigned char>(jpeg[at]); };
-    std::size_t at = 2;
-    while (at + kMarkerAndLength <= jpeg.size() && byte(at) == 0xFF) {
-        const unsigned marker = byte(at + 1);
-        if (marker == 0xFF) {
-            ++at; // a fill byte
-            continue;
-        }
-        const std::size_t length = byte(at + 2) << 8 | byte(at + 3);
-        if (marker == kStartOfScan || length < 2 || jpeg.size() - at - 2 < length) break;
-        segments.push_back({marker, at, at + kMarkerAndLength, length - 2});
-        at += 2 + length;
-    }
-    return segments;
-}
+FileParts<JpegSegment> JpegSegments(const std::string& jpeg) { return {jpeg, SegmentAt}; }
 
 bool HasName(const std::string& jpeg, const JpegSegment& segment, unsigned marker, const std::string& name) {
     return segment.marker == marker && segment.size >= name.size() &&
@@ -62,7 +58,7 @@ void AddJpegSegments(const std::string& segments, std::string* jpeg) {
     std::size_t at = 2;
     for (const JpegSegment& segment : JpegSegments(*jpeg)) {
         if (segment.marker != kJfifSegment && segment.marker != kExifSegment) break;
-        at = segment.content + segment.size;
+        at = segment.End();
     }
     jpeg->insert(at, segments);
 }

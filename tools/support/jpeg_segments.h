@@ -2,10 +2,11 @@
 // claim.
 #pragma once
 
+#include "tools/support/file_parts.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace orvane::tools {
 
@@ -14,6 +15,8 @@ struct JpegSegment {
     std::size_t at = 0;      ///< Of that 0xFF.
     std::size_t content = 0; ///< Behind the length.
     std::size_t size = 0;    ///< Bytes of the content, all of them within the stream.
+
+    std::size_t End() const { return content + size; }
 };
 
 inline constexpr unsigned kJfifSegment = 0xE0;
@@ -26,7 +29,7 @@ inline constexpr unsigned kCommentSegment = 0xFE;
 inline constexpr std::size_t kMostInJpegSegment = 65533;
 
 /// In their order, up to the first one that is damaged or starts a scan.
-std::vector<JpegSegment> JpegSegments(const std::string& jpeg);
+FileParts<JpegSegment> JpegSegments(const std::string& jpeg);
 
 /// Whether a segment of this kind begins with `name`.
 bool HasName(const std::string& jpeg, const JpegSegment& segment, unsigned marker, const std::string& name);

@@ -17,32 +17,33 @@ std::uint32_t Checksum(const std::string& bytes) {
     return ~sum;
 }
 
-} // namespace
-
-std::vector<PngChunk> PngChunks(const std::string& png) {
-    std::vector<PngChunk> chunks;
-    if (!IsPng(png)) return chunks;
-    for (std::size_t at = kSignature; png.size() - at >= kPngChunkFrame;) {
-        const std::size_t size = HighFirst(png, at, 4);
-        if (png.size() - at - kPngChunkFrame < size) break;
-        chunks.push_back({png.substr(at + 4, 4), at, at + 8, size});
-        at += kPngChunkFrame + size;
+std::optional<PngChunk> ChunkAt(const std::string& png, std::size_t at) {
+    if (at == 0) {
+        if (!IsPng(png)) return std::nullopt;
+        at = kSignature;
     }
-    return chunks;
+    if (png.size() - at < kPngChunkFrame) return std::nullopt;
+    const std::size_t size = HighFirst(png, at, 4);
+    if (png.size() - at - kPngChunkFrame < size) return std::nullopt;
+    return PngChunk{png.substr(at + 4, 4), at, at + 8, size};
 }
 
+} // namespace
+
+FileParts<PngChunk> PngChunks(const std::string& png) { return {png, ChunkAt}; }
+
 void SetPngChunk(const std::string& type, const std::string& content, std::string* png) {
-    const std::vector<PngChunk> chunks = PngChunks(*png);
-    if (chunks.empty()) return;
-    std::size_t at = chunks[0].content + chunks[0].size + 4;
+    std::size_t at = 0;
     std::size_t replaced = 0;
-    for (const PngChunk& chunk : chunks) {
+    for (const PngChunk& chunk : PngChunks(*png)) {
+        if (at == 0) at = chunk.End();
         if (chunk.type == "IDAT") break;
         if (chunk.type != type) continue;
         at = chunk.at;
         replaced = kPngChunkFrame + chunk.size;
         break;
     }
+    if (at == 0) return;
     const std::string body = type + content;
     png->replace(at, replaced,
                  HighFirst(static_cast<std::uint32_t>(content.size()), 4) + body + HighFirst(Checksum(body), 4));

@@ -30,9 +30,8 @@ int Sampling(Chroma chroma) {
 /// Whether the program that wrote the stream left Adobe's mark: its inks are stored as 255 for none then, as the
 /// decoder leaves them.
 bool HasAdobeMark(const std::string& jpeg) {
-    const std::vector<JpegSegment> segments = JpegSegments(jpeg);
-    return std::any_of(segments.begin(), segments.end(),
-                       [&](const JpegSegment& segment) { return HasName(jpeg, segment, kAdobeSegment, "Adobe"); });
+    return std::ranges::any_of(
+        JpegSegments(jpeg), [&](const JpegSegment& segment) { return HasName(jpeg, segment, kAdobeSegment, "Adobe"); });
 }
 
 } // namespace
