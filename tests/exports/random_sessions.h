@@ -49,7 +49,7 @@ public:
     }
 
 private:
-    /// Has a face that is found, or is none: without a face a window would open where there can be one.
+    /// One whose face is found, or one that is refused: without a face a window would open where there can be one.
     static HostBlock Picture(Random& random) {
         const int32 side = random.Int(28, 72);
         const int32 width = random.Int(2 * side, 200), height = random.Int(2 * side, 200);

@@ -7,9 +7,9 @@
 #include "detect/classifier_file.h"
 #include "primitives/dispatch.h"
 #include "session/session_state.h"
-#include "tests/exports_inside/new_limit.h"
 #include "tests/support/fresh_session.h"
 #include "tests/support/host_block.h"
+#include "tests/support/memory_fault.h"
 #ifdef _WIN32
 #include "tests/exports/host_library.h"
 #endif
@@ -46,7 +46,7 @@ private:
 };
 
 using HalfSession = ExportsInside;
-using ExhaustedNew = ExportsInside;
+using ExhaustedMemory = ExportsInside;
 
 TEST_F(HalfSession, WithoutPrimitivesThereIsNoSessionButAClassifier) {
     g_selection = -1;
@@ -141,7 +141,7 @@ TEST_F(ExportsInside, TheWidthOfAFinalRunIsAMultipleOfFour) {
     EXPECT_EQ(g_outputHeight, 500);
 }
 
-TEST_F(ExhaustedNew, AtInitGivesOutOfMemoryAndLaterInitsWork) {
+TEST_F(ExhaustedMemory, AtInitGivesOutOfMemoryAndLaterInitsWork) {
     ASSERT_EQ(orv_InitDLL(), ORV_OK);
     const std::int32_t goodLoad = g_detectorParams->loadStatus;
     bool failed = false, done = false;
@@ -150,9 +150,9 @@ TEST_F(ExhaustedNew, AtInitGivesOutOfMemoryAndLaterInitsWork) {
         orv_ReleaseDLL();
         std::int32_t result;
         {
-            const test::NewLimit limit(grants);
+            const test::MemoryFault fault(grants, test::Fault::lasting);
             result = orv_InitDLL();
-            done = !test::NewLimit::Refused();
+            done = !test::MemoryFault::Happened();
         }
         EXPECT_TRUE(result == ORV_OK || result == ORV_NO_MEMORY) << result;
         if (result == ORV_OK) continue;
@@ -166,22 +166,25 @@ TEST_F(ExhaustedNew, AtInitGivesOutOfMemoryAndLaterInitsWork) {
     EXPECT_TRUE(done);
 }
 
-TEST_F(ExhaustedNew, InASessionGivesACode) {
+TEST_F(ExhaustedMemory, InASessionGivesACode) {
     ASSERT_EQ(orv_InitDLL(), ORV_OK);
     ASSERT_EQ(orv_SetVisibleMode(0), ORV_OK);
     const test::HostBlock block(test::FaceScene(160, 120, 60, 40, 40));
     const std::int32_t good = orv_DetectFacePicture(block.Handle());
-    for (int grants = 0; grants < 30; ++grants) {
+    bool done = false;
+    for (int grants = 0; grants < 1000 && !done; ++grants) {
         std::int32_t result;
         {
-            const test::NewLimit limit(grants);
+            const test::MemoryFault fault(grants, test::Fault::lasting);
             result = orv_DetectFacePicture(block.Handle());
+            done = !test::MemoryFault::Happened();
         }
         EXPECT_TRUE(result == good || result == ORV_NO_MEMORY) << result << " with " << grants << " requests granted";
         EXPECT_EQ(orv_DetectFacePicture(block.Handle()), good);
     }
+    EXPECT_TRUE(done);
     {
-        const test::NewLimit none(0);
+        const test::MemoryFault none(0, test::Fault::lasting);
         EXPECT_EQ(orv_SetLanguageFile("a name that is long enough to need memory of its own.txt"), ORV_NO_MEMORY);
     }
     EXPECT_EQ(orv_SetLanguageFile("absent.txt"), ORV_BAD_ARGUMENT);

@@ -3,6 +3,7 @@
 #include "image/session_images.h"
 #include "tests/session/window_fixture.h"
 #include "tests/support/heap_limit.h"
+#include "tests/support/whole_session.h"
 
 #include <atomic>
 #include <cstdio>
@@ -26,21 +27,7 @@ protected:
         ::testing::internal::GetCapturedStdout();
         return result;
     }
-    /// What an operator does in a whole session.
-    static void Work(FakeWindow& window) {
-        window.Pump();
-        window.Click(kPlainClear);
-        window.Press(100, 50);
-        window.Move(180, 130);
-        window.Release(200, 150);
-        window.Click(kPlainOk);
-        window.Pump();
-        window.DragSlider(60);
-        window.Click(kPlainColor);
-        window.Type(kRotationEdit, L"10");
-        window.Pump();
-        window.Click(kPlainOk);
-    }
+    static void Work(FakeWindow& window) { test::WorkThroughSession(window, {100, 50}, {200, 150}); }
     static void ForgetPictures() {
         for (ImageBuffer* image :
              {&g_sourceImage, &g_workImage, &g_maskImage, &g_colourStageImage, &g_colourStageMask}) {

@@ -140,6 +140,19 @@ TEST_F(Training, AWorkFolderOfOtherSettingsIsRefused) {
     EXPECT_EQ(Train(options, data_, log_), 1);
 }
 
+TEST_F(Training, AFingerprintTellsSettingsAndDataApartHoweverLongTheTextsAre) {
+    TrainOptions options = SmallTraining(folder_);
+    options.without = options.favour = std::string(5000, 'x');
+    const std::string print = Fingerprint(options, data_);
+    options.seed = 2;
+    EXPECT_NE(Fingerprint(options, data_), print);
+    options.seed = 1;
+    EXPECT_EQ(Fingerprint(options, data_), print);
+    TrainData other = data_;
+    other.crops[0].pixels[0] ^= 1;
+    EXPECT_NE(Fingerprint(options, other), print);
+}
+
 TEST_F(Training, ADamagedCheckpointIsRefused) {
     TrainOptions options = SmallTraining(folder_);
     options.work = folder_ + "/work";

@@ -25,9 +25,9 @@ struct Room {
 
 Room RoomOf(const FaceBox& face, ImageSize picture);
 
-/// The least room for a document: that of the frame which a portrait out of this photograph has (FrameWithin). Where
-/// the frame ends within the photograph, or not by so much that a portrait would lack it, it is no more than there is:
-/// so the room is too small on those sides, and on no others, on which a portrait would have to be filled.
+/// The least room for a document: that of the frame which a portrait out of this photograph gets (FrameWithin). On a
+/// side where that frame lacks nothing it is at most the room that is there, so that the room is too small on exactly
+/// those sides on which the portrait would need a fill.
 Room RoomForDocument(const Document& document, const FaceBox& face, ImageSize photo);
 
 /// Whether a picture has the document's proportions, give or take a hundredth: then it is taken for its portrait.

@@ -302,21 +302,21 @@ std::string Fingerprint(const TrainOptions& o, const TrainData& data) {
     };
     for (const FaceCrop& crop : data.crops) mix(crop.pixels);
     for (const GreyPicture& picture : data.pictures.pictures) mix(picture.pixels);
-    char text[768];
-    std::snprintf(
-        text, sizeof text,
-        "classes %s without %s drawn %zu seed %llu window %dx%d stumps %d first %d hit %g late %g slack %g alarms %g "
-        "features %d of %d faces %zu balance %g "
-        "framing %g %g %g %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d refused %zu "
-        "data %zu %zu "
-        "%016llx",
-        o.classes.c_str(), o.without.c_str(), o.drawn, static_cast<unsigned long long>(o.seed), o.windowSize.width,
-        o.windowSize.height, o.maxStumps, o.firstStumps, o.hitRate, o.lateHitRate, o.sourceSlack, o.falseAlarms,
-        o.candidates, o.features, o.faces, o.balance, o.framing.windowToBox, o.framing.shift, o.framing.scale,
-        o.framing.roll, o.framing.yaw, o.framing.relit, o.framing.covered, o.harvest.wanted, o.leastNegatives,
-        o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage, o.harvest.refused,
-        data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
-    return text + (o.favour.empty() ? "" : " favour " + o.favour) + (o.most.empty() ? "" : " most " + o.most);
+    char numbers[1024]; // the texts, which may be of any length, stand beside them
+    std::snprintf(numbers, sizeof numbers,
+                  " drawn %zu seed %llu window %dx%d stumps %d first %d hit %g late %g slack %g alarms %g "
+                  "features %d of %d faces %zu balance %g "
+                  "framing %g %g %g %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d refused %zu "
+                  "data %zu %zu "
+                  "%016llx",
+                  o.drawn, static_cast<unsigned long long>(o.seed), o.windowSize.width, o.windowSize.height,
+                  o.maxStumps, o.firstStumps, o.hitRate, o.lateHitRate, o.sourceSlack, o.falseAlarms, o.candidates,
+                  o.features, o.faces, o.balance, o.framing.windowToBox, o.framing.shift, o.framing.scale,
+                  o.framing.roll, o.framing.yaw, o.framing.relit, o.framing.covered, o.harvest.wanted, o.leastNegatives,
+                  o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage, o.harvest.refused,
+                  data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
+    return "classes " + o.classes + " without " + o.without + numbers +
+           (o.favour.empty() ? "" : " favour " + o.favour) + (o.most.empty() ? "" : " most " + o.most);
 }
 
 } // namespace orvane::train

@@ -1,5 +1,5 @@
 // In a file of its own, so that no call of the replaced operators is inlined.
-#include "tests/exhausted/memory_fault.h"
+#include "tests/support/memory_fault.h"
 
 #include "primitives/memory.h"
 

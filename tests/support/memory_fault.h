@@ -1,4 +1,5 @@
 // A process whose memory fails when a test says so: both what operator new gives and the storage of pixels and tables.
+// For programs that are built with memory_fault.cpp, which replaces the operators.
 #pragma once
 
 #include "primitives/types.h"
