@@ -110,6 +110,40 @@ TEST_F(Training, ALastStageMadeStricterTakesFewerWindowsAndLosesAsManyFacesAsAsk
     EXPECT_EQ(Result(strict), ToFile(stricter));
 }
 
+TEST_F(Training, FirstStagesHavePairsOfRectanglesAloneWhereAsked) {
+    TrainOptions options = SmallTraining(folder_);
+    options.pairStages = 2;
+    options.falseAlarms = 0.01; // so that the last stage has many stumps
+    Cascade cascade;
+    ASSERT_TRUE(FromFile(Result(options), cascade));
+    int more = 0;
+    for (std::size_t s = 0; s < cascade.stages.size(); ++s) {
+        for (const Stump& stump : cascade.stages[s].stumps) {
+            if (s < 2) {
+                EXPECT_EQ(stump.feature.rectCount, 2) << "stage " << s;
+            }
+            more += stump.feature.rectCount > 2 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(more, 0);
+}
+
+TEST_F(Training, EarlyStagesAreMadeStricterInTheEndByHeldFaces) {
+    TrainOptions options = SmallTraining(folder_);
+    options.lastHitRate = 1.0;
+    Cascade plain;
+    ASSERT_TRUE(FromFile(Result(options), plain));
+    options.prune = {2, 0.5, 0.02};
+    const std::vector<uint8> bytes = Result(options);
+    const Cascade pruned = WithEarlyStagesPruned(options, data_, plain);
+    EXPECT_EQ(ToFile(pruned), bytes);
+    EXPECT_NE(bytes, ToFile(plain));
+    for (std::size_t s = 0; s < 3; ++s) EXPECT_GE(pruned.stages[s].threshold, plain.stages[s].threshold);
+    EXPECT_EQ(pruned.stages[2].threshold, plain.stages[2].threshold);
+    options.harvest.threads = 1;
+    EXPECT_EQ(Result(options), bytes);
+}
+
 TEST_F(Training, GoesOnBehindTheLastStageWithTheSameResult) {
     TrainOptions options = SmallTraining(folder_);
     const std::vector<uint8> whole = Result(options);

@@ -30,6 +30,10 @@ constexpr const char* kUsage =
     "  --passes N           over all pictures for one harvest, four to a whole scan, 50\n"
     "  --late-hit-rate R    the same from the pool stage on, 0.992\n"
     "  --last-hit-rate R    of the last stage alone; 1: as the others, 0.98\n"
+    "  --pair-stages N      first stages whose features have two rectangles alone, 0\n"
+    "  --prune-stages N     early stages that are made stricter in the end, 0\n"
+    "  --prune-keep R       of a held face's windows that pass all stages, so many still do then, 0.5\n"
+    "  --prune-lose R       of the held faces keep fewer, 0.01\n"
     "  --source-slack R     by so much less of any one source of faces, 0.04\n"
     "  --pool-stage N       from this stage on, choose among all windows of all passes, 12\n"
     "  --refused N          of these that are refused already, for boosting against, 20000\n"
@@ -118,6 +122,7 @@ bool IsSensible(const TrainOptions& o) {
            o.falseAlarms < 1.0 && o.features >= 1 && o.candidates >= 1 && o.faces >= 100 && o.harvest.wanted >= 100 &&
            o.harvest.perPicture >= 1 && o.harvest.threads >= 1 && o.windowSize.width >= 12 &&
            o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 && o.framing.windowToBox <= 1.5 &&
+           o.prune.keep > 0.0 && o.prune.keep <= 1.0 && o.prune.lose >= 0.0 && o.prune.lose < 0.5 &&
            o.leastNegatives >= 1 && o.harvest.poolStage >= 1;
 }
 
@@ -139,6 +144,10 @@ int RunTrain(int count, char** values) {
     arguments.Add("--hit-rate", o.hitRate);
     arguments.Add("--late-hit-rate", o.lateHitRate);
     arguments.Add("--last-hit-rate", o.lastHitRate);
+    arguments.AddCount("--pair-stages", o.pairStages);
+    arguments.AddCount("--prune-stages", o.prune.stages);
+    arguments.Add("--prune-keep", o.prune.keep);
+    arguments.Add("--prune-lose", o.prune.lose);
     arguments.Add("--source-slack", o.sourceSlack);
     arguments.Add("--false-alarms", o.falseAlarms);
     arguments.AddCount("--faces", o.faces);

@@ -90,14 +90,17 @@ std::vector<Patch> PatchesOf(std::initializer_list<const std::vector<Window>*> p
 constexpr double kEarlySlack = 0.02;       // of one source of faces, in early stages
 constexpr std::size_t kThoroughStages = 5; // nearly all of the detector's time goes into these few stumps
 
-/// The features that the search for stump `number` looks at: a random part of the pool, and all of it in early stages.
-/// The first stump of all must reach the window's last column and row, since the detector sizes its planes by the
-/// rectangles.
+/// The features that the search for stump `number` looks at: a random part of the pool, and all of it in early stages,
+/// but pairs alone in the first `pairStages`. The first stump of all must reach the window's last column and row, since
+/// the detector sizes its planes by the rectangles.
 std::vector<std::uint32_t> Candidates(const TrainOptions& options, const std::vector<Feature>& pool, std::size_t stage,
                                       std::size_t number) {
+    const bool isOfPairs = stage < static_cast<std::size_t>(options.pairStages);
+    const auto isAllowed = [&](std::uint32_t f) { return !isOfPairs || pool[f].rectCount == 2; };
     std::vector<std::uint32_t> chosen;
     if (stage == 0 && number == 0) {
         for (std::uint32_t f = 0; f < pool.size(); ++f) {
+            if (!isAllowed(f)) continue;
             int32 right = 0;
             int32 top = 0;
             for (const ImageRect& r : pool[f].rects) {
@@ -109,8 +112,10 @@ std::vector<std::uint32_t> Candidates(const TrainOptions& options, const std::ve
         if (!chosen.empty()) return chosen;
     }
     const auto n = static_cast<std::uint32_t>(pool.size());
-    if (stage < kThoroughStages) {
-        for (std::uint32_t f = 0; f < n; ++f) chosen.push_back(f);
+    if (stage < kThoroughStages || isOfPairs) {
+        for (std::uint32_t f = 0; f < n; ++f) {
+            if (isAllowed(f)) chosen.push_back(f);
+        }
         return chosen;
     }
     Random random({options.seed, stage, 20, number});
@@ -247,6 +252,24 @@ Cascade WithLastHitRate(const TrainOptions& options, const TrainData& data, cons
     return stricter;
 }
 
+Cascade WithEarlyStagesPruned(const TrainOptions& options, const TrainData& data, const Cascade& cascade) {
+    constexpr std::size_t kWindows = 20; // of a face
+    const Framing framing = FramingOf(options, cascade.stages.size(), true);
+    const CropLottery lottery(data.crops, true);
+    if (lottery.Empty()) return cascade;
+    std::vector<FaceWindows> faces(options.faces / 5);
+    ForEachIndex(faces.size(), options.harvest.threads, [&](std::size_t i) {
+        Random random({options.seed, cascade.stages.size(), 12, i});
+        const FaceCrop& crop = lottery.Draw(random);
+        faces[i].source = crop.source;
+        for (std::size_t w = 0; w < kWindows; ++w) {
+            const Window window = CutWindow(crop, framing, cascade.windowSize, random);
+            faces[i].windows.emplace_back(window.data(), cascade.windowSize);
+        }
+    });
+    return Pruned(cascade, faces, options.prune, options.harvest.threads);
+}
+
 int Train(const TrainOptions& options, const TrainData& data, std::FILE* progress) {
     Cascade cascade;
     cascade.windowSize = options.windowSize;
@@ -287,6 +310,7 @@ int Train(const TrainOptions& options, const TrainData& data, std::FILE* progres
         std::fprintf(progress, "the cascade is of no use: %s\n", fault.c_str());
         return 1;
     }
+    if (options.prune.stages > 0) cascade = WithEarlyStagesPruned(options, data, cascade);
     if (options.lastHitRate < 1.0) cascade = WithLastHitRate(options, data, cascade, options.lastHitRate);
     if (!WriteFile(options.out, ToFile(cascade))) {
         std::fprintf(progress, "cannot write %s\n", options.out.c_str());
@@ -307,14 +331,14 @@ std::string Fingerprint(const TrainOptions& o, const TrainData& data) {
                   " drawn %zu seed %llu window %dx%d stumps %d first %d hit %g late %g slack %g alarms %g "
                   "features %d of %d faces %zu balance %g "
                   "framing %g %g %g %g %g %g %g negatives %zu least %zu crops %g passes %d each %d pool %d refused %zu "
-                  "data %zu %zu "
+                  "pairs %d data %zu %zu "
                   "%016llx",
                   o.drawn, static_cast<unsigned long long>(o.seed), o.windowSize.width, o.windowSize.height,
                   o.maxStumps, o.firstStumps, o.hitRate, o.lateHitRate, o.sourceSlack, o.falseAlarms, o.candidates,
                   o.features, o.faces, o.balance, o.framing.windowToBox, o.framing.shift, o.framing.scale,
                   o.framing.roll, o.framing.yaw, o.framing.relit, o.framing.covered, o.harvest.wanted, o.leastNegatives,
                   o.harvest.cropShare, o.harvest.passes, o.harvest.perPicture, o.harvest.poolStage, o.harvest.refused,
-                  data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
+                  o.pairStages, data.crops.size(), data.pictures.pictures.size(), static_cast<unsigned long long>(sum));
     return "classes " + o.classes + " without " + o.without + numbers +
            (o.favour.empty() ? "" : " favour " + o.favour) + (o.most.empty() ? "" : " most " + o.most);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/train/harvest.h"
+#include "tools/train/prune.h"
 
 #include <cstdio>
 #include <string>
@@ -13,7 +14,7 @@ struct TrainOptions {
     std::string out;  // the classifier file
     std::string work; // checkpoints; empty: none are kept
     std::string classes = "ABC";
-    std::string without;     // sources of negatives that are left out, comma-separated
+    std::string without;      // sources of negatives that are left out, comma-separated
     std::size_t drawn = 1000; // pictures drawn out of nothing, beside those of the data
     uint64 seed = 1;
     ImageSize windowSize{24, 24};
@@ -24,6 +25,8 @@ struct TrainOptions {
     double lateHitRate = 0.992;       // the same from the harvest's pool stage on
     double sourceSlack = 0.04;        // by so much less of any one source
     double lastHitRate = 0.98;        // of the last stage, whose sum knows most; 1: as the others
+    PruneOptions prune;               // of the whole cascade in the end
+    int pairStages = 0;               // so many first stages have features of two rectangles alone
     double falseAlarms = 0.4;         // negatives that a stage may keep; fewer stumps reach it in early stages
     int features = 8000;              // the pool
     int candidates = 1000;            // features looked at for one stump
@@ -63,6 +66,9 @@ bool TrainStage(const TrainOptions& options, const TrainData& data, Harvester& h
 /// The cascade with its last stage's threshold set anew, so that it keeps `hitRate` of the held faces that reach it.
 /// It never becomes lower.
 Cascade WithLastHitRate(const TrainOptions& options, const TrainData& data, const Cascade& cascade, double hitRate);
+
+/// The cascade `Pruned` by held faces.
+Cascade WithEarlyStagesPruned(const TrainOptions& options, const TrainData& data, const Cascade& cascade);
 
 /// Trains up to `options.stages` stages and writes the classifier file. With a work folder every stage is
 /// written down as it ends, and a training that was stopped goes on behind its last whole stage.
