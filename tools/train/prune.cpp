@@ -33,8 +33,9 @@ public:
     /// The largest sum of a stage that enough windows reach; none, below all, for a face that has too few already.
     double Limit(std::size_t stage) const {
         if (sums_.size() < needed_) return -std::numeric_limits<double>::infinity();
-        std::vector<double> sums;
-        for (const std::vector<double>& hit : sums_) sums.push_back(hit[stage]);
+        std::vector<double> sums(sums_.size());
+        std::transform(sums_.begin(), sums_.end(), sums.begin(),
+                       [&](const std::vector<double>& hit) { return hit[stage]; });
         std::sort(sums.begin(), sums.end(), std::greater<>());
         return sums[needed_ - 1];
     }
@@ -67,8 +68,8 @@ Cascade Pruned(const Cascade& cascade, const std::vector<FaceWindows>& faces, co
     Cascade pruned = cascade;
     if (hits.empty()) return pruned;
     for (std::size_t s = 0; s < stages; ++s) {
-        std::vector<double> limits;
-        for (const Hits& face : hits) limits.push_back(face.Limit(s));
+        std::vector<double> limits(hits.size());
+        std::transform(hits.begin(), hits.end(), limits.begin(), [&](const Hits& face) { return face.Limit(s); });
         const double least = LeastSumForAll(limits, sources, 1.0 - options.lose, kSourceTimes * options.lose);
         float& threshold = pruned.stages[s].threshold;
         threshold = std::max(threshold, FileThreshold(least));
