@@ -81,15 +81,18 @@ private:
         stage.failsBelow = stage.passesFrom = static_cast<float>(cut);
     }
 
-    /// Whether all partial sums are multiples of a step that are small enough for a double.
+    /// Whether all partial sums are multiples of the finest step of a value, and small enough for a double.
     bool SumsAreExact() const {
-        constexpr int kStepBits = 40;
-        constexpr double kSteps = 1LL << kStepBits;
-        const auto isMultiple = [](double value) { return value * kSteps == std::trunc(value * kSteps); };
-        return std::ldexp(largestMagnitude_, kStepBits) < 1LL << 53 &&
-               std::all_of(plan_.stumps.begin(), plan_.stumps.end(), [&](const PlannedStump& stump) {
-                   return isMultiple(stump.below) && isMultiple(stump.above);
-               });
+        constexpr double kFinest = 1LL << 40;
+        double steps = 1.0; // to a whole
+        const auto refine = [&steps](double value) {
+            while (steps <= kFinest && value * steps != std::trunc(value * steps)) steps *= 2.0;
+        };
+        for (const PlannedStump& stump : plan_.stumps) {
+            refine(stump.below);
+            refine(stump.above);
+        }
+        return steps <= kFinest && largestMagnitude_ * steps < 1LL << 53;
     }
 
     /// Else its sum may be none that a float holds.

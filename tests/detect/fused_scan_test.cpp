@@ -235,7 +235,9 @@ TEST_P(FusedScanTest, LeavesClassifiersBeyondItsBoundsToTheSteps) {
         {"five rectangles", {std::vector<WeightedRect>(5, {{0, 0, 24, 24}, 1.0F}), 0.0F}, false},
         {"weights beyond all bounds", {{{{0, 0, 24, 24}, 1e38F}}, 0.0F}, false},
         {"a value finer than a sum is exact to", {{{{0, 0, 24, 24}, 1.0F}}, 0.0F, 1e-20F, 1.0F}, false},
-        {"values larger than a sum is exact to", {{{{0, 0, 24, 24}, 1.0F}}, 0.0F, 0.0F, 1e6F}, false},
+        {"a value larger than a sum is exact to", {{{{0, 0, 24, 24}, 1.0F}}, 0.0F, 0.0F, 0x1p53F}, false},
+        {"values large and fine beside each other", {{{{0, 0, 24, 24}, 1.0F}}, 0.0F, 0x1p-24F, 0x1p29F}, false},
+        {"values as large as their finest allows", {{{{0, 0, 24, 24}, 1.0F}}, 0.0F, 0x1p-24F, 0x1p28F}, true},
         {"all zeros", {{{{0, 0, 24, 24}, 0.0F}}, 0.0F, 0.0F, 1.0F}, true},
     };
     for (const auto& c : cases) {
