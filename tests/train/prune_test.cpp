@@ -46,10 +46,10 @@ int Passing(const Cascade& cascade, const FaceWindows& face) {
                                           [&](const Patch& window) { return evaluator.Passes(window); }));
 }
 
-/// Faces with windows that pass, of which fewer than `keep` still do.
-int Lost(const Cascade& before, const Cascade& after, const std::vector<FaceWindows>& faces, double keep) {
+/// Faces with windows that pass, of which fewer than `keep` still do and not all.
+int Lost(const Cascade& before, const Cascade& after, const std::vector<FaceWindows>& faces, int keep) {
     int lost = 0;
-    for (const FaceWindows& face : faces) lost += Passing(after, face) < keep * Passing(before, face) ? 1 : 0;
+    for (const FaceWindows& face : faces) lost += Passing(after, face) < std::min(keep, Passing(before, face)) ? 1 : 0;
     return lost;
 }
 
@@ -60,7 +60,7 @@ protected:
 };
 
 TEST_F(Prune, WithoutLossesEveryWindowThatPassedStillDoesAndOthersFallSooner) {
-    const Cascade pruned = Pruned(cascade_, faces_, {3, 1.0, 0.0}, 2);
+    const Cascade pruned = Pruned(cascade_, faces_, {3, 10, 0.0}, 2);
     for (std::size_t s = 0; s < 3; ++s) EXPECT_GT(pruned.stages[s].threshold, kAll) << "stage " << s;
     int sooner = 0;
     for (const FaceWindows& face : faces_) {
@@ -72,17 +72,20 @@ TEST_F(Prune, WithoutLossesEveryWindowThatPassedStillDoesAndOthersFallSooner) {
     EXPECT_GT(sooner, 0);
 }
 
-TEST_F(Prune, EveryFaceKeepsItsShareOfWindows) {
-    const Cascade pruned = Pruned(cascade_, faces_, {3, 0.6, 0.0}, 2);
-    EXPECT_EQ(Lost(cascade_, pruned, faces_, 0.6), 0);
-    EXPECT_GT(Lost(cascade_, pruned, faces_, 1.0), 0);
-    const Cascade whole = Pruned(cascade_, faces_, {3, 1.0, 0.0}, 2);
-    EXPECT_GT(pruned.stages[0].threshold, whole.stages[0].threshold);
+TEST_F(Prune, EveryFaceKeepsWindowsEnoughAndOneWithFewAll) {
+    const Cascade whole = Pruned(cascade_, faces_, {3, 10, 0.0}, 2);
+    for (const int keep : {1, 2, 3}) {
+        const Cascade pruned = Pruned(cascade_, faces_, {3, keep, 0.0}, 2);
+        EXPECT_EQ(Lost(cascade_, pruned, faces_, keep), 0) << keep;
+        EXPECT_GT(Lost(cascade_, pruned, faces_, 10), 0) << keep;
+        EXPECT_GE(pruned.stages[0].threshold, whole.stages[0].threshold) << keep;
+    }
+    EXPECT_GT(Pruned(cascade_, faces_, {3, 1, 0.0}, 2).stages[0].threshold, whole.stages[0].threshold);
 }
 
 TEST_F(Prune, NoMoreFacesAreGivenUpThanAllowed) {
-    const Cascade pruned = Pruned(cascade_, faces_, {3, 0.6, 0.1}, 2);
-    const int lost = Lost(cascade_, pruned, faces_, 0.6);
+    const Cascade pruned = Pruned(cascade_, faces_, {3, 4, 0.1}, 2);
+    const int lost = Lost(cascade_, pruned, faces_, 4);
     EXPECT_GT(lost, 0);
     EXPECT_LE(lost, 20);
 }
@@ -97,18 +100,18 @@ TEST_F(Prune, AFewFacesOfOneSourceAreNotGivenUpForTheOthers) {
             });
         if (Evaluator(cascade_).Passes(*best)) faces.push_back({1, {*best}});
     }
-    const Cascade pruned = Pruned(cascade_, faces, {3, 0.6, 0.02}, 2);
-    EXPECT_LE(Lost(cascade_, pruned, faces_, 0.6), 20); // five times 0.02 of 200
+    const Cascade pruned = Pruned(cascade_, faces, {3, 4, 0.02}, 2);
+    EXPECT_LE(Lost(cascade_, pruned, faces_, 4), 20); // five times 0.02 of 200
     for (FaceWindows& face : faces) face.source = 0;
-    EXPECT_GT(Lost(cascade_, Pruned(cascade_, faces, {3, 0.6, 0.02}, 2), faces_, 0.6), 20);
+    EXPECT_GT(Lost(cascade_, Pruned(cascade_, faces, {3, 4, 0.02}, 2), faces_, 4), 20);
 }
 
 TEST_F(Prune, LaterStagesAndThresholdsThatAreHighAlreadyStay) {
-    const Cascade pruned = Pruned(cascade_, faces_, {2, 0.6, 0.0}, 2);
+    const Cascade pruned = Pruned(cascade_, faces_, {2, 4, 0.0}, 2);
     EXPECT_EQ(pruned.stages[2].threshold, kAll);
     EXPECT_EQ(pruned.stages[3].threshold, cascade_.stages[3].threshold);
-    EXPECT_EQ(ToFile(Pruned(pruned, faces_, {2, 1.0, 0.0}, 1)), ToFile(pruned));
-    EXPECT_EQ(ToFile(Pruned(cascade_, faces_, {9, 1.0, 0.0}, 1)), ToFile(Pruned(cascade_, faces_, {4, 1.0, 0.0}, 2)));
+    EXPECT_EQ(ToFile(Pruned(pruned, faces_, {2, 10, 0.0}, 1)), ToFile(pruned));
+    EXPECT_EQ(ToFile(Pruned(cascade_, faces_, {9, 10, 0.0}, 1)), ToFile(Pruned(cascade_, faces_, {4, 10, 0.0}, 2)));
 }
 
 TEST_F(Prune, WithoutAFaceThatPassesNothingChanges) {

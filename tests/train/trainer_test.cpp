@@ -26,6 +26,7 @@ TrainOptions SmallTraining(const std::string& folder) {
     options.windowSize = {14, 14};
     options.stages = 3;
     options.maxStumps = 12;
+    options.firstStumps = 9;
     options.features = 400;
     options.candidates = 150;
     options.faces = 300;
@@ -35,6 +36,8 @@ TrainOptions SmallTraining(const std::string& folder) {
     options.harvest.passes = 4;
     options.harvest.refused = 100;
     options.harvest.threads = 2;
+    options.pairStages = 0;
+    options.prune.stages = 0;
     return options;
 }
 
@@ -133,7 +136,7 @@ TEST_F(Training, EarlyStagesAreMadeStricterInTheEndByHeldFaces) {
     options.lastHitRate = 1.0;
     Cascade plain;
     ASSERT_TRUE(FromFile(Result(options), plain));
-    options.prune = {2, 0.5, 0.02};
+    options.prune = {2, 6, 0.02};
     const std::vector<uint8> bytes = Result(options);
     const Cascade pruned = WithEarlyStagesPruned(options, data_, plain);
     EXPECT_EQ(ToFile(pruned), bytes);

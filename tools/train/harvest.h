@@ -36,7 +36,7 @@ struct HarvestOptions {
     double cropShare = 0.2;      // of these, at most so many out of face crops
     int perPicture = 24;         // windows of one picture in one pass, while they are plenty
     int passes = 50;             // over all pictures; four make a whole scan: as they are, mirrored, distorted
-    int poolStage = 12;          // from this stage on every window of all passes is looked at
+    int poolStage = 18;          // from this stage on every window of all passes is looked at
     std::size_t refused = 20000; // at most so many of the pool's windows that were refused already, nearest first
     int threads = 2;
     std::string poolFile; // the scan of all passes is kept here for a training that goes on; empty: nowhere

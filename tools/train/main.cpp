@@ -22,20 +22,20 @@ constexpr const char* kUsage =
     "  --drawn N            face-free pictures drawn out of nothing beside them, 1000\n"
     "  --seed N             same seed and data, same file (1)\n"
     "  --threads N          changes the time, never the result (the processor's)\n"
-    "  --stages N           at most, 30          --hit-rate R         of each stage, 0.993\n"
-    "  --first-stumps N     of the first stage, twice as many of the second and so on, 9\n"
+    "  --stages N           at most, 36          --hit-rate R         of each stage, 0.997\n"
+    "  --first-stumps N     of the first stage, twice as many of the second and so on, 6\n"
     "  --max-stumps N       a stage, 220  --false-alarms R   of each stage, 0.4\n"
     "  --faces N            windows a stage, 12000           --negatives N  windows a stage, 12000\n"
     "  --least-negatives N  end when a harvest brings fewer out of pictures, 200\n"
     "  --passes N           over all pictures for one harvest, four to a whole scan, 50\n"
     "  --late-hit-rate R    the same from the pool stage on, 0.992\n"
-    "  --last-hit-rate R    of the last stage alone; 1: as the others, 0.98\n"
-    "  --pair-stages N      first stages whose features have two rectangles alone, 0\n"
-    "  --prune-stages N     early stages that are made stricter in the end, 0\n"
-    "  --prune-keep R       of a held face's windows that pass all stages, so many still do then, 0.5\n"
-    "  --prune-lose R       of the held faces keep fewer, 0.01\n"
+    "  --last-hit-rate R    of the last stage alone; 1: as the others, 0.975\n"
+    "  --pair-stages N      first stages whose features have two rectangles alone, 2\n"
+    "  --prune-stages N     early stages that are made stricter in the end, 20\n"
+    "  --prune-keep N       of the twenty windows of a held face that pass all stages, so many still do, 6\n"
+    "  --prune-lose R       of the held faces keep fewer, 0.02\n"
     "  --source-slack R     by so much less of any one source of faces, 0.04\n"
-    "  --pool-stage N       from this stage on, choose among all windows of all passes, 12\n"
+    "  --pool-stage N       from this stage on, choose among all windows of all passes, 18\n"
     "  --refused N          of these that are refused already, for boosting against, 20000\n"
     "  --per-picture N      windows of one picture and pass, 24\n"
     "  --crop-share R       share of the negatives out of face crops, 0.2\n"
@@ -122,7 +122,7 @@ bool IsSensible(const TrainOptions& o) {
            o.falseAlarms < 1.0 && o.features >= 1 && o.candidates >= 1 && o.faces >= 100 && o.harvest.wanted >= 100 &&
            o.harvest.perPicture >= 1 && o.harvest.threads >= 1 && o.windowSize.width >= 12 &&
            o.windowSize.width <= 48 && o.framing.windowToBox >= 0.5 && o.framing.windowToBox <= 1.5 &&
-           o.prune.keep > 0.0 && o.prune.keep <= 1.0 && o.prune.lose >= 0.0 && o.prune.lose < 0.5 &&
+           o.prune.stages >= 0 && o.prune.keep >= 1 && o.prune.lose >= 0.0 && o.prune.lose < 0.5 &&
            o.leastNegatives >= 1 && o.harvest.poolStage >= 1;
 }
 
@@ -146,7 +146,7 @@ int RunTrain(int count, char** values) {
     arguments.Add("--last-hit-rate", o.lastHitRate);
     arguments.AddCount("--pair-stages", o.pairStages);
     arguments.AddCount("--prune-stages", o.prune.stages);
-    arguments.Add("--prune-keep", o.prune.keep);
+    arguments.AddCount("--prune-keep", o.prune.keep);
     arguments.Add("--prune-lose", o.prune.lose);
     arguments.Add("--source-slack", o.sourceSlack);
     arguments.Add("--false-alarms", o.falseAlarms);

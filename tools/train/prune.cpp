@@ -5,7 +5,6 @@
 #include "tools/train/threshold.h"
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <limits>
 
@@ -18,14 +17,13 @@ constexpr double kSourceTimes = 4.0; // the share that one source may lose above
 class Hits {
 public:
     Hits() = default;
-    Hits(const Evaluator& evaluator, const FaceWindows& face, std::size_t stages, double keep) {
+    Hits(const Evaluator& evaluator, const FaceWindows& face, std::size_t stages, std::size_t keep) {
         for (const Patch& window : face.windows) {
             if (!evaluator.Passes(window)) continue;
             std::vector<double>& sums = sums_.emplace_back();
             for (std::size_t s = 0; s < stages; ++s) sums.push_back(evaluator.StageSum(s, window));
         }
-        needed_ =
-            std::max<std::size_t>(1, static_cast<std::size_t>(std::ceil(keep * static_cast<double>(sums_.size()))));
+        needed_ = std::min(sums_.size(), keep);
     }
 
     bool Any() const { return !sums_.empty(); }
@@ -56,8 +54,9 @@ Cascade Pruned(const Cascade& cascade, const std::vector<FaceWindows>& faces, co
     const std::size_t stages = std::min(cascade.stages.size(), static_cast<std::size_t>(options.stages));
     const Evaluator evaluator(cascade);
     std::vector<Hits> all(faces.size());
-    ForEachIndex(faces.size(), threads,
-                 [&](std::size_t i) { all[i] = Hits(evaluator, faces[i], stages, options.keep); });
+    ForEachIndex(faces.size(), threads, [&](std::size_t i) {
+        all[i] = Hits(evaluator, faces[i], stages, static_cast<std::size_t>(options.keep));
+    });
     std::vector<Hits> hits;
     std::vector<std::size_t> sources;
     for (std::size_t i = 0; i < all.size(); ++i) {

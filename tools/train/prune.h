@@ -6,9 +6,9 @@
 namespace orvane::train {
 
 struct PruneOptions {
-    int stages = 0;     // that get new thresholds; nearly all of the detector's time goes into the first ten
-    double keep = 0.5;  // of a face's windows that pass the whole cascade, so many still do
-    double lose = 0.01; // of the faces keep fewer
+    int stages = 20;    // that get new thresholds; none: all stay
+    int keep = 6;       // of a face's windows that pass the whole cascade, so many still do, or all of fewer
+    double lose = 0.02; // of the faces keep fewer
 };
 
 /// A face and windows cut out around it.

@@ -18,15 +18,15 @@ struct TrainOptions {
     std::size_t drawn = 1000; // pictures drawn out of nothing, beside those of the data
     uint64 seed = 1;
     ImageSize windowSize{24, 24};
-    int stages = 30;
+    int stages = 36;
     int maxStumps = 220;              // of a stage
-    int firstStumps = 9;              // of the first stage, twice as many of the second and so on
-    double hitRate = 0.993;           // faces that a stage keeps
+    int firstStumps = 6;              // of the first stage, twice as many of the second and so on
+    double hitRate = 0.997;           // faces that a stage keeps
     double lateHitRate = 0.992;       // the same from the harvest's pool stage on
     double sourceSlack = 0.04;        // by so much less of any one source
-    double lastHitRate = 0.98;        // of the last stage, whose sum knows most; 1: as the others
+    double lastHitRate = 0.975;       // of the last stage, whose sum knows most; 1: as the others
     PruneOptions prune;               // of the whole cascade in the end
-    int pairStages = 0;               // so many first stages have features of two rectangles alone
+    int pairStages = 2;               // so many first stages have features of two rectangles alone
     double falseAlarms = 0.4;         // negatives that a stage may keep; fewer stumps reach it in early stages
     int features = 8000;              // the pool
     int candidates = 1000;            // features looked at for one stump
