@@ -206,12 +206,12 @@ bool HasOwnPrimitives() {
            primApplyHaarClassifier_32f_C1 == &generic::primApplyHaarClassifier_32f_C1;
 }
 
-/// Whether scales of up to this height are scanned in one go. Who listens to the steps, replaces a primitive or wants
+/// Whether scales of up to this size are scanned in one go. Who listens to the steps, replaces a primitive or wants
 /// another pruning gets a scan step by step, and so does a classifier that leaves the bounds.
-bool RunsFused(const DetectorParams& params, int32 height) {
+bool RunsFused(const DetectorParams& params, ImageSize scaled) {
     const bool isHeard = g_scanObserver != nullptr && g_scanObserver->NeedsSteps();
     return !isHeard && params.pruneMode == 4 && g_pruneParameter == 0 && HasOwnPrimitives() &&
-           FusedScan::Serves(g_classifier, height);
+           FusedScan::Serves(g_classifier, scaled);
 }
 
 /// The scan in one go, whose storage all passes over a picture use, and what it found at the first scale, with which
@@ -258,7 +258,7 @@ int32 ScanAll(const ImageBuffer& grey, DetectorParams& params, CandidateList& ca
         if (!(static_cast<double>(g_maxFaceSize) > static_cast<double>(windowWidth) * scale)) break;
         const ImageSize scaled{TruncToInt32(scaledWidth), TruncToInt32(scaledHeight)};
         if (first) {
-            runsFused = RunsFused(params, scaled.height);
+            runsFused = RunsFused(params, scaled);
             if (runsFused && !shared.Reserve(grey, scaled)) return kOutOfMemory;
             const int32 status = runsFused ? kOk : MakeStages(g_classifier);
             if (status != kOk) return status == kNoMemory ? kOutOfMemory : kStepFailed;

@@ -47,9 +47,10 @@ private:
 
         // The stage's own sum, the addition to the one before, and the threshold's narrowing.
         const double own = MagnitudeFrom(stage.firstStump);
+        stage.allAbove = static_cast<float>(SumAbove(stage.firstStump));
         magnitude_ += own;
         largestMagnitude_ = std::max(largestMagnitude_, magnitude_);
-        error_ += kEpsilon * (own * (added + 1.0) + magnitude_);
+        error_ += kEpsilon * (own * (added + 4.0) + magnitude_);
         const double threshold = t_.stageThreshold[index];
         const double margin = 2.0 * (error_ + kEpsilon * std::fabs(threshold)) + 1e-12 * (magnitude_ + 1.0);
         stage.failsBelow = static_cast<float>(threshold - margin);
@@ -67,8 +68,8 @@ private:
         for (uint32 outcome = 0; outcome < 1U << count; ++outcome) {
             double sum = 0.0;
             for (std::size_t i = 0; i < count; ++i) {
-                const PlannedStump& stump = plan_.stumps[static_cast<std::size_t>(stage.firstStump) + i];
-                sum += (outcome >> i & 1) != 0 ? stump.below : stump.above;
+                const StumpValues& values = plan_.trainedValues[static_cast<std::size_t>(stage.firstStump) + i];
+                sum += (outcome >> i & 1) != 0 ? values.below : values.above;
             }
             if (sum < threshold) {
                 fails = std::max(fails, sum);
@@ -88,9 +89,9 @@ private:
         const auto refine = [&steps](double value) {
             while (steps <= kFinest && value * steps != std::trunc(value * steps)) steps *= 2.0;
         };
-        for (const PlannedStump& stump : plan_.stumps) {
-            refine(stump.below);
-            refine(stump.above);
+        for (const StumpValues& values : plan_.trainedValues) {
+            refine(values.below);
+            refine(values.above);
         }
         return steps <= kFinest && largestMagnitude_ * steps < 1LL << 53;
     }
@@ -102,8 +103,15 @@ private:
 
     double MagnitudeFrom(int32 firstStump) const {
         double sum = 0.0;
-        for (std::size_t i = static_cast<std::size_t>(firstStump); i < plan_.stumps.size(); ++i)
-            sum += std::max(std::fabs(plan_.stumps[i].below), std::fabs(plan_.stumps[i].above));
+        for (std::size_t i = static_cast<std::size_t>(firstStump); i < plan_.trainedValues.size(); ++i)
+            sum += std::max(std::fabs(plan_.trainedValues[i].below), std::fabs(plan_.trainedValues[i].above));
+        return sum;
+    }
+
+    double SumAbove(int32 firstStump) const {
+        double sum = 0.0;
+        for (std::size_t i = static_cast<std::size_t>(firstStump); i < plan_.trainedValues.size(); ++i)
+            sum += plan_.trainedValues[i].above;
         return sum;
     }
 
@@ -136,8 +144,9 @@ private:
         // A stump of zeros has no scale and is never certain.
         const double scale = bound > 0.0 ? 1.0 / bound : 0.0;
         if (bound > 0.0 && !(bound > 1e-30 && bound < 1e30)) plan_.usable = false;
-        plan_.stumps.push_back(
-            {static_cast<float>(-threshold * scale), t_.classifierVal1[classifier], t_.classifierVal2[classifier]});
+        const StumpValues values{t_.classifierVal1[classifier], t_.classifierVal2[classifier]};
+        plan_.stumps.push_back({static_cast<float>(-threshold * scale), values.below - values.above});
+        plan_.trainedValues.push_back(values);
         plan_.trainedThresholds.push_back(t_.classifierThreshold[classifier]);
         if (plan_.stages.empty()) AddParts(rect, rects, scale);
         for (std::size_t r = rect; r < rect + rects; ++r) {

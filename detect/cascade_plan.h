@@ -14,8 +14,13 @@ struct ClassifierTables;
 /// error of their comparison, so that a difference of 1 or more is certain.
 struct PlannedStump {
     float minusThreshold; // times the norm
-    float below;          // what the stump gives where the weighted sum is below that
-    float above;          // and where it is not
+    float belowMore;      // by how much more the stump gives where the weighted sum is below that
+};
+
+/// What a stump gives where its weighted sum is below the threshold, and where it is not.
+struct StumpValues {
+    float below;
+    float above;
 };
 
 /// A stage: what it adds to the sum of the stage before. Stumps stand in the order of their kinds.
@@ -24,6 +29,7 @@ struct PlannedStage {
     int32 stumpCounts[kStumpKinds];
     int32 firstStump; // in the plan's list
     int32 firstRect;
+    float allAbove;   // what its stumps give where no weighted sum is below its threshold
     float failsBelow; // sums that are certain whatever was lost in adding them up
     float passesFrom;
 };
@@ -44,6 +50,7 @@ struct CascadePlan {
 
     // The same undivided, for the windows that need more digits.
     std::vector<float> trainedThresholds;
+    std::vector<StumpValues> trainedValues;
     std::vector<float> trainedWeights;
 };
 

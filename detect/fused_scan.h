@@ -12,8 +12,8 @@ namespace orvane {
 class FusedScan {
 public:
     /// Whether scales of up to this height can be scanned this way.
-    static bool Serves(const ClassifierTables& classifier, int32 scaledHeight) {
-        return WindowCascade::Serves(classifier, scaledHeight);
+    static bool Serves(const ClassifierTables& classifier, ImageSize scaled) {
+        return WindowCascade::Serves(classifier, scaled);
     }
 
     /// @param grey the picture; must stay while the scan does

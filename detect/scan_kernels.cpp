@@ -5,7 +5,10 @@
 namespace orvane {
 
 const ScanKernels& CurrentScanKernels() {
-    return CurrentInstructionSet() == InstructionSet::avx2 ? kScanKernels256 : kScanKernels128;
+#if defined(__x86_64__)
+    if (CurrentInstructionSet() == InstructionSet::avx512) return kScanKernels512;
+#endif
+    return CurrentInstructionSet() == InstructionSet::baseline ? kScanKernels128 : kScanKernels256;
 }
 
 } // namespace orvane

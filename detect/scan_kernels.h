@@ -12,18 +12,18 @@ struct ResolvedStage {
     int32 stumpCounts[kStumpKinds];
     const PlannedStump* stumps;
     const PartWeights* parts; // one for each stump of the first stage
-    const int32* corners;     // four offsets for each rectangle, in the order plus, minus, minus, plus
+    const int32* corners;     // as FindCorners has them
     const float* weights;     // one for each rectangle
     bool continues;
+    float allAbove;
     float failsBelow;
     float passesFrom;
 };
 
 /// What is known of a group of neighbouring windows after a stage, a bit for each.
 struct GroupVerdict {
-    uint32 passes;      // the sum is certain to reach the threshold; no word about windows with close stumps
-    uint32 closeSums;   // the sum is too close to the threshold
-    uint32 closeStumps; // a stump's difference is too close to 0: the sum is not to be trusted
+    uint32 passes;   // the sum is certain to reach the threshold
+    uint32 doubtful; // the sum is too close to the threshold, or the difference of a stump to 0
 };
 
 /// Rows of integral images, after their first columns. Short sums are those of levels less kMiddleLevel, and like
@@ -67,7 +67,7 @@ struct GradientRow {
     int16* direction;
 };
 
-inline constexpr int32 kMostLanes = 16;
+inline constexpr int32 kMostLanes = 32;
 
 struct ScanKernels {
     int32 lanes;      // windows of a group
@@ -109,6 +109,10 @@ struct ScanKernels {
 /// For every processor, and for those with AVX2 and FMA.
 extern const ScanKernels kScanKernels128;
 extern const ScanKernels kScanKernels256;
+#if defined(__x86_64__)
+/// For those with AVX-512, whose registers a program of 32 bits has too few of.
+extern const ScanKernels kScanKernels512;
+#endif
 
 /// Those for the instruction set in use.
 const ScanKernels& CurrentScanKernels();

@@ -1,7 +1,7 @@
 // The kernels' text, compiled once for each instruction set by the files that include it.
 #pragma once
 
-#include "detect/scan_kernels.h"
+#include "detect/stage_kernels_body.h"
 #include "primitives/double_vectors.h"
 #include "primitives/ridge_vectors.h"
 #include "primitives/running_sums.h"
@@ -9,44 +9,11 @@
 namespace orvane::ORVANE_KERNELS {
 namespace {
 
-constexpr int32 kLanes = kBytes / 4;
-
 using Ints = int32 __attribute__((vector_size(kBytes)));
 using UnsignedInts = uint32 __attribute__((vector_size(kBytes)));
 using Words = int16 __attribute__((vector_size(kBytes)));
 
-template <typename V, typename T>
-inline V Load(const T* from) {
-    V v;
-    __builtin_memcpy(&v, from, sizeof v);
-    return v;
-}
-
-template <typename V, typename T>
-inline void Store(const V& v, T* to) {
-    __builtin_memcpy(to, &v, sizeof v);
-}
-
-#if ORVANE_WIDE
-inline uint32 SignBits(Floats v) { return static_cast<uint32>(_mm256_movemask_ps(v)); }
-inline Floats SquareRoots(Floats v) { return _mm256_sqrt_ps(v); }
-/// What a stump gives: by the sign alone, since at 0 it is in doubt anyway.
-inline Floats VoteOf(Floats difference, Floats below, Floats above) {
-    return _mm256_blendv_ps(above, below, difference);
-}
-/// a * b + c, rounded once or twice: the bounds allow for both.
-inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return _mm256_fmadd_ps(a, b, c); }
-#else
-inline uint32 SignBits(Floats v) { return static_cast<uint32>(_mm_movemask_ps(v)); }
-inline Floats SquareRoots(Floats v) { return _mm_sqrt_ps(v); }
-inline Floats VoteOf(Floats difference, Floats below, Floats above) { return difference < 0.0F ? below : above; }
-inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return a * b + c; }
-#endif
-
-/// A bit for each lane whose mask is set.
-inline uint32 Bits(const Ints& mask) { return SignBits(reinterpret_cast<Floats>(mask)); }
-
-inline Floats MagnitudesOf(Floats v) { return reinterpret_cast<Floats>(reinterpret_cast<Ints>(v) & 0x7FFFFFFF); }
+constexpr auto kNumbers = static_cast<int32>(kBytes / 4);
 
 void RunSample(const uint8* from, const int32* columns, int32 width, uint8* row) {
     int32 x = 0;
@@ -81,196 +48,28 @@ void RunSamplePieces(const uint8* from, const SamplePieces& pieces, uint8* row) 
 }
 #endif
 
-/// Some groups that share the reading of the stumps.
-template <int32 Groups>
-struct Running {
-    const float* window[Groups];
-    Floats norm[Groups];
-    Floats sum[Groups];
-    Floats nearest[Groups]; // the smallest difference that decided a stump
-};
-
-/// `Rects` rectangles a stump.
-template <int32 Rects, int32 Groups>
-inline void RunStumps(int32 count, const PlannedStump*& stump, const int32*& corners, const float*& weights,
-                      Running<Groups>& r) {
-    for (int32 i = 0; i < count; ++i, ++stump, corners += std::ptrdiff_t{4} * Rects, weights += Rects) {
-        Floats difference[Groups];
-        for (int32 g = 0; g < Groups; ++g) difference[g] = r.norm[g] * stump->minusThreshold;
-        for (int32 rect = 0; rect < Rects; ++rect) {
-            const int32* c = corners + std::ptrdiff_t{4} * rect;
-            const std::ptrdiff_t a = c[0], b = c[1], d = c[2], e = c[3];
-            for (int32 g = 0; g < Groups; ++g) {
-                const float* w = r.window[g];
-                const Floats sum =
-                    (Load<Floats>(w + a) - Load<Floats>(w + b)) - (Load<Floats>(w + d) - Load<Floats>(w + e));
-                difference[g] = MultiplyAdd(sum, SplatFloat(weights[rect]), difference[g]);
-            }
-        }
-        const Floats below = SplatFloat(stump->below), above = SplatFloat(stump->above);
-        for (int32 g = 0; g < Groups; ++g) {
-            r.sum[g] += VoteOf(difference[g], below, above);
-            r.nearest[g] = SmallestFloat(MagnitudesOf(difference[g]), r.nearest[g]);
-        }
-    }
-}
-
-template <int32 Groups>
-inline void RunGroups(const ResolvedStage& stage, const float* window, const float* norms, float* sums,
-                      const int32* starts, GroupVerdict* verdicts) {
-    Running<Groups> r;
-    for (int32 g = 0; g < Groups; ++g) {
-        r.window[g] = window + starts[g];
-        r.norm[g] = Load<Floats>(norms + starts[g]);
-        r.sum[g] = Floats{};
-        r.nearest[g] = SplatFloat(3e38F);
-    }
-    const PlannedStump* stump = stage.stumps;
-    const int32* corners = stage.corners;
-    const float* weights = stage.weights;
-    RunStumps<1>(stage.stumpCounts[kOneRect], stump, corners, weights, r);
-    RunStumps<2>(stage.stumpCounts[kNestedRects] + stage.stumpCounts[kTwoRects], stump, corners, weights, r);
-    RunStumps<3>(stage.stumpCounts[kThreeRects], stump, corners, weights, r);
-    RunStumps<4>(stage.stumpCounts[kFourRects], stump, corners, weights, r);
-    for (int32 g = 0; g < Groups; ++g) {
-        if (stage.continues) r.sum[g] += Load<Floats>(sums + starts[g]);
-        Store(r.sum[g], sums + starts[g]);
-        const uint32 passes = Bits(r.sum[g] >= stage.passesFrom);
-        const uint32 fails = Bits(r.sum[g] < stage.failsBelow);
-        verdicts[g] = {passes, ~(passes | fails), Bits(r.nearest[g] < 1.0F)};
-    }
-}
-
-void RunStage(const ResolvedStage& stage, const float* window, const float* norms, float* sums, const int32* starts,
-              int32 count, GroupVerdict* verdicts) {
-    int32 i = 0;
-    for (; i + 3 <= count && i + 4 != count; i += 3) RunGroups<3>(stage, window, norms, sums, starts + i, verdicts + i);
-    for (; i + 2 <= count; i += 2) RunGroups<2>(stage, window, norms, sums, starts + i, verdicts + i);
-    if (i < count) RunGroups<1>(stage, window, norms, sums, starts + i, verdicts + i);
-}
-
-// --- a first stage that takes short sums ---
-
-constexpr int32 kShortLanes = kWords;
-
-/// The norms, sums and so on of as many windows, in the order in which words are made numbers.
-struct FloatPair {
-    Floats low, high;
-};
-
-/// From the order of memory to that of numbers made of words, and back.
-inline FloatPair Exchanged(const FloatPair& v) {
-#if ORVANE_WIDE
-    return {_mm256_permute2f128_ps(v.low, v.high, 0x20), _mm256_permute2f128_ps(v.low, v.high, 0x31)};
-#else
-    return v;
-#endif
-}
-
-inline FloatPair LoadPair(const float* from) { return Exchanged({Load<Floats>(from), Load<Floats>(from + kLanes)}); }
-
-inline void StorePair(const FloatPair& v, float* to) {
-    const FloatPair ordered = Exchanged(v);
-    Store(ordered.low, to);
-    Store(ordered.high, to + kLanes);
-}
-
-/// A bit for each lane whose mask is set, in the order of memory.
-inline uint32 PairBits(const Ints& low, const Ints& high) {
-    const FloatPair ordered = Exchanged({reinterpret_cast<Floats>(low), reinterpret_cast<Floats>(high)});
-    return SignBits(ordered.low) | SignBits(ordered.high) << kLanes;
-}
-
-struct ShortRunning {
-    const uint16* window;
-    FloatPair norm, sum, nearest;
-};
-
-inline Vector SumWithin(const uint16* window, const int32* corner) {
-    const std::ptrdiff_t a = corner[0], b = corner[1], d = corner[2], e = corner[3];
-    return SubtractWords(SubtractWords(LoadBytes(window + a), LoadBytes(window + b)),
-                         SubtractWords(LoadBytes(window + d), LoadBytes(window + e)));
-}
-
-/// Sums of two parts, times multiples of the unit.
-struct PartNumbers {
-    Vector low, high;
-};
-
-inline PartNumbers SumsOfParts(Vector first, Vector second, const int16* multiples) {
-    int32 two;
-    __builtin_memcpy(&two, multiples, sizeof two);
-    const auto both = reinterpret_cast<Vector>(Ints{} + two);
-    return {SumsOfProducts(LowPairs(first, second), both), SumsOfProducts(HighPairs(first, second), both)};
-}
-
-/// What a stump compares with 0, before the norm's part comes to it.
-template <StumpKind Kind>
-inline PartNumbers SumsOfParts(const uint16* window, const int32* corners, const PartWeights& weights) {
-    const Vector a = SumWithin(window, corners), b = SumWithin(window, corners + 4);
-    const int16* multiples = weights.multiples;
-    if constexpr (Kind == kNestedRects) return SumsOfParts(SubtractWords(a, b), b, multiples);
-    if constexpr (Kind == kTwoRects) return SumsOfParts(a, b, multiples);
-    const PartNumbers two = SumsOfParts(a, b, multiples);
-    const Vector c = SumWithin(window, corners + 8), d = Kind == kFourRects ? SumWithin(window, corners + 12) : Zero();
-    const PartNumbers more = SumsOfParts(c, d, multiples + 2);
-    return {AddNumbers(two.low, more.low), AddNumbers(two.high, more.high)};
-}
-
-template <StumpKind Kind>
-inline void RunShortStumps(int32 count, const PlannedStump*& stump, const PartWeights*& weights, const int32*& corners,
-                           ShortRunning& r) {
-    for (int32 i = 0; i < count; ++i, ++stump, ++weights, corners += std::ptrdiff_t{4} * kRectsOfKind[Kind]) {
-        const Floats threshold = SplatFloat(stump->minusThreshold), unit = SplatFloat(weights->unit);
-        const Floats below = SplatFloat(stump->below), above = SplatFloat(stump->above);
-        const PartNumbers sums = SumsOfParts<Kind>(r.window, corners, *weights);
-        const Floats low = MultiplyAdd(FloatsOf(sums.low), unit, r.norm.low * threshold);
-        const Floats high = MultiplyAdd(FloatsOf(sums.high), unit, r.norm.high * threshold);
-        r.sum.low += VoteOf(low, below, above);
-        r.sum.high += VoteOf(high, below, above);
-        r.nearest.low = SmallestFloat(MagnitudesOf(low), r.nearest.low);
-        r.nearest.high = SmallestFloat(MagnitudesOf(high), r.nearest.high);
-    }
-}
-
-/// One group at a time: two, which could share the reading of the stumps, have too few registers.
-void RunShortStage(const ResolvedStage& stage, const uint16* window, const float* norms, float* sums,
-                   const int32* starts, int32 count, GroupVerdict* verdicts) {
-    const Floats far = SplatFloat(3e38F);
-    for (int32 i = 0; i < count; ++i) {
-        ShortRunning r = {window + starts[i], LoadPair(norms + starts[i]), {Floats{}, Floats{}}, {far, far}};
-        const PlannedStump* stump = stage.stumps;
-        const PartWeights* weights = stage.parts;
-        const int32* corners = stage.corners;
-        RunShortStumps<kNestedRects>(stage.stumpCounts[kNestedRects], stump, weights, corners, r);
-        RunShortStumps<kTwoRects>(stage.stumpCounts[kTwoRects], stump, weights, corners, r);
-        RunShortStumps<kThreeRects>(stage.stumpCounts[kThreeRects], stump, weights, corners, r);
-        RunShortStumps<kFourRects>(stage.stumpCounts[kFourRects], stump, weights, corners, r);
-        StorePair(r.sum, sums + starts[i]);
-        const uint32 passes = PairBits(r.sum.low >= stage.passesFrom, r.sum.high >= stage.passesFrom);
-        const uint32 fails = PairBits(r.sum.low < stage.failsBelow, r.sum.high < stage.failsBelow);
-        verdicts[i] = {passes, ~(passes | fails), PairBits(r.nearest.low < 1.0F, r.nearest.high < 1.0F)};
-    }
-}
-
 /// The area times the sum of squares less the square of the sum, which is exact in double; 0 where the rounding of
 /// large sums made it less.
-inline Doubles SpreadOf(Doubles sum, Doubles squares, Doubles area) { return AtLeastZero(squares * area - sum * sum); }
+inline WideDoubles SpreadOf(WideDoubles sum, WideDoubles squares, WideDoubles area) {
+    return AtLeastZero(squares * area - sum * sum);
+}
 
 void RunNorms(const InnerRectRows& rows, int32 count, float* norms) {
+    constexpr auto kAtOnce = static_cast<int32>(sizeof(WideFloats) / sizeof(float));
     const float inverse = 1.0F / rows.area;
-    const Doubles area = SplatDouble(rows.area);
-    for (int32 left = 0; left < count; left += kLanes) {
+    const WideDoubles area = rows.area - WideDoubles{};
+    for (int32 left = 0; left < count; left += kAtOnce) {
         const std::ptrdiff_t right = left + rows.width;
-        const Floats sum = (Load<Floats>(rows.sumTop + left) - Load<Floats>(rows.sumTop + right)) -
-                           (Load<Floats>(rows.sumBottom + left) - Load<Floats>(rows.sumBottom + right));
+        const auto sumAt = [](const float* from) { return Load<WideFloats>(from); };
+        const WideFloats sum = (sumAt(rows.sumTop + left) - sumAt(rows.sumTop + right)) -
+                               (sumAt(rows.sumBottom + left) - sumAt(rows.sumBottom + right));
         // Modulo 2^32 on the way; what a window has is less.
-        const auto at = [](const uint32* from) { return Load<UnsignedInts>(from); };
-        const UnsignedInts modulo = (at(rows.squaresTop + left) - at(rows.squaresTop + right)) -
-                                    (at(rows.squaresBottom + left) - at(rows.squaresBottom + right));
-        const auto squares = reinterpret_cast<Vector>(modulo);
-        const Floats spread = FloatsOf(SpreadOf(LowDoubles(sum), LowDoubles(squares), area),
-                                       SpreadOf(HighDoubles(sum), HighDoubles(squares), area));
+        const auto squaresAt = [](const uint32* from) { return Load<WideUnsignedInts>(from); };
+        const WideUnsignedInts modulo = (squaresAt(rows.squaresTop + left) - squaresAt(rows.squaresTop + right)) -
+                                        (squaresAt(rows.squaresBottom + left) - squaresAt(rows.squaresBottom + right));
+        const auto squares = reinterpret_cast<WideVector>(modulo);
+        const WideFloats spread = FloatsOf(SpreadOf(LowDoubles(sum), LowDoubles(squares), area),
+                                           SpreadOf(HighDoubles(sum), HighDoubles(squares), area));
         Store(SquareRoots(spread) * inverse, norms + left);
     }
 }
@@ -339,10 +138,10 @@ void RunIntegral(const uint8* pixels, int32 width, const SumRows& rows) {
         sums.Next(levels);
         squares.Next(levels);
         Store(sums.Low() + Load<Floats>(r.sumAbove + x), r.sum + x);
-        Store(sums.High() + Load<Floats>(r.sumAbove + x + kLanes), r.sum + x + kLanes);
+        Store(sums.High() + Load<Floats>(r.sumAbove + x + kNumbers), r.sum + x + kNumbers);
         Store(AddWords(sums.Short(), LoadBytes(r.shortSumAbove + x)), r.shortSum + x);
         Store(AddNumbers(squares.low, LoadBytes(r.squaresAbove + x)), r.squares + x);
-        Store(AddNumbers(squares.high, LoadBytes(r.squaresAbove + x + kLanes)), r.squares + x + kLanes);
+        Store(AddNumbers(squares.high, LoadBytes(r.squaresAbove + x + kNumbers)), r.squares + x + kNumbers);
     }
 }
 #else
@@ -357,8 +156,8 @@ void RunIntegral(const uint8* pixels, int32 width, const SumRows& rows) {
     const SumRows r = rows;
     Prefix sums, squareSums;
     Ints middle; // what is taken off the levels up to each pixel
-    for (int32 i = 0; i < kLanes; ++i) middle[i] = kMiddleLevel * (i + 1);
-    for (int32 x = 0; x < width; x += kLanes, middle += kMiddleLevel * kLanes) {
+    for (int32 i = 0; i < kNumbers; ++i) middle[i] = kMiddleLevel * (i + 1);
+    for (int32 x = 0; x < width; x += kNumbers, middle += kMiddleLevel * kNumbers) {
         const Vector values = PixelNumbers(pixels + x);
         const Ints rowSums = reinterpret_cast<Ints>(sums.Next(values));
         const Vector rowSquares = squareSums.Next(Squares(values));

@@ -7,14 +7,24 @@ namespace orvane {
 
 inline constexpr int32 kMostRects = 4;
 
-/// What a stump is made of: one rectangle, two of which the first holds the second, two others, three, four.
-enum StumpKind : int32 { kOneRect, kNestedRects, kTwoRects, kThreeRects, kFourRects, kOtherRects };
+/// What a stump is made of: one rectangle; two of which the first holds the second, along one of its sides or not; two
+/// others, three, four.
+enum StumpKind : int32 { kOneRect, kRectsAlongASide, kNestedRects, kTwoRects, kThreeRects, kFourRects, kOtherRects };
 inline constexpr int32 kStumpKinds = kOtherRects; // those that a plan has a form for
-inline constexpr int32 kRectsOfKind[kStumpKinds] = {1, 2, 2, 3, 4};
+inline constexpr int32 kRectsOfKind[kStumpKinds] = {1, 2, 2, 2, 3, 4};
+inline constexpr int32 kCornersOfKind[kStumpKinds] = {4, 6, 8, 8, 12, 16};
+inline constexpr int32 kMostCorners = 16;
 
 StumpKind KindOf(const ImageRect* rects, int32 count);
 
-/// The weights of a stump's parts, which are its rectangles; of nested ones the first without the second, and that.
+/// The offsets of a stump's corners in a plane of sums, in the order plus, minus, minus, plus for each rectangle. Those
+/// along a side share its two corners: what the first rectangle's other corners differ by, less the difference of the
+/// side's, is its sum, and so for the second. Their order is first, side, second.
+/// @param offsets kCornersOfKind of them
+void FindCorners(StumpKind kind, const ImageRect* rects, int32 stride, int32* offsets);
+
+/// The weights of a stump's parts, which are its rectangles; where the first holds the second, the first
+/// without it, and that.
 struct PartWeights {
     float unit;
     int16 multiples[kMostRects]; // of the unit

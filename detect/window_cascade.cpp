@@ -10,20 +10,24 @@
 namespace orvane {
 namespace {
 
+/// Of 1 to 32 bits.
+uint32 LowestBits(int32 count) { return ~0U >> (32 - count); }
+
 /// The lower `count` bits cleared; all for 64 and more.
 uint64 WithoutLowest(uint64 bits, int32 count) { return count < 64 ? bits >> count << count : 0; }
 
 } // namespace
 
-bool WindowCascade::Serves(const ClassifierTables& classifier, int32 scaledHeight) {
+bool WindowCascade::Serves(const ClassifierTables& classifier, ImageSize scaled) {
     const CascadePlan& plan = classifier.plan;
     if (!plan.usable || plan.stages.empty()) return false;
     // The inner rectangle of the last window must end inside the sums.
     if (classifier.maxFeatureWidth < classifier.windowWidth - 1) return false;
     if (classifier.maxFeatureHeight < classifier.windowHeight - 1) return false;
-    // A strip as wide as the window and as high as the scale must be a whole number that a float holds.
+    // Strips as wide as the window and as high as the scale, and the other way, must be numbers that a float holds.
     constexpr int64 kExact = 1 << 24;
-    return int64{255} * (classifier.windowWidth + 1) * scaledHeight < kExact;
+    return int64{255} * (classifier.windowWidth + 1) * scaled.height < kExact &&
+           int64{255} * (classifier.windowHeight + 1) * scaled.width < kExact;
 }
 
 int32 WindowCascade::StageCount() const { return static_cast<int32>(classifier_.plan.stages.size()); }
@@ -34,29 +38,30 @@ bool WindowCascade::Reserve(int32 stride, int32 height) {
     const int64 windows = int64{stride} * height;
     const int64 tile = int64{stride} * kTileRows;
     return norms_.Allocate(windows) && sums_.Allocate(tile) && groups_[0].Allocate(kTileWindows) &&
-           groups_[1].Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) && decided_.Allocate(kTileWindows) &&
-           ResolveStages();
+           groups_[1].Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) && ResolveStages();
 }
 
 bool WindowCascade::ResolveStages() {
     const CascadePlan& plan = classifier_.plan;
     if (!stages_.Allocate(StageCount())) return false;
     if (!corners_.Allocate(4 * std::max<int64>(1, static_cast<int64>(plan.rects.size())))) return false;
+    const ImageRect* rect = plan.rects.data();
     int32* corner = corners_.data();
-    for (const ImageRect& r : plan.rects) {
-        const int32 top = r.y * stride_, bottom = (r.y + r.height) * stride_;
-        for (const int32 offset : {bottom + r.x + r.width, bottom + r.x, top + r.x + r.width, top + r.x})
-            *corner++ = offset;
-    }
     for (int32 i = 0; i < StageCount(); ++i) {
         const PlannedStage& stage = plan.stages[static_cast<std::size_t>(i)];
         ResolvedStage& resolved = stages_[i];
         std::copy(std::begin(stage.stumpCounts), std::end(stage.stumpCounts), resolved.stumpCounts);
         resolved.stumps = plan.stumps.data() + stage.firstStump;
         if (i == 0) resolved.parts = plan.parts.data();
-        resolved.corners = corners_.data() + std::ptrdiff_t{4} * stage.firstRect;
+        resolved.corners = corner;
+        for (int32 kind = 0; kind < kStumpKinds; ++kind) {
+            for (int32 n = stage.stumpCounts[kind]; n > 0;
+                 --n, rect += kRectsOfKind[kind], corner += kCornersOfKind[kind])
+                FindCorners(static_cast<StumpKind>(kind), rect, stride_, corner);
+        }
         resolved.weights = plan.weights.data() + stage.firstRect;
         resolved.continues = stage.continues;
+        resolved.allAbove = stage.allAbove;
         resolved.failsBelow = stage.failsBelow;
         resolved.passesFrom = stage.passesFrom;
     }
@@ -75,21 +80,18 @@ void WindowCascade::Decide(ScaleRows& rows, int32 height) {
 }
 
 void WindowCascade::DecideTile(ScaleRows& rows, const Tile& tile) {
-    decidedCount_ = 0;
     int32 groups = TakeGroups(rows, tile);
     for (int32 stage = 0; stage < StageCount() && groups > 0; ++stage) {
         RunStage(rows, tile, stage, groups);
         groups = DropFailed(rows, tile, stage, groups);
     }
-    const auto setBit = [&](int32 window) {
-        const int32 x = window % stride_;
-        rows.EdgeRow(tile.y + window / stride_)[x / 64] |= uint64{1} << x % 64;
-    };
     for (int32 i = 0; i < groups; ++i) {
-        for (uint32 rest = present_->living[i]; rest != 0; rest &= rest - 1)
-            setBit(present_->starts[i] + std::countr_zero(rest));
+        const int32 first = present_->starts[i];
+        for (uint32 rest = present_->living[i]; rest != 0; rest &= rest - 1) {
+            const int32 x = first % stride_ + std::countr_zero(rest);
+            rows.EdgeRow(tile.y + first / stride_)[x / 64] |= uint64{1} << x % 64;
+        }
     }
-    for (int32 i = 0; i < decidedCount_; ++i) setBit(decided_[i]);
 }
 
 void WindowCascade::RunStage(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups) {
@@ -106,6 +108,7 @@ void WindowCascade::RunStage(const ScaleRows& rows, const Tile& tile, int32 stag
 /// Moves the tile's windows from the edge map to groups, each of which begins at a living one.
 int32 WindowCascade::TakeGroups(ScaleRows& rows, const Tile& tile) {
     const int32 lanes = LanesOf(0);
+    const uint32 all = LowestBits(lanes);
     int32 count = 0;
     for (int32 row = 0; row < tile.height; ++row) {
         uint64* edges = rows.EdgeRow(tile.y + row);
@@ -116,13 +119,13 @@ int32 WindowCascade::TakeGroups(ScaleRows& rows, const Tile& tile) {
             const int32 base = 64 * word;
             if (next > base) { // the last group of the word before reaches into this one
                 const int32 reach = next - base;
-                present_->living[count - 1] |= static_cast<uint32>(rest << (lanes - reach)) & ((1U << lanes) - 1);
+                present_->living[count - 1] |= static_cast<uint32>(rest << (lanes - reach)) & all;
                 rest = WithoutLowest(rest, reach);
             }
             while (rest != 0) {
                 const int32 bit = std::countr_zero(rest);
                 present_->starts[count] = row * stride_ + base + bit;
-                present_->living[count] = static_cast<uint32>(rest >> bit) & ((1U << lanes) - 1);
+                present_->living[count] = static_cast<uint32>(rest >> bit) & all;
                 ++count;
                 next = base + bit + lanes;
                 rest = WithoutLowest(rest, bit + lanes);
@@ -151,18 +154,18 @@ void WindowCascade::FindNorms(ScaleRows& rows, int32 height) {
 /// Goes by the verdicts of a stage and gathers what is left into new groups. Their number.
 int32 WindowCascade::DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups) {
     const int32 lanes = LanesOf(stage + 1); // at most as many as before
-    const uint32 all = (1U << lanes) - 1;
+    const uint32 all = LowestBits(lanes);
     Groups& left = *next_;
     int32 count = 0;
     int32 next = -1; // the first window that no new group holds; rows are further apart than a group reaches
     for (int32 i = 0; i < groups; ++i) {
         const int32 first = present_->starts[i];
         const GroupVerdict& verdict = verdicts_[i];
-        const uint32 doubtful = present_->living[i] & (verdict.closeSums | verdict.closeStumps);
+        const uint32 doubtful = present_->living[i] & verdict.doubtful;
         uint32 kept = present_->living[i] & verdict.passes & ~doubtful;
-        if (doubtful != 0) kept |= ResolveDoubts(rows, tile, stage, first, doubtful, verdict.closeStumps);
+        if (doubtful != 0) kept |= ResolveDoubts(rows, tile, stage, first, doubtful);
         if (first < next) {
-            const uint32 shared = kept & ((1U << (next - first)) - 1);
+            const uint32 shared = kept & LowestBits(next - first);
             left.living[count - 1] |= shared << (first - left.starts[count - 1]);
             kept ^= shared;
         }
@@ -179,61 +182,53 @@ int32 WindowCascade::DropFailed(const ScaleRows& rows, const Tile& tile, int32 s
     return count;
 }
 
-/// Those of a group's doubtful windows that go on. Where the stumps are certain the sum that goes on is good, and this
-/// stage alone is in doubt; the others are decided to the end at once and stand aside.
-uint32 WindowCascade::ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first, uint32 doubtful,
-                                    uint32 closeStumps) {
+/// Those of a group's doubtful windows that pass the stage in the trained arithmetic, whose sum goes on in place of the
+/// one that was in doubt.
+uint32 WindowCascade::ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first,
+                                    uint32 doubtful) {
     const int32 y = tile.y + first / stride_;
-    uint32 kept = 0;
+    const double threshold = classifier_.stageThreshold[static_cast<std::size_t>(stage)];
+    uint32 passes = 0;
     for (uint32 rest = doubtful; rest != 0; rest &= rest - 1) {
         const int32 lane = std::countr_zero(rest);
         const int32 x = first % stride_ + lane;
         ++doubts_;
-        const bool toTheEnd = (closeStumps >> lane & 1) != 0;
-        const int32 last = toTheEnd ? StageCount() - 1 : stage;
-        if (!Passes(stage, last, rows.SumRow(y) + x, TrainedNorm(rows, x, y))) continue;
-        if (toTheEnd) {
-            decided_[decidedCount_++] = first + lane;
-        } else {
-            kept |= 1U << lane;
-        }
+        const double sum = TrainedSum(stage, rows.SumRow(y) + x, TrainedNorm(rows, x, y));
+        if (sum < threshold) continue;
+        sums_[first + lane] = static_cast<float>(sum);
+        passes |= 1U << lane;
     }
-    return kept;
+    return passes;
 }
 
-/// Whether a window passes some stages, in the trained arithmetic. The sums of a plan are exact in double, so that the
-/// order of the additions does not matter.
-bool WindowCascade::Passes(int32 from, int32 to, const float* window, double norm) const {
-    const auto continues = [&](int32 stage) { return stages_[stage].continues; };
-    int32 stage = from;
-    while (continues(stage)) --stage;
-    double sum = 0.0;
-    for (; stage <= to; ++stage) {
-        sum = TrainedSum(stage, window, norm) + (continues(stage) ? sum : 0.0);
-        if (stage >= from && sum < classifier_.stageThreshold[static_cast<std::size_t>(stage)]) return false;
-    }
-    return true;
+/// The sum of a stage and of those that it goes on from. It is exact in double, so that the order of the additions does
+/// not matter.
+double WindowCascade::TrainedSum(int32 stage, const float* window, double norm) const {
+    double sum = TrainedPart(stage, window, norm);
+    while (stages_[stage].continues) sum += TrainedPart(--stage, window, norm);
+    return sum;
 }
 
 /// What a stage adds to the sum.
-double WindowCascade::TrainedSum(int32 stage, const float* window, double norm) const {
+double WindowCascade::TrainedPart(int32 stage, const float* window, double norm) const {
     const CascadePlan& plan = classifier_.plan;
     const PlannedStage& planned = plan.stages[static_cast<std::size_t>(stage)];
     auto stump = static_cast<std::size_t>(planned.firstStump);
     auto rect = static_cast<std::size_t>(planned.firstRect);
-    const int32* corner = stages_[stage].corners;
+    const int32* corners = stages_[stage].corners;
     double sum = 0.0;
     for (int32 kind = 0; kind < kStumpKinds; ++kind) {
-        const int32 rects = kRectsOfKind[kind];
-        for (int32 n = planned.stumpCounts[kind]; n > 0; --n, ++stump) {
+        for (int32 n = planned.stumpCounts[kind]; n > 0; --n, ++stump, corners += kCornersOfKind[kind]) {
             double e = 0.0;
-            for (int32 r = 0; r < rects; ++r, ++rect, corner += 4) {
+            for (int32 r = 0; r < kRectsOfKind[kind]; ++r, ++rect) {
+                const int32* plus = corners + std::ptrdiff_t{4} * r;
+                const int32* minus = kind == kRectsAlongASide ? corners + 2 : plus + 2;
                 // A whole number that a float holds.
-                const float within = (window[corner[0]] - window[corner[1]]) - (window[corner[2]] - window[corner[3]]);
+                const float within = (window[plus[0]] - window[plus[1]]) - (window[minus[0]] - window[minus[1]]);
                 e += static_cast<double>(within) * plan.trainedWeights[rect];
             }
             const bool below = e < static_cast<double>(plan.trainedThresholds[stump]) * norm;
-            sum += below ? plan.stumps[stump].below : plan.stumps[stump].above;
+            sum += below ? plan.trainedValues[stump].below : plan.trainedValues[stump].above;
         }
     }
     return sum;

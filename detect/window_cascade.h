@@ -12,8 +12,8 @@ struct ClassifierTables;
 
 class WindowCascade {
 public:
-    /// Whether windows of a scale so high can be decided this way.
-    static bool Serves(const ClassifierTables& classifier, int32 scaledHeight);
+    /// Whether windows of a scale of this size can be decided this way.
+    static bool Serves(const ClassifierTables& classifier, ImageSize scaled);
 
     WindowCascade(const ScanKernels& kernels, const ClassifierTables& classifier)
         : kernels_(kernels), classifier_(classifier) {}
@@ -30,7 +30,7 @@ public:
     int64 Doubts() const { return doubts_; }
 
 private:
-    static constexpr int32 kTileRows = 4;
+    static constexpr int32 kTileRows = 8;
     static constexpr int32 kTileWords = 3;
 
     /// Some rows of windows between two words.
@@ -47,10 +47,9 @@ private:
     void FindNorms(ScaleRows& rows, int32 height);
     void RunStage(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
     int32 DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
-    uint32 ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first, uint32 doubtful,
-                         uint32 closeStumps);
-    bool Passes(int32 from, int32 to, const float* window, double norm) const;
+    uint32 ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first, uint32 doubtful);
     double TrainedSum(int32 stage, const float* window, double norm) const;
+    double TrainedPart(int32 stage, const float* window, double norm) const;
     float TrainedNorm(const ScaleRows& rows, int32 x, int32 y) const;
     int32 StageCount() const;
     int32 LanesOf(int32 stage) const { return stage == 0 && beginsShort_ ? kernels_.shortLanes : kernels_.lanes; }
@@ -77,8 +76,6 @@ private:
     Groups* present_ = &groups_[0];
     Groups* next_ = &groups_[1]; // what is left of them, before it takes their place
     HeapArray<GroupVerdict> verdicts_;
-    HeapArray<int32> decided_; // windows that passed all stages in the trained arithmetic
-    int32 decidedCount_ = 0;
     int64 doubts_ = 0;
 };
 

@@ -3,9 +3,10 @@
 
 namespace orvane {
 
-enum class InstructionSet {
-    baseline, // what the library is compiled for: SSE2 on x86
-    avx2,     // AVX2 and FMA
+enum class InstructionSet { // each has those before it
+    baseline,               // what the library is compiled for: SSE2 on x86
+    avx2,                   // AVX2 and FMA
+    avx512,                 // and AVX-512 with bytes, words and vectors of all lengths
 };
 
 /// The widest that processor and system have.

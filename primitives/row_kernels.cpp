@@ -5,7 +5,7 @@
 namespace orvane {
 
 const RowKernels& CurrentRowKernels() {
-    return CurrentInstructionSet() == InstructionSet::avx2 ? kRowKernels256 : kRowKernels128;
+    return CurrentInstructionSet() != InstructionSet::baseline ? kRowKernels256 : kRowKernels128;
 }
 
 } // namespace orvane

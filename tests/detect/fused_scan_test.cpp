@@ -243,8 +243,9 @@ TEST_P(FusedScanTest, LeavesClassifiersBeyondItsBoundsToTheSteps) {
     for (const auto& c : cases) {
         ASSERT_EQ(0, files_.Load(BuildCascade({24, 24}, {{{c.stump}, 0.5F}}))) << c.what;
         EXPECT_EQ(c.usable, g_classifier.plan.usable) << c.what;
-        EXPECT_EQ(c.usable, FusedScan::Serves(g_classifier, 300)) << c.what;
-        EXPECT_FALSE(FusedScan::Serves(g_classifier, 3000)) << c.what << ": a strip is not exact any more";
+        EXPECT_EQ(c.usable, FusedScan::Serves(g_classifier, {350, 300})) << c.what;
+        EXPECT_FALSE(FusedScan::Serves(g_classifier, {350, 3000})) << c.what << ": a strip is not exact any more";
+        EXPECT_FALSE(FusedScan::Serves(g_classifier, {3000, 300})) << c.what << ": a strip is not exact any more";
     }
 }
 

@@ -22,7 +22,11 @@ inline void PrintTo(const KernelSet& set, std::ostream* out) { *out << set.name;
 
 inline std::vector<KernelSet> KernelSets() {
     std::vector<KernelSet> sets = {{"Baseline", InstructionSet::baseline, kScanKernels128}};
-    if (BestInstructionSet() == InstructionSet::avx2) sets.push_back({"Avx2", InstructionSet::avx2, kScanKernels256});
+    const InstructionSet best = BestInstructionSet();
+    if (best >= InstructionSet::avx2) sets.push_back({"Avx2", InstructionSet::avx2, kScanKernels256});
+#if defined(__x86_64__)
+    if (best >= InstructionSet::avx512) sets.push_back({"Avx512", InstructionSet::avx512, kScanKernels512});
+#endif
     return sets;
 }
 

@@ -88,7 +88,7 @@ TEST(Scan, PartialChoicesOfScalesMakeTheWhole) {
 TEST(Scan, FindsTheSameInOneGoAsStepByStep) {
     const auto survivorsOf = [](const GreyPicture& picture, const Cascade& cascade, bool inOneGo) {
         const CompiledCascade compiled(cascade);
-        EXPECT_EQ(WindowCascade::Serves(compiled.Tables(), 300), inOneGo);
+        EXPECT_EQ(WindowCascade::Serves(compiled.Tables(), {300, 300}), inOneGo);
         std::vector<std::vector<double>> survivors;
         VisitSurvivors(picture, compiled, {1.02, 2, 1}, [&](const Survivor& s) {
             survivors.push_back({s.x, s.y, s.side});

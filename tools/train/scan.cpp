@@ -77,7 +77,7 @@ public:
     /// Makes ready for scales of up to this size. False where they must be scanned step by step.
     bool Reserve(ImageSize scaled) {
         const ImageSize size = picture_.size;
-        if (!WindowCascade::Serves(cascade_.Tables(), scaled.height)) return false;
+        if (!WindowCascade::Serves(cascade_.Tables(), scaled)) return false;
         if (!grey_.Create(size.width, size.height, 1, kDepth8u, 0)) return false;
         for (int32 y = 0; y < size.height; ++y) {
             std::copy_n(picture_.pixels.data() + PixelIndex(0, y, size.width), size.width,
