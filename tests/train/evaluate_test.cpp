@@ -196,6 +196,16 @@ TEST_F(Evaluation, TellsWhatAWindowCosts) {
     EXPECT_EQ(g_scanObserver, nullptr);
 }
 
+TEST_F(Evaluation, TellsWhenAClassifierIsScannedStepByStep) {
+    ASSERT_NO_FATAL_FAILURE(AddPictures());
+    const std::string remark = "step by step takes longer";
+    EXPECT_EQ(Lines()[0].find(remark), std::string::npos);
+    test::CascadeFile tooFine = test::FaceCascade();
+    tooFine.classifierVal1[0] += 1e-20F;
+    ASSERT_TRUE(test::WriteClassifier(files_.Path(), tooFine.Bytes()));
+    EXPECT_NE(Lines()[0].find(remark), std::string::npos) << Lines()[0];
+}
+
 TEST_F(Evaluation, ShowsMissesAndFalseFaces) {
     ASSERT_NO_FATAL_FAILURE(AddPictures());
     Lines();

@@ -1,5 +1,6 @@
 #include "tools/train/evaluate.h"
 
+#include "detect/classifier_file.h"
 #include "tools/support/picture_io.h"
 #include "tools/train/detection.h"
 #include "tools/train/groups.h"
@@ -28,6 +29,9 @@ public:
     bool Run() {
         std::string error;
         if (!UseClassifier(options_.classifier, error)) return Fail(error);
+        if (!g_classifier.plan.usable)
+            std::fputs("numbers of the classifier leave the bounds of the scan in one go: step by step takes longer\n",
+                       out_);
         if (!Open(options_.misses, misses_) || !Open(options_.table, table_)) return false;
         if (misses_ != nullptr) std::fprintf(misses_.get(), "what,file,x,y,side,true_x,true_y,true_side,lost_at\n");
         return Portraits() && FaceFree() && WriteTable() && WriteSheets() && KeepUp();
