@@ -4,40 +4,39 @@
 
 namespace orvane::tools {
 
-bool JpegBits::IsAtMarker() const {
-    return at_ + 1 >= data_.size() || (data_[at_] == '\xFF' && data_[at_ + 1] != '\0');
+namespace {
+
+constexpr int kCoefficients = 64;
+constexpr int kBeyond = 2 * kCoefficients; // where the end of a block leads, from any coefficient
+constexpr int kLongestCoefficient = 10;    // bits of the greatest that 8-bit samples lead to, but for the first
+constexpr int kSixteenZeros = 0xF0;
+
+} // namespace
+
+JpegBits JpegBits::FilledByBytes(JpegBits bits) {
+    while (bits.held_ < 32) bits.LoadByte();
+    return bits;
 }
 
-/// Four bytes more where none of them is FF, else one. A byte FF of the data is followed by a zero, which is none.
-void JpegBits::Load() {
-    if (held_ <= 32 && at_ + 4 <= data_.size()) {
-        std::uint32_t word = 0;
-        for (std::size_t i = 0; i < 4; ++i) word = word << 8 | static_cast<unsigned char>(data_[at_ + i]);
-        // A byte of the complement that is zero borrows into its own highest bit, which it has not itself.
-        if (((~word - 0x01010101) & word & 0x80808080) == 0) {
-            bits_ = bits_ << 32 | word;
-            held_ += 32;
-            real_ += 32;
-            at_ += 4;
-            return;
-        }
-    }
+/// A byte FF of the data is followed by a zero, which is none.
+void JpegBits::LoadByte() {
     unsigned byte = 0;
-    if (!IsAtMarker()) {
-        byte = static_cast<unsigned char>(data_[at_]);
+    if (IsAtMarker()) {
+        missing_ += 8;
+    } else {
+        byte = *at_;
         at_ += byte == 0xFF ? 2 : 1;
-        real_ += 8;
     }
-    bits_ = bits_ << 8 | byte;
+    bits_ |= std::uint64_t{byte} << (56 - held_);
     held_ += 8;
 }
 
 bool JpegBits::ReachMarker(std::size_t* marker) {
     // Fewer than 8 bits fill up the last byte.
-    if (HasRunDry() || real_ >= 8 || !IsAtMarker()) return false;
-    while (at_ + 1 < data_.size() && data_[at_] == '\xFF' && data_[at_ + 1] == '\xFF') ++at_; // fill bytes
-    if (at_ + 1 >= data_.size()) return false;
-    *marker = at_;
+    if (HasRunDry() || held_ - missing_ >= 8 || !IsAtMarker()) return false;
+    while (end_ - at_ > 1 && at_[0] == 0xFF && at_[1] == 0xFF) ++at_; // fill bytes
+    if (end_ - at_ < 2) return false;
+    *marker = static_cast<std::size_t>(at_ - begin_);
     return true;
 }
 
@@ -61,19 +60,60 @@ bool JpegCode::Set(const unsigned char* counts, const unsigned char* symbols, st
         end_[static_cast<std::size_t>(length)] = code;
         code <<= 1;
     }
+    SetSteps();
     return set_ = true;
 }
 
-int JpegCode::TakeLong(JpegBits* bits) const {
-    const unsigned next = bits->Peek(kLongest);
+void JpegCode::SetSteps() {
+    for (std::size_t i = 0; i < quick_.size(); ++i) {
+        const int symbol = quick_[i] & 255, length = quick_[i] >> 8, own = symbol & 15;
+        const bool ends = own == 0 && symbol != kSixteenZeros;
+        const int step = ends ? kBeyond : (symbol >> 4) + 1;
+        const bool plain = quick_[i] >= 0 && (ends || (own > 0 && own <= kLongestCoefficient));
+        steps_[i] = static_cast<std::uint16_t>(plain ? step << 8 | (length + own) : 0);
+    }
+}
+
+bool JpegCode::TakeBand(JpegBits* bits) const {
+    JpegBits own = *bits;
+    int k = 1;
+    bool good = true;
+    while (good && k < kCoefficients) {
+        own.Fill();
+        const int step = steps_[own.Peek(kQuick)];
+        if (step != 0) {
+            own.Drop(step & 255);
+            k += step >> 8;
+            good = k <= kCoefficients || k >= kBeyond;
+            continue;
+        }
+        const Symbol symbol = Next(own);
+        own.Drop(symbol.length);
+        const int size = symbol.value & 15;
+        if (symbol.value < 0) {
+            good = false;
+        } else if (symbol.value == kSixteenZeros) {
+            k += 16;
+        } else if (size == 0) {
+            k = kBeyond;
+        } else {
+            k += (symbol.value >> 4) + 1;
+            good = k <= kCoefficients && size <= kLongestCoefficient;
+            own.Drop(good ? size : 0);
+        }
+    }
+    *bits = own;
+    return good;
+}
+
+JpegCode::Symbol JpegCode::LongSymbol(unsigned next) const {
     for (int length = kQuick + 1; length <= kLongest; ++length) {
         const auto code = static_cast<std::int32_t>(next >> (kLongest - length));
         if (code >= end_[static_cast<std::size_t>(length)]) continue;
-        bits->Drop(length);
         const std::int32_t place = code + shift_[static_cast<std::size_t>(length)];
-        return symbols_[static_cast<std::size_t>(place)];
+        return {symbols_[static_cast<std::size_t>(place)], length};
     }
-    return -1;
+    return {-1, 0};
 }
 
 } // namespace orvane::tools

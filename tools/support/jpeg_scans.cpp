@@ -34,6 +34,7 @@ struct ScanPart {
     Component* component = nullptr;
     const JpegCode* dc = nullptr;
     const JpegCode* ac = nullptr;
+    int greatestFirst = 0; ///< Of the component's first coefficients.
 };
 
 enum class Verdict { whole, damaged, unknown };
@@ -170,7 +171,10 @@ private:
             const auto found = std::find_if(components_.begin(), components_.end(),
                                             [&](const Component& component) { return component.id == id; });
             if (found == components_.end() || (tables >> 4) > 3 || (tables & 15) > 3) return false;
-            const ScanPart part{&*found, &codes_[0][tables >> 4], &codes_[1][tables & 15]};
+            const int step = std::max(firstSteps_[found->table], 1);
+            // Half a step of rounding, and as much again for encoders that round otherwise.
+            const int greatestFirst = (kGreatestFirst + step) / step + 1;
+            const ScanPart part{&*found, &codes_[0][tables >> 4], &codes_[1][tables & 15], greatestFirst};
             if (first_ == 0 && !refines_ && !part.dc->IsSet()) return false;
             if (last_ > 0 && !part.ac->IsSet()) return false;
             parts_.push_back(part);
@@ -240,7 +244,7 @@ private:
             }
         }
         if (last_ == 0) return true;
-        if (!progressive_) return ReadBand(bits, *part.ac);
+        if (!progressive_) return part.ac->TakeBand(bits);
         std::uint64_t* nonzero = &part.component->nonzero[place];
         return refines_ ? RefineBand(bits, *part.ac, nonzero) : BeginBand(bits, *part.ac, nonzero);
     }
@@ -252,26 +256,7 @@ private:
         const auto value = static_cast<int>(bits->Take(size));
         int& dc = part.component->dc;
         dc += size > 0 && value < 1 << (size - 1) ? value - (1 << size) + 1 : value;
-        const int step = std::max(firstSteps_[part.component->table], 1);
-        // Half a step of rounding, and as much again for encoders that round otherwise.
-        return std::abs(dc) * (1 << shift_) <= (kGreatestFirst + step) / step + 1;
-    }
-
-    static bool ReadBand(JpegBits* bits, const JpegCode& code) {
-        for (int k = 1; k <= kLastCoefficient; ++k) {
-            const int symbol = code.Take(bits);
-            if (symbol < 0) return false;
-            const int size = symbol & 15;
-            if (size == 0) {
-                if (symbol != 0xF0) return true; // the rest is zero
-                k += 15;
-                continue;
-            }
-            k += symbol >> 4;
-            if (k > kLastCoefficient || size > kLongestOther) return false;
-            bits->Drop(size);
-        }
-        return true;
+        return std::abs(dc) * (1 << shift_) <= part.greatestFirst;
     }
 
     /// The run of blocks whose rest of the band is zero, this one among them.
