@@ -45,7 +45,8 @@ private:
         for (const int32 count : stage.stumpCounts) added += count;
         if (added != range.classifiers - known) plan_.usable = false; // one with more rectangles
 
-        // The stage's own sum, the addition to the one before, and the threshold's narrowing.
+        // The stage's own sum, which begins with what all stumps give above and goes on by differences, the addition to
+        // the one before, and the threshold's narrowing.
         const double own = MagnitudeFrom(stage.firstStump);
         stage.allAbove = static_cast<float>(SumAbove(stage.firstStump));
         magnitude_ += own;

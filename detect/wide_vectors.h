@@ -42,9 +42,9 @@ struct FloatPair {
     WideFloats low, high;
 };
 
-// a * b + c, rounded once or twice: the bounds allow for both.
-// A sum, and more where a number has a sign; the smaller of a magnitude and that of a number; a sum, or no number where
-// a magnitude is below 1; and a bit for each number that is at least, or below, a limit.
+// What each width has: a * b + c, rounded once or twice, since the bounds allow for both; a sum, and more where a
+// number has a sign; the smaller of a magnitude and that of a number; a sum, or no number where a magnitude is below 1;
+// and a bit for each number that is at least, or below, a limit.
 #if ORVANE_WIDEST
 
 inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return _mm256_fmadd_ps(a, b, c); }

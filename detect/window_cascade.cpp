@@ -70,7 +70,7 @@ bool WindowCascade::ResolveStages() {
 
 void WindowCascade::Decide(ScaleRows& rows, int32 height) {
     FindNorms(rows, height);
-    // Twice as many windows to a group pay while many are left, which is in the first stage.
+    // More windows to a group pay while many are left, which is in the first stage.
     beginsShort_ = rows.SumsAreExact() && classifier_.plan.takesShortSums;
     for (int32 word = 0; word < rows.Words(); word += kTileWords) {
         for (int32 y = 0; y < height; y += kTileRows) {
