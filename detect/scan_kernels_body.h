@@ -168,10 +168,6 @@ void RunIntegral(const uint8* pixels, int32 width, const SumRows& rows) {
 }
 #endif
 
-/// tan(22.5 degrees) of 65536. The whole part of a product with it is that of the true product for all components of
-/// Sobel's 3 by 3 operator, which are at most 1020; a test tries them all.
-constexpr int32 kFlat = 27146;
-
 inline Words WordsAt(const uint8* bytes) { return reinterpret_cast<Words>(WordsOf(bytes)); }
 inline Words Absolute(Words v) { return v < 0 ? -v : v; }
 

@@ -222,7 +222,7 @@ public:
         std::fill_n(rows_, 3 * stride_, int16{0});
     }
 
-    /// False for gradients that are too steep.
+    /// False for gradients that are too steep. How steep those of a row are goes with its magnitudes.
     bool Mark(const Gradients& g) {
         const RowKernels& kernels = CurrentRowKernels();
         constexpr int32 kMost = std::numeric_limits<int16>::max();
@@ -230,16 +230,19 @@ public:
         int16* above = rows_ + 1;
         int16* here = above + stride_;
         int16* below = here + stride_;
-        if (!FindMagnitudes(g, 0, low, here)) return false;
+        int32 steepness = FindMagnitudes(g, 0, low, here);
+        if (steepness > kSteepest) return false;
         for (int32 y = 0; y < g.roi.height; ++y) {
+            const bool isGentle = steepness <= kMostGentle;
             if (y + 1 == g.roi.height) {
                 std::fill_n(below, g.roi.width, int16{0});
-            } else if (!FindMagnitudes(g, y + 1, low, below)) {
-                return false;
+            } else {
+                steepness = FindMagnitudes(g, y + 1, low, below);
+                if (steepness > kSteepest) return false;
             }
             const std::ptrdiff_t row = std::ptrdiff_t{y} * words_;
-            kernels.ridgeBits({RowAt(g.dx, g.dxStep, y), RowAt(g.dy, g.dyStep, y), above, here, below}, g.roi.width,
-                              high, ridges_ + row, edges_ + row);
+            kernels.ridgeBits({RowAt(g.dx, g.dxStep, y), RowAt(g.dy, g.dyStep, y), above, here, below, isGentle},
+                              g.roi.width, high, ridges_ + row, edges_ + row);
             int16* const oldest = above;
             above = here;
             here = below;
@@ -257,19 +260,16 @@ public:
 
 private:
     static constexpr std::uintptr_t kSlack = 8; // to the boundary of a word
+    static constexpr int32 kSteepest = 16383;   // a component of which 16 bits hold a magnitude
 
     /// A row goes on for all of its words and has one more at both ends.
     static std::ptrdiff_t Stride(ImageSize roi) { return std::ptrdiff_t{64} * WordsOf(roi.width) + 2; }
 
-    static bool FindMagnitudes(const Gradients& g, int32 y, int32 low, int16* to) {
+    /// The bits of all components' magnitudes; above kSteepest, the row's magnitudes are not to be used.
+    static int32 FindMagnitudes(const Gradients& g, int32 y, int32 low, int16* to) {
         const RowKernels& kernels = CurrentRowKernels();
         const int16 *dx = RowAt(g.dx, g.dxStep, y), *dy = RowAt(g.dy, g.dyStep, y);
-        constexpr int32 kMost = 16383;
-        if ((kernels.largestComponent(dx, g.roi.width) | kernels.largestComponent(dy, g.roi.width)) > kMost) {
-            return false;
-        }
-        kernels.magnitudes(dx, dy, g.roi.width, low, to);
-        return true;
+        return kernels.magnitudes(dx, dy, g.roi.width, low, to);
     }
 
     int32 words_;

@@ -63,31 +63,32 @@ inline Vector LargerWords(Vector a, Vector b) { return _mm_max_epi16(a, b); }
 inline Vector Magnitudes(Vector v) { return LargerWords(v, SubtractWords(Zero(), v)); }
 inline int32 Magnitude(int32 v) { return v < 0 ? -v : v; }
 
-int32 RunLargestComponent(const int16* gradient, int32 width) {
-    const Vector none = Zero();
-    Vector largest = none;
-    int32 x = 0;
-    // Of -32768 the magnitude is itself: below 0, but not above it as an unsigned number.
-    for (; width - x >= kWords; x += kWords) largest = Either(largest, Magnitudes(LoadBytes(gradient + x)));
-    uint16 lanes[kWords];
-    StoreBytes(lanes, largest);
-    int32 bits = 0;
-    for (int32 i = 0; i < kWords; ++i) bits |= lanes[i];
-    for (; x < width; ++x) bits |= Magnitude(gradient[x]);
-    return bits;
+/// The magnitudes of a vector of gradients. Adds the bits of their components; of -32768 that is the highest one.
+inline void FindMagnitudes(const int16* dx, const int16* dy, Vector limit, int16* to, Vector& bits) {
+    const Vector a = Magnitudes(LoadBytes(dx)), b = Magnitudes(LoadBytes(dy)), m = AddWords(a, b);
+    bits = Either(bits, Either(a, b));
+    StoreBytes(to, Both(m, AreAbove(m, limit)));
 }
 
-void RunMagnitudes(const int16* dx, const int16* dy, int32 width, int32 low, int16* to) {
+int32 RunMagnitudes(const int16* dx, const int16* dy, int32 width, int32 low, int16* to) {
     const Vector limit = SplatWord(static_cast<int16>(low));
-    int32 x = 0;
-    for (; width - x >= kWords; x += kWords) {
-        const Vector m = AddWords(Magnitudes(LoadBytes(dx + x)), Magnitudes(LoadBytes(dy + x)));
-        StoreBytes(to + x, Both(m, AreAbove(m, limit)));
+    Vector found = Zero();
+    int32 bits = 0;
+    if (width >= kWords) {
+        for (int32 x = 0; x < width - kWords; x += kWords) FindMagnitudes(dx + x, dy + x, limit, to + x, found);
+        const std::ptrdiff_t last = width - kWords; // again, some of them
+        FindMagnitudes(dx + last, dy + last, limit, to + last, found);
+        uint16 lanes[kWords];
+        StoreBytes(lanes, found);
+        for (int32 i = 0; i < kWords; ++i) bits |= lanes[i];
+        return bits;
     }
-    for (; x < width; ++x) {
-        const int32 m = Magnitude(dx[x]) + Magnitude(dy[x]);
+    for (int32 x = 0; x < width; ++x) {
+        const int32 a = Magnitude(dx[x]), b = Magnitude(dy[x]), m = a + b;
+        bits |= a | b;
         to[x] = static_cast<int16>(m > low ? m : 0);
     }
+    return bits;
 }
 
 /// Where (a + b)^2 < 2 a^2, that is b < (sqrt(2) - 1) a: b lies within an eighth of a turn around a's axis. No whole
@@ -98,46 +99,69 @@ inline Vector IsAlong(Vector a, Vector sum) {
                                      SumsOfProducts(HighPairs(sum, a), HighPairs(sum, minusTwice))));
 }
 
+/// Which magnitudes of components lie within an eighth of a turn around an axis.
+struct Axes {
+    Vector any, x;
+};
+
+template <bool Gentle>
+inline Axes AxesOf(Vector a, Vector b) {
+    if constexpr (Gentle) {
+        const Vector flat = UpperProductOfWords(a, SplatWord(kFlat)), steep = AddWords(flat, AddWords(a, a));
+        const Vector alongX = AreAbove(AddWords(flat, SplatWord(1)), b);
+        return {Either(alongX, AreAbove(b, steep)), alongX};
+    }
+    const Vector sum = AddWords(a, b), alongX = IsAlong(a, sum);
+    return {Either(alongX, IsAlong(b, sum)), alongX};
+}
+
 struct RidgeMasks {
     Vector ridge, strong;
 };
 
+template <bool Gentle>
 inline RidgeMasks RidgesAt(const EdgeRows16& r, int32 x, Vector high) {
     const Vector dx = LoadBytes(r.dx + x), dy = LoadBytes(r.dy + x);
-    const Vector a = Magnitudes(dx), b = Magnitudes(dy), sum = AddWords(a, b);
-    const Vector alongX = IsAlong(a, sum);
+    const Axes along = AxesOf<Gentle>(Magnitudes(dx), Magnitudes(dy));
 #if ORVANE_WIDE
     const Vector rising = NegativeWords(_mm256_xor_si256(dx, dy));
 #else
     const Vector rising = NegativeWords(_mm_xor_si128(dx, dy));
 #endif
-    const Vector ridge =
-        AreRidges(r.above + x, r.here + x, r.below + x, {Either(alongX, IsAlong(b, sum)), alongX, rising});
+    const Vector ridge = AreRidges(r.above + x, r.here + x, r.below + x, {along.any, along.x, rising});
     return {ridge, AreAbove(LoadBytes(r.here + x), high)};
 }
 
 /// Of 64 pixels.
+template <bool Gentle>
 inline void FindRidgeBits(const EdgeRows16& r, int32 x, Vector high, uint64& ridges, uint64& strong) {
     ridges = strong = 0;
     for (int32 i = 0; i < 64; i += kBytes) {
-        const RidgeMasks low = RidgesAt(r, x + i, high), upper = RidgesAt(r, x + i + kWords, high);
+        const RidgeMasks low = RidgesAt<Gentle>(r, x + i, high), upper = RidgesAt<Gentle>(r, x + i + kWords, high);
         ridges |= uint64{SetBits(PackMasks(low.ridge, upper.ridge))} << i;
         strong |= uint64{SetBits(PackMasks(low.strong, upper.strong))} << i;
     }
     strong &= ridges;
 }
 
-void RunRidgeBits(const EdgeRows16& rows, int32 width, int32 high, uint64* ridges, uint64* strong) {
+template <bool Gentle>
+inline void FindRowOfRidges(const EdgeRows16& rows, int32 width, int32 high, uint64* ridges, uint64* strong) {
     const Vector limit = SplatWord(static_cast<int16>(high));
     int32 x = 0;
-    for (; width - x >= 64; x += 64) FindRidgeBits(rows, x, limit, *ridges++, *strong++);
+    for (; width - x >= 64; x += 64) FindRidgeBits<Gentle>(rows, x, limit, *ridges++, *strong++);
     if (x == width) return;
     // The last gradients, and behind them what has no magnitude.
     const std::size_t bytes = sizeof(int16) * static_cast<std::size_t>(width - x);
     int16 dx[64] = {}, dy[64] = {};
     __builtin_memcpy(dx, rows.dx + x, bytes);
     __builtin_memcpy(dy, rows.dy + x, bytes);
-    FindRidgeBits({dx, dy, rows.above + x, rows.here + x, rows.below + x}, 0, limit, *ridges, *strong);
+    const EdgeRows16 last{dx, dy, rows.above + x, rows.here + x, rows.below + x, Gentle};
+    FindRidgeBits<Gentle>(last, 0, limit, *ridges, *strong);
+}
+
+void RunRidgeBits(const EdgeRows16& rows, int32 width, int32 high, uint64* ridges, uint64* strong) {
+    rows.isGentle ? FindRowOfRidges<true>(rows, width, high, ridges, strong)
+                  : FindRowOfRidges<false>(rows, width, high, ridges, strong);
 }
 
 /// As many bytes as a vector has from the lowest bits.
@@ -157,9 +181,15 @@ inline Vector BytesOfBits(uint64 bits) {
 }
 
 void RunSpreadBits(const uint64* bits, uint8* to, int32 width) {
-    int32 x = 0;
-    for (; width - x >= kBytes; x += kBytes) StoreBytes(to + x, BytesOfBits(bits[x / 64] >> x % 64));
-    for (; x < width; ++x) to[x] = (bits[x / 64] >> x % 64 & 1) != 0 ? 255 : 0;
+    if (width < kBytes) {
+        for (int32 x = 0; x < width; ++x) to[x] = (bits[x / 64] >> x % 64 & 1) != 0 ? 255 : 0;
+        return;
+    }
+    for (int32 x = 0; x < width - kBytes; x += kBytes) StoreBytes(to + x, BytesOfBits(bits[x / 64] >> x % 64));
+    const std::ptrdiff_t last = width - kBytes; // again, some of them
+    const int32 shift = static_cast<int32>(last % 64);
+    const uint64 behind = shift > 64 - kBytes ? bits[last / 64 + 1] << (64 - shift) : 0;
+    StoreBytes(to + last, BytesOfBits(bits[last / 64] >> shift | behind));
 }
 
 void RunKeepEdges(const uint8* mark, uint8* to, int32 width) {

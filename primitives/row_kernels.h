@@ -32,7 +32,11 @@ struct EdgeRows16 {
     const int16* above;
     const int16* here;
     const int16* below;
+    bool isGentle; // no component of dx and dy is above kMostGentle
 };
+
+/// Whose directions multiply in 16 bits.
+inline constexpr int32 kMostGentle = 1023;
 
 /// Pixels of a row of which 32 bits hold the sum of squares.
 inline constexpr int32 kMostIntegralPixels = 33024;
@@ -269,11 +273,9 @@ struct RowKernels {
     void (*columnSums[kGradientKernels])(const uint8* const* rows, int16* to, int32 count);
     void (*rowSums[kGradientKernels])(const int16* line, int16* to, int32 count);
 
-    /// No less than the largest magnitude; at most 16383 where that is.
-    int32 (*largestComponent)(const int16* gradient, int32 width);
-
-    /// |dx| + |dy| of components up to 16383; 0 where at or below `low`.
-    void (*magnitudes)(const int16* dx, const int16* dy, int32 width, int32 low, int16* to);
+    /// |dx| + |dy|; 0 where at or below `low`. Gives the bits of all components' magnitudes, which are no less than the
+    /// largest and below the next power of two; beyond 16383 the sums are not to be used.
+    int32 (*magnitudes)(const int16* dx, const int16* dy, int32 width, int32 low, int16* to);
 
     /// Marks the pixels that are the largest along their gradients, as bits: all in `ridges`, those above `high` in
     /// `strong` as well. Writes whole words of 64; rows of magnitudes go on with zeros for as many pixels and one more.

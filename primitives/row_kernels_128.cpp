@@ -39,7 +39,6 @@ const RowKernels kRowKernels128 = {
      RunColumnSums<1, 4, 6, 4, 1>},
     {RunRowSums<-1, 0, 1>, RunRowSums<1, 2, 1>, RunRowSums<3, 10, 3>, RunRowSums<-1, -2, 0, 2, 1>,
      RunRowSums<1, 4, 6, 4, 1>},
-    RunLargestComponent,
     RunMagnitudes,
     RunRidgeBits,
     RunSpreadBits,

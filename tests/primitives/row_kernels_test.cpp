@@ -60,5 +60,65 @@ TEST(StretchKernel, RoundsHalfUpAndStaysAByte) {
     }
 }
 
+/// Magnitudes around every fourth pixel of a row, from `at` on, that is a ridge in one direction alone.
+struct RidgesOfOneDirection {
+    static constexpr int32 kWidth = kMostGentle + 1;
+    std::vector<int16> above, here, below;
+
+    /// @param direction 0 along x, 1 along y, 2 rising, 3 falling
+    RidgesOfOneDirection(int32 direction, int32 at) {
+        const bool x = direction == 0, y = direction == 1, rising = direction == 2, falling = direction == 3;
+        Fill(above, at, {falling, y, rising});
+        Fill(here, at, {x, false, x});
+        Fill(below, at, {rising, y, falling});
+        for (int32 i = 1 + at; i <= kWidth; i += 4) here[static_cast<std::size_t>(i)] = 10;
+    }
+
+private:
+    struct Lower {
+        bool before, same, behind;
+    };
+    static void Fill(std::vector<int16>& row, int32 at, const Lower& lower) {
+        row.assign(kWidth + 2, 20);
+        for (int32 i = 1 + at; i <= kWidth; i += 4) {
+            const auto place = static_cast<std::size_t>(i);
+            row[place - 1] = lower.before ? 5 : 20;
+            row[place] = lower.same ? 5 : 20;
+            row[place + 1] = lower.behind ? 5 : 20;
+        }
+    }
+};
+
+TEST(RidgeBits, TellDirectionsAsWholeNumbersDoForAllGentleGradients) {
+    constexpr int32 kWidth = RidgesOfOneDirection::kWidth;
+    std::vector<int16> dx(kWidth), dy(kWidth);
+    for (int32 direction = 0; direction < 4; ++direction) {
+        for (int32 at = 0; at < 4; ++at) {
+            const RidgesOfOneDirection m(direction, at);
+            for (int32 a = 0; a < kWidth; ++a) {
+                const int32 sign = (a + at) % 2 == 0 ? 1 : -1;
+                for (int32 b = 0; b < kWidth; ++b) {
+                    dx[static_cast<std::size_t>(b)] = static_cast<int16>(a);
+                    dy[static_cast<std::size_t>(b)] = static_cast<int16>(sign * b);
+                }
+                for (const bool isGentle : {false, true}) {
+                    uint64 ridges[kWidth / 64], strong[kWidth / 64];
+                    CurrentRowKernels().ridgeBits(
+                        {dx.data(), dy.data(), m.above.data() + 1, m.here.data() + 1, m.below.data() + 1, isGentle},
+                        kWidth, 7, ridges, strong);
+                    for (int32 b = at; b < kWidth; b += 4) {
+                        if (a == 0 && b == 0) continue;
+                        const int32 sum = (a + b) * (a + b);
+                        const int32 diagonal = sign < 0 && a > 0 && b > 0 ? 2 : 3;
+                        const int32 expected = sum < 2 * a * a ? 0 : sum < 2 * b * b ? 1 : diagonal;
+                        ASSERT_EQ(expected == direction, (ridges[b / 64] >> b % 64 & 1) != 0)
+                            << a << ", " << sign * b << ", direction " << direction << (isGentle ? ", gentle" : "");
+                    }
+                }
+            }
+        }
+    }
+}
+
 } // namespace
 } // namespace orvane

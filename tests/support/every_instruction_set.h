@@ -14,7 +14,8 @@ class SetOfIteration : public ::testing::EmptyTestEventListener {
     void OnTestIterationStart(const ::testing::UnitTest&, int iteration) override {
         const bool last = iteration + 1 == ::testing::GTEST_FLAG(repeat);
         set_ = last ? BestInstructionSet() : InstructionSet::baseline;
-        std::printf("instruction set: %s\n", set_ == InstructionSet::avx2 ? "AVX2" : "baseline");
+        constexpr const char* kNames[] = {"baseline", "AVX2", "AVX-512"};
+        std::printf("instruction set: %s\n", kNames[static_cast<int>(set_)]);
     }
     void OnTestStart(const ::testing::TestInfo&) override { UseInstructionSet(set_); }
 
