@@ -11,7 +11,7 @@ namespace orvane {
 /// The work of one pass over a picture.
 class FusedScan {
 public:
-    /// Whether scales of up to this height can be scanned this way.
+    /// Whether scales of up to this size can be scanned this way.
     static bool Serves(const ClassifierTables& classifier, ImageSize scaled) {
         return WindowCascade::Serves(classifier, scaled);
     }

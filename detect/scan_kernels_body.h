@@ -2,7 +2,6 @@
 #pragma once
 
 #include "detect/stage_kernels_body.h"
-#include "primitives/double_vectors.h"
 #include "primitives/ridge_vectors.h"
 #include "primitives/running_sums.h"
 
@@ -55,10 +54,9 @@ inline WideDoubles SpreadOf(WideDoubles sum, WideDoubles squares, WideDoubles ar
 }
 
 void RunNorms(const InnerRectRows& rows, int32 count, float* norms) {
-    constexpr auto kAtOnce = static_cast<int32>(sizeof(WideFloats) / sizeof(float));
     const float inverse = 1.0F / rows.area;
     const WideDoubles area = rows.area - WideDoubles{};
-    for (int32 left = 0; left < count; left += kAtOnce) {
+    for (int32 left = 0; left < count; left += kWideNumbers) {
         const std::ptrdiff_t right = left + rows.width;
         const auto sumAt = [](const float* from) { return Load<WideFloats>(from); };
         const WideFloats sum = (sumAt(rows.sumTop + left) - sumAt(rows.sumTop + right)) -

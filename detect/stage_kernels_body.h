@@ -8,14 +8,14 @@ namespace orvane::ORVANE_KERNELS {
 namespace {
 
 constexpr auto kLanes = static_cast<int32>(sizeof(Floats) / sizeof(float));
-constexpr auto kShortLanes = static_cast<int32>(sizeof(WideVector) / sizeof(uint16));
+constexpr int32 kShortLanes = 2 * kWideNumbers;
 
 inline uint32 BitsAtLeast(const FloatPair& v, float least) {
-    return BitsAtLeast(v.low, least) | BitsAtLeast(v.high, least) << (kShortLanes / 2);
+    return BitsAtLeast(v.low, least) | BitsAtLeast(v.high, least) << kWideNumbers;
 }
 
 inline uint32 BitsBelow(const FloatPair& v, float limit) {
-    return BitsBelow(v.low, limit) | BitsBelow(v.high, limit) << (kShortLanes / 2);
+    return BitsBelow(v.low, limit) | BitsBelow(v.high, limit) << kWideNumbers;
 }
 
 /// Some groups that share the reading of the stumps.
@@ -114,12 +114,12 @@ void RunStage(const ResolvedStage& stage, const float* window, const float* norm
 // --- a first stage that takes short sums ---
 
 inline FloatPair LoadPair(const float* from) {
-    return Parted({Load<WideFloats>(from), Load<WideFloats>(from + kShortLanes / 2)});
+    return Parted({Load<WideFloats>(from), Load<WideFloats>(from + kWideNumbers)});
 }
 
 inline void StorePair(const FloatPair& v, float* to) {
     Store(v.low, to);
-    Store(v.high, to + kShortLanes / 2);
+    Store(v.high, to + kWideNumbers);
 }
 
 template <int32 Groups>

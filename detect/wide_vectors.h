@@ -37,6 +37,8 @@ inline V Splat(float v) {
     return v - V{};
 }
 
+constexpr auto kWideNumbers = static_cast<int32>(sizeof(WideFloats) / sizeof(float));
+
 /// Two vectors whose elements are those of both halves of words.
 struct FloatPair {
     WideFloats low, high;
@@ -117,60 +119,39 @@ inline WideFloats FloatsOf(WideDoubles low, WideDoubles high) {
 inline WideDoubles AtLeastZero(WideDoubles v) { return _mm512_maskz_max_pd(0xFF, v, WideDoubles{}); }
 inline WideFloats SquareRoots(WideFloats v) { return _mm512_maskz_sqrt_ps(0xFFFF, v); }
 
-#elif ORVANE_WIDE
+#else
 
+#if ORVANE_WIDE
+inline uint32 SignBits(Floats v) { return static_cast<uint32>(_mm256_movemask_ps(v)); }
 inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return _mm256_fmadd_ps(a, b, c); }
-inline Floats AddBelow(Floats sum, Floats number, Floats more) {
-    const Floats below = _mm256_castsi256_ps(_mm256_srai_epi32(_mm256_castps_si256(number), 31));
-    return sum + _mm256_and_ps(below, more);
-}
-inline Floats Nearer(Floats magnitude, Floats number) {
-    const Floats withoutSign = _mm256_castsi256_ps(_mm256_set1_epi32(0x7FFFFFFF));
-    return SmallestFloat(_mm256_and_ps(number, withoutSign), magnitude);
-}
-inline Floats UnlessDoubtful(Floats sum, Floats nearest) {
-    return _mm256_or_ps(sum, _mm256_cmp_ps(nearest, SplatFloat(1.0F), _CMP_LT_OQ)); // all ones are no number
-}
-inline uint32 BitsAtLeast(Floats v, float least) {
-    return static_cast<uint32>(_mm256_movemask_ps(_mm256_cmp_ps(v, SplatFloat(least), _CMP_GE_OQ)));
-}
-inline uint32 BitsBelow(Floats v, float limit) {
-    return static_cast<uint32>(_mm256_movemask_ps(_mm256_cmp_ps(v, SplatFloat(limit), _CMP_LT_OQ)));
-}
+inline Floats SquareRoots(Floats v) { return _mm256_sqrt_ps(v); }
 
 /// From the order of memory to that of numbers made of words, and back.
 inline FloatPair Parted(const FloatPair& v) {
     return {_mm256_permute2f128_ps(v.low, v.high, 0x20), _mm256_permute2f128_ps(v.low, v.high, 0x31)};
 }
+#else
+inline uint32 SignBits(Floats v) { return static_cast<uint32>(_mm_movemask_ps(v)); }
+inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return a * b + c; }
+inline Floats SquareRoots(Floats v) { return _mm_sqrt_ps(v); }
+inline FloatPair Parted(const FloatPair& v) { return v; }
+#endif
 inline FloatPair Ordered(const FloatPair& v) { return Parted(v); }
 
-inline Floats SquareRoots(Floats v) { return _mm256_sqrt_ps(v); }
+inline WideInts BitsOf(Floats v) { return reinterpret_cast<WideInts>(v); }
+inline Floats NumbersOf(WideInts bits) { return reinterpret_cast<Floats>(bits); }
 
-#else
-
-inline Floats MultiplyAdd(Floats a, Floats b, Floats c) { return a * b + c; }
 inline Floats AddBelow(Floats sum, Floats number, Floats more) {
-    const Floats below = _mm_castsi128_ps(_mm_srai_epi32(_mm_castps_si128(number), 31));
-    return sum + _mm_and_ps(below, more);
+    return sum + NumbersOf(BitsOf(number) >> 31 & BitsOf(more));
 }
 inline Floats Nearer(Floats magnitude, Floats number) {
-    const Floats withoutSign = _mm_castsi128_ps(_mm_set1_epi32(0x7FFFFFFF));
-    return SmallestFloat(_mm_and_ps(number, withoutSign), magnitude);
+    return SmallestFloat(NumbersOf(BitsOf(number) & 0x7FFFFFFF), magnitude);
 }
 inline Floats UnlessDoubtful(Floats sum, Floats nearest) {
-    return _mm_or_ps(sum, _mm_cmplt_ps(nearest, SplatFloat(1.0F))); // all ones are no number
+    return NumbersOf(BitsOf(sum) | (nearest < 1.0F)); // all ones are no number
 }
-inline uint32 BitsAtLeast(Floats v, float least) {
-    return static_cast<uint32>(_mm_movemask_ps(_mm_cmpge_ps(v, SplatFloat(least))));
-}
-inline uint32 BitsBelow(Floats v, float limit) {
-    return static_cast<uint32>(_mm_movemask_ps(_mm_cmplt_ps(v, SplatFloat(limit))));
-}
-
-inline FloatPair Parted(const FloatPair& v) { return v; }
-inline FloatPair Ordered(const FloatPair& v) { return v; }
-
-inline Floats SquareRoots(Floats v) { return _mm_sqrt_ps(v); }
+inline uint32 BitsAtLeast(Floats v, float least) { return SignBits(NumbersOf(v >= least)); }
+inline uint32 BitsBelow(Floats v, float limit) { return SignBits(NumbersOf(v < limit)); }
 
 #endif
 

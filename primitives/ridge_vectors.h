@@ -23,7 +23,7 @@ inline Vector PackMasks(Vector low, Vector high) { return _mm_packs_epi16(low, h
 #endif
 
 /// tan(22.5 degrees) of 65536. The whole part of a product with it is that of the true product for all components up to
-/// 1392, as a test finds that tries them.
+/// kMostGentle, as a test finds that tries them.
 constexpr int32 kFlat = 27146;
 
 /// Pixels by the direction of their gradients: along an axis, along x, along the rising diagonal; neither of the first

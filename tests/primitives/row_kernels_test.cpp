@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 namespace orvane {
@@ -57,6 +58,52 @@ TEST(StretchKernel, RoundsHalfUpAndStaysAByte) {
             ASSERT_EQ(std::min<int64>((above * whole + 32768) >> 16, 255), stretched[i])
                 << +row[i] << " less " << +low << " times " << whole << " / 65536";
         }
+    }
+}
+
+TEST(Magnitudes, AreRightInRowsOfEveryWidth) {
+    Random random;
+    for (int32 width = 1; width <= 100; ++width) {
+        const auto length = static_cast<std::size_t>(width);
+        std::vector<int16> dx(length), dy(length), found(length + 1, int16{-7}), expected(length + 1, int16{-7});
+        int32 bits = 0;
+        for (std::size_t x = 0; x < length; ++x) {
+            dx[x] = static_cast<int16>(random.Int(-500, 500));
+            dy[x] = static_cast<int16>(random.Int(-500, 500));
+        }
+        // A bit that no other component has, anywhere in the row.
+        std::vector<int16>& steep = width % 2 == 0 ? dx : dy;
+        steep[static_cast<std::size_t>(random.Int(0, width - 1))] = width % 3 == 0 ? -8192 : 8192;
+        for (std::size_t x = 0; x < length; ++x) {
+            const int32 a = std::abs(dx[x]), b = std::abs(dy[x]);
+            bits |= a | b;
+            expected[x] = static_cast<int16>(a + b > 300 ? a + b : 0);
+        }
+        EXPECT_EQ(bits, CurrentRowKernels().magnitudes(dx.data(), dy.data(), width, 300, found.data())) << width;
+        EXPECT_EQ(expected, found) << width;
+    }
+}
+
+TEST(Magnitudes, TellOfTheLeastNumberOf16Bits) {
+    for (const int32 width : {1, 16, 33}) {
+        std::vector<int16> dx(static_cast<std::size_t>(width)), dy(dx), to(dx);
+        dx.back() = -32768;
+        EXPECT_EQ(32768, CurrentRowKernels().magnitudes(dx.data(), dy.data(), width, 0, to.data())) << width;
+    }
+}
+
+TEST(SpreadBits, FillsRowsOfEveryWidth) {
+    Random random;
+    for (int32 width = 1; width <= 300; ++width) {
+        std::vector<uint64> bits;
+        for (int32 x = 0; x < width; x += 8) {
+            if (x % 64 == 0) bits.push_back(0);
+            bits.back() |= static_cast<uint64>(random.Int(0, 255)) << x % 64;
+        }
+        std::vector<uint8> found(static_cast<std::size_t>(width) + 1, uint8{7}), expected(found);
+        for (std::size_t x = 0; x + 1 < expected.size(); ++x) expected[x] = (bits[x / 64] >> x % 64 & 1) != 0 ? 255 : 0;
+        CurrentRowKernels().spreadBits(bits.data(), found.data(), width);
+        EXPECT_EQ(expected, found) << width;
     }
 }
 

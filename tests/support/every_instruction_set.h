@@ -12,8 +12,8 @@ namespace orvane::test {
 /// Sets the instruction set anew before each test: one that selects the primitives chooses it itself.
 class SetOfIteration : public ::testing::EmptyTestEventListener {
     void OnTestIterationStart(const ::testing::UnitTest&, int iteration) override {
-        const bool last = iteration + 1 == ::testing::GTEST_FLAG(repeat);
-        set_ = last ? BestInstructionSet() : InstructionSet::baseline;
+        const int left = ::testing::GTEST_FLAG(repeat) - 1 - iteration;
+        set_ = static_cast<InstructionSet>(static_cast<int>(BestInstructionSet()) - left);
         constexpr const char* kNames[] = {"baseline", "AVX2", "AVX-512"};
         std::printf("instruction set: %s\n", kNames[static_cast<int>(set_)]);
     }
@@ -29,7 +29,7 @@ inline int RunOnWidestInstructionSet(int argc, char** argv) {
 }
 
 inline int RunOnEveryInstructionSet(int argc, char** argv) {
-    if (BestInstructionSet() != InstructionSet::baseline) ::testing::GTEST_FLAG(repeat) = 2;
+    ::testing::GTEST_FLAG(repeat) = static_cast<int>(BestInstructionSet()) + 1;
     return RunOnWidestInstructionSet(argc, argv);
 }
 

@@ -6,9 +6,8 @@ namespace orvane::tools {
 
 namespace {
 
-constexpr int kCoefficients = 64;
+constexpr int kCoefficients = kLastCoefficient + 1;
 constexpr int kBeyond = 2 * kCoefficients; // where the end of a block leads, from any coefficient
-constexpr int kLongestCoefficient = 10;    // bits of the greatest that 8-bit samples lead to, but for the first
 constexpr int kSixteenZeros = 0xF0;
 
 } // namespace
@@ -69,7 +68,7 @@ void JpegCode::SetSteps() {
         const int symbol = quick_[i] & 255, length = quick_[i] >> 8, own = symbol & 15;
         const bool ends = own == 0 && symbol != kSixteenZeros;
         const int step = ends ? kBeyond : (symbol >> 4) + 1;
-        const bool plain = quick_[i] >= 0 && (ends || (own > 0 && own <= kLongestCoefficient));
+        const bool plain = quick_[i] >= 0 && (ends || (own > 0 && own <= kLongestOther));
         steps_[i] = static_cast<std::uint16_t>(plain ? step << 8 | (length + own) : 0);
     }
 }
@@ -98,8 +97,8 @@ bool JpegCode::TakeBand(JpegBits* bits) const {
             k = kBeyond;
         } else {
             k += (symbol.value >> 4) + 1;
-            good = k <= kCoefficients && size <= kLongestCoefficient;
-            own.Drop(good ? size : 0);
+            good = k <= kCoefficients && size <= kLongestOther;
+            own.Drop(size);
         }
     }
     *bits = own;

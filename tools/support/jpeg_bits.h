@@ -10,6 +10,10 @@
 
 namespace orvane::tools {
 
+inline constexpr int kLastCoefficient = 63;
+/// Bits of the greatest coefficient that 8-bit samples lead to, but for a block's first one.
+inline constexpr int kLongestOther = 10;
+
 /// Bits from one place of a stream up to the next marker. Beyond it they are zero, and the reader has run dry. A copy
 /// reads on by itself: whoever takes many bits keeps one, which the compiler leaves in registers.
 class JpegBits {

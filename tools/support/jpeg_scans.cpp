@@ -11,10 +11,8 @@
 namespace orvane::tools {
 namespace {
 
-constexpr int kLastCoefficient = 63;
-/// Bits of the greatest coefficients that 8-bit samples lead to: the difference of two first ones, and any other.
+/// Bits of the greatest difference of two first coefficients that 8-bit samples lead to.
 constexpr int kLongestFirst = 11;
-constexpr int kLongestOther = 10;
 /// The mean of a block with all samples at an end, in the transform's scale.
 constexpr int kGreatestFirst = 1024;
 
