@@ -252,14 +252,15 @@ class Row:
 
 
 def packed_bitmaps():
-    def session(slots, visible, kind, faces):
+    def session(slots, visible, kind, faces, size=(48, 60, 64)):
         row = Row().int(0, 0, 15).int(slots, 0, 63).int(120, 60, 260).int(160, 60, 260).flag(0).flag(visible)
         if not visible:
             row.flag(0)
-        return row.int(kind, 0, 7).scene(48, 60, 64, faces)
+        return row.int(kind, 0, 7).scene(*size, faces)
 
     face = [(24, 12, 20)]
     turned = session(63, True, 0, face).steps(6).pump().ok().slider(70).number(True, 45).turn(2).ok()
+    turned_away = session(40, True, 0, face, (48, 48, 64)).steps(4).pump().ok().number(True, 45).ok()
     marked = session(15, True, 0, []).steps(6).pump().press(60, 60).release(200, 220).ok().number(False, 20).ok()
     return {
         "hidden": session(63 - 16, False, 0, face).bytes,
@@ -267,7 +268,9 @@ def packed_bitmaps():
         "no-face": session(15, False, 0, []).bytes,
         "top-down": session(15, False, 5, face).bytes,
         "turned": turned.bytes,
+        "turned-away": turned_away.bytes,
         "marked": marked.bytes,
+        "medium": session(63 - 16, False, 0, [(70, 120, 130)], (310, 330, 340)).byte(24).bytes,
     }
 
 
