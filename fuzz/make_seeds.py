@@ -89,7 +89,14 @@ def told_pictures():
         "frames.png": frames_png(),
         "frames.webp": encoded(small, "WEBP", lossless=True, save_all=True, append_images=[drawn(13, 9, "L")]),
         "spoilt.jpg": spoilt(encoded(drawn(40, 24), "JPEG", quality=30)),
+        "junk.jpg": with_junk(encoded(drawn(40, 24), "JPEG", quality=30, dpi=(90, 90), exif=orientation(6))),
     }
+
+
+def with_junk(jpeg):
+    """Bytes that belong to no segment, before the one that tells how the camera was held."""
+    at = jpeg.index(b"\xff\xe1")
+    return jpeg[:at] + b"junk\xff\0" + jpeg[at:]
 
 
 def camera():

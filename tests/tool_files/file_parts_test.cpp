@@ -29,6 +29,19 @@ TEST(JpegSegments, ComeInTheirOrderUpToTheFirstScan) {
     EXPECT_EQ(second->at, 2U + 7U + fill.size()) << "fill bytes belong to none";
 }
 
+TEST(JpegSegments, AreFoundBehindBytesThatBelongToNone) {
+    const std::string one = JpegSegmentBytes(kExifSegment, "one"), two = JpegSegmentBytes(kCommentSegment, "two");
+    for (const std::string& between : {std::string("junk"), std::string("\xFF\0", 2), std::string("\xFF\xD3"),
+                                       std::string("\xFF\x01"), std::string("\0\xFF\xFF\0\xFF", 5)}) {
+        const std::string jpeg = "\xFF\xD8" + one + between + two;
+        EXPECT_EQ(ContentsOf(jpeg, JpegSegments(jpeg)), (Contents{"one", "two"})) << testing::PrintToString(between);
+    }
+    for (const char* end : {"\xFF\xD8", "\xFF\xD9"}) {
+        const std::string jpeg = "\xFF\xD8" + one + end + two;
+        EXPECT_EQ(ContentsOf(jpeg, JpegSegments(jpeg)), (Contents{"one"})) << "another start, or the end";
+    }
+}
+
 TEST(JpegSegments, EndWhereOneIsNotThereWholly) {
     const std::string jpeg =
         "\xFF\xD8" + JpegSegmentBytes(kExifSegment, "one") + JpegSegmentBytes(kCommentSegment, "two");

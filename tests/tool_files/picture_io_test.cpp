@@ -3,6 +3,8 @@
 
 #include "tests/tools/picture_files.h"
 #include "tests/tools/temp_folder.h"
+#include "tools/support/jpeg_segments.h"
+#include "tools/support/orientation.h"
 
 #include <gtest/gtest.h>
 
@@ -139,6 +141,19 @@ TEST(PictureIo, AnOrientationOutsideOneToEightIsUpright) {
         const Picture picture = Read(folder.Put("p.jpg", WithExif(jpeg, orientation, false)));
         ASSERT_EQ(picture.width, 64) << orientation;
         EXPECT_TRUE(IsNear(PixelAt(picture, 16, 8), kRed, 4)) << orientation;
+    }
+}
+
+TEST(PictureIo, AnOrientationBehindBytesThatBelongToNoSegmentIsApplied) {
+    const TempFolder folder;
+    const std::string jpeg = WithExif(Encoded(".jpg", QuarteredPicture(64, 32)), 6, true);
+    const std::string remark = JpegSegmentBytes(kCommentSegment, "remark");
+    for (const std::string& between :
+         {std::string("junk"), std::string("\xFF\0", 2), std::string("\xFF\xD3"), std::string("\xFF\x01")}) {
+        const std::string file = jpeg.substr(0, 2) + remark + between + jpeg.substr(2);
+        const Picture picture = Read(folder.Put("p.jpg", file));
+        EXPECT_EQ(picture.width, 32) << testing::PrintToString(between);
+        EXPECT_EQ(NotedOrientation(file), 6) << testing::PrintToString(between) << ": not as the picture was turned";
     }
 }
 

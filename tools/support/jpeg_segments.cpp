@@ -9,17 +9,22 @@ namespace {
 constexpr unsigned kStartOfScan = 0xDA;
 constexpr std::size_t kMarkerAndLength = 4;
 
+bool EndsSegments(unsigned marker) { return marker == kStartOfScan || marker == kJpegStart || marker == kJpegEnd; }
+
 std::optional<JpegSegment> SegmentAt(const std::string& jpeg, std::size_t at) {
     if (at == 0) {
         if (!IsJpeg(jpeg)) return std::nullopt;
         at = 2;
     }
-    while (at + kMarkerAndLength <= jpeg.size() && HighFirst(jpeg, at, 2) == 0xFFFF) ++at; // a fill byte
-    if (at + kMarkerAndLength > jpeg.size() || HighFirst(jpeg, at, 1) != 0xFF) return std::nullopt;
-    const unsigned marker = HighFirst(jpeg, at + 1, 1);
-    const std::size_t length = HighFirst(jpeg, at + 2, 2);
-    if (marker == kStartOfScan || length < 2 || jpeg.size() - at - 2 < length) return std::nullopt;
-    return JpegSegment{marker, at, at + kMarkerAndLength, length - 2};
+    for (;; at += 2) {
+        at = NextJpegMarker(jpeg, at);
+        if (at == std::string::npos || jpeg.size() - at < kMarkerAndLength) return std::nullopt;
+        const unsigned marker = HighFirst(jpeg, at + 1, 1);
+        if (marker == kJpegTemporary) continue;
+        const std::size_t length = HighFirst(jpeg, at + 2, 2);
+        if (EndsSegments(marker) || length < 2 || jpeg.size() - at - 2 < length) return std::nullopt;
+        return JpegSegment{marker, at, at + kMarkerAndLength, length - 2};
+    }
 }
 
 } // namespace

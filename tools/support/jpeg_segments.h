@@ -28,7 +28,8 @@ inline constexpr unsigned kCommentSegment = 0xFE;
 /// The most that a segment holds.
 inline constexpr std::size_t kMostInJpegSegment = 65533;
 
-/// In their order, up to the first one that is damaged or starts a scan.
+/// In their order, up to the first one that is damaged or starts a scan. Bytes between them that belong to none are
+/// passed over, as a decoder does: it takes the orientation that it finds behind them.
 FileParts<JpegSegment> JpegSegments(const std::string& jpeg);
 
 /// Whether a segment of this kind begins with `name`.
