@@ -89,8 +89,17 @@ def told_pictures():
         "frames.png": frames_png(),
         "frames.webp": encoded(small, "WEBP", lossless=True, save_all=True, append_images=[drawn(13, 9, "L")]),
         "spoilt.jpg": spoilt(encoded(drawn(40, 24), "JPEG", quality=30)),
+        "contradicting.jpg": contradicting(encoded(drawn(8, 8), "JPEG", quality=60)),
         "junk.jpg": with_junk(encoded(drawn(40, 24), "JPEG", quality=30, dpi=(90, 90), exif=orientation(6))),
     }
+
+
+def contradicting(jpeg):
+    """The second of two parts of a profile, a segment of something else, a part that tells of a gigabyte."""
+    for content in (b"ICC_PROFILE\0\1\x55VWXY" + bytes(168), b"x" * 186,
+                    b"ICC_PROFILE\0\2\2" + struct.pack(">I", 272) + bytes(168)):
+        jpeg = jpeg[:2] + b"\xFF\xE2" + struct.pack(">H", len(content) + 2) + content + jpeg[2:]
+    return jpeg
 
 
 def with_junk(jpeg):

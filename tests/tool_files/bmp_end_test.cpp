@@ -60,6 +60,9 @@ TEST(BmpEnd, AHeaderThatBreaksOffIsNotWhole) {
     for (std::size_t length = 0; length < header.size(); ++length) {
         EXPECT_FALSE(BmpReachesItsEnd(header.substr(0, length))) << length;
     }
+    std::string endless = header + std::string(100, 'x');
+    endless.replace(14, 4, Low32(0xDC000000));
+    EXPECT_FALSE(BmpReachesItsEnd(endless)) << "longer than the file";
 }
 
 } // namespace

@@ -159,5 +159,17 @@ TEST(ColourProfile, WhatIsNoneOrAnotherPicturesIsToldAndTheColoursStay) {
     EXPECT_EQ(warning, kUnusableProfile);
 }
 
+TEST(ColourProfile, PartsThatContradictEachOtherAreNone) {
+    const std::string name("ICC_PROFILE\0", 12), bytes(168, '\0');
+    // The second of two comes first, a segment without a name behind it, and one that tells of a gigabyte.
+    std::string file = WithSegment(Encoded(".jpg", FlatPicture(kSkins[0])), 0xE2, name + "\1\x55VWXY" + bytes);
+    file = WithSegment(file, 0xE2, std::string(186, 'x'));
+    file = WithSegment(file, 0xE2, name + "\2\2" + High32(272) + bytes);
+    std::string warning;
+    const Picture picture = ReadNoted("p.jpg", file, &warning);
+    EXPECT_EQ(warning, kUnusableProfile);
+    EXPECT_TRUE(IsNear(PixelAt(picture, 8, 8), kSkins[0], 3));
+}
+
 } // namespace
 } // namespace orvane::tools

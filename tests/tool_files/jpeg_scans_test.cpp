@@ -172,5 +172,36 @@ TEST(PictureRemarks, AreMadeOfWhatADecoderDoesNotTell) {
     EXPECT_EQ(PictureRemark(webp), "");
 }
 
+#ifndef _WIN32
+// Windows decodes by a library of its own.
+
+TEST(JpegScans, MoreThanAnyEncoderWritesAreRefused) {
+    const TempFolder folder;
+    Picture picture;
+    std::string error;
+    const std::string& jpeg = Progressive();
+    const std::size_t last = jpeg.rfind("\xFF\xDA"), end = jpeg.size() - 2;
+    std::string many = jpeg.substr(0, end);
+    for (int i = 0; i < 100; ++i) many += jpeg.substr(last, end - last);
+    EXPECT_TRUE(ReadPicture(folder.Put("p.jpg", many + jpeg.substr(end)), &picture, &error)) << error;
+    for (int i = 0; i < 500; ++i) many += jpeg.substr(last, end - last);
+    EXPECT_FALSE(ReadPicture(folder.Put("p.jpg", many + jpeg.substr(end)), &picture, &error));
+    EXPECT_EQ(error.find("cannot be decoded: "), 0U) << error;
+}
+
+TEST(JpegScans, AStreamThatTheDecoderGivesUpBehindAWarningIsRefused) {
+    const TempFolder folder;
+    Picture picture;
+    std::string error;
+    const std::string photo = Photo();
+    const std::string half = photo.substr(0, (CodedData(photo) + photo.size()) / 2);
+    EXPECT_TRUE(ReadPicture(folder.Put("p.jpg", half + "\xFF\xD9"), &picture, &error)) << "no more than warned of";
+    const std::string unknown = std::string("\xFF\x35\0\2", 4);
+    EXPECT_FALSE(ReadPicture(folder.Put("p.jpg", half + unknown + "\xFF\xD9"), &picture, &error));
+    EXPECT_EQ(error.find("cannot be decoded: "), 0U) << error;
+}
+
+#endif
+
 } // namespace
 } // namespace orvane::tools

@@ -27,35 +27,35 @@ TEST(LinuxPictureIo, NamesMayHoldAnyBytes) {
     EXPECT_EQ(Read(path).pixels, picture.pixels);
 }
 
-// A picture has memory of its own only where the decoder's can't be handed over: here there is none to be had.
-TEST(LinuxPictureIo, RowsAreHandedOverWhereTheyNeedOnlyTurning) {
+// A picture has memory of its own only where the decoder's can't be handed over, or is given by its reader; and more
+// only to be turned.
+TEST(LinuxPictureIo, RowsAreCopiedNowhereButWhereTheyMustBe) {
     struct Case {
         const char* what;
         std::string content;
-        bool handedOver;
+        int blocks; // of a picture's memory
     };
     const std::string jpeg = Encoded(".jpg", ColourfulPicture(8, 5));
     const Case kCases[] = {
-        {"rows without padding", Encoded(".png", ColourfulPicture(8, 5)), true},
-        {"rows with padding", Encoded(".png", ColourfulPicture(7, 5)), false},
-        {"an upright photograph", WithExif(jpeg, 1, true), true},
-        {"a turned photograph", WithExif(jpeg, 6, true), false},
-        {"a mirrored photograph", WithExif(jpeg, 2, true), false},
-        {"transparency", PngFile({4, 1, 8, kPngColourAlpha}, std::string(16, '\x80')), false},
+        {"rows without padding", Encoded(".png", ColourfulPicture(8, 5)), 0},
+        {"rows with padding", Encoded(".png", ColourfulPicture(7, 5)), 1},
+        {"an upright photograph", WithExif(jpeg, 1, true), 1},
+        {"a turned photograph", WithExif(jpeg, 6, true), 2},
+        {"a mirrored photograph", WithExif(jpeg, 2, true), 2},
+        {"transparency", PngFile({4, 1, 8, kPngColourAlpha}, std::string(16, '\x80')), 1},
     };
     const TempFolder folder;
     for (const Case& c : kCases) {
         const std::string path = folder.Put("p.any", c.content);
         const Picture wanted = Read(path);
-        const test::HeapLimit none(0);
-        Picture picture;
-        std::string error;
-        EXPECT_EQ(ReadPicture(path, &picture, &error), c.handedOver) << c.what;
-        EXPECT_EQ(error, c.handedOver ? "" : "not enough memory") << c.what;
-        if (c.handedOver) {
-            EXPECT_EQ(picture.pixels, wanted.pixels) << c.what;
-        } else {
-            EXPECT_TRUE(picture.pixels.empty()) << c.what;
+        for (int blocks = 0; blocks <= c.blocks; ++blocks) {
+            const test::HeapLimit limit(blocks);
+            Picture picture;
+            std::string error;
+            const bool isEnough = blocks == c.blocks;
+            EXPECT_EQ(ReadPicture(path, &picture, &error), isEnough) << c.what << ", " << blocks << " blocks";
+            EXPECT_EQ(error, isEnough ? "" : "not enough memory") << c.what;
+            EXPECT_TRUE(isEnough ? picture.pixels == wanted.pixels : picture.pixels.empty()) << c.what;
         }
     }
 }

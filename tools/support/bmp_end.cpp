@@ -43,8 +43,8 @@ bool BmpReachesItsEnd(const std::string& data) {
     // With these bounds a row has less than 2^33 bytes, and the product of at most 2^31 rows fits.
     if (width >= kSign || bits > 32) return false;
     const bool hasPalette = bits <= 8; // others may tell of colours that they do not have
-    if (hasPalette && kHeaderSizeAt + headerSize + std::uint64_t{4} * LowFirst(data, kHeaderAt + 28, 4) > data.size())
-        return false;
+    const std::uint64_t palette = hasPalette ? std::uint64_t{4} * LowFirst(data, kHeaderAt + 28, 4) : 0;
+    if (kHeaderSizeAt + headerSize + palette > data.size()) return false;
     return first + (runs ? LowFirst(data, kHeaderAt + 16, 4) : RowsBytes(width, height, bits)) <= data.size();
 }
 

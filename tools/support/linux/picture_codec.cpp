@@ -24,7 +24,7 @@ using PixbufPtr = std::unique_ptr<GdkPixbuf, Unref>;
 
 /// The loaders may be many; these are the ones that photographs come in.
 bool IsPhotoFormat(GdkPixbufFormat* format) {
-    static const char* const kNames[] = {"jpeg", "png", "bmp", "tiff", "pnm", "webp", "heif/avif", "heif", "avif"};
+    static const char* const kNames[] = {"png", "bmp", "tiff", "pnm", "webp", "heif/avif", "heif", "avif"};
     const std::unique_ptr<char, decltype(&g_free)> name(gdk_pixbuf_format_get_name(format), g_free);
     return std::any_of(std::begin(kNames), std::end(kNames),
                        [&](const char* known) { return std::strcmp(known, name.get()) == 0; });
@@ -98,6 +98,10 @@ bool CheckBmp(const std::string& content, std::string* error) {
 
 /// The checks that come before decoding: of a known format, not too large, whole.
 bool CheckFile(const std::string& path, const std::string& content, std::string* error) {
+    if (content.starts_with("\xFF\xD8")) { // of no JPEG file, but the library would take it for one
+        *error = kDamaged;
+        return false;
+    }
     if (FormatOfContent(content) == PictureFormat::bmp && !CheckBmp(content, error)) return false;
     int width = 0;
     int height = 0;
@@ -116,9 +120,8 @@ bool CheckFile(const std::string& path, const std::string& content, std::string*
     return false;
 }
 
-/// The file's profile; empty for none. The decoder does not find every one of a JPEG file.
-std::string ProfileOf(const std::string& content, GdkPixbuf* pixbuf) {
-    if (IsJpeg(content)) return JpegProfile(content);
+/// The file's profile; empty for none.
+std::string ProfileOf(GdkPixbuf* pixbuf) {
     const char* text = gdk_pixbuf_get_option(pixbuf, "icc-profile");
     if (text == nullptr) return "";
     gsize size = 0;
@@ -127,31 +130,25 @@ std::string ProfileOf(const std::string& content, GdkPixbuf* pixbuf) {
 }
 
 /// Whatever colours the file has become those of a portrait.
-void ConvertColours(const std::string& content, GdkPixbuf* pixbuf, std::string* warning) {
-    const std::string profile = ProfileOf(content, pixbuf);
+void ConvertColours(const std::string& content, const std::string& profile, const ColourRows& rows,
+                    std::string* warning) {
     if (profile.empty()) {
         if (NamesProfile(content)) *warning = kUnusableProfile;
         return;
     }
-    ColourRows rows;
-    rows.pixels = gdk_pixbuf_get_pixels(pixbuf);
-    rows.width = gdk_pixbuf_get_width(pixbuf);
-    rows.height = gdk_pixbuf_get_height(pixbuf);
-    rows.pixel = gdk_pixbuf_get_n_channels(pixbuf);
-    rows.row = gdk_pixbuf_get_rowstride(pixbuf);
     // Inks whose profile told their colours do not come here.
     if (HasInks(content) || !ConvertToSrgb(profile, rows)) *warning = kUnusableProfile;
 }
 
-/// A picture in inks whose profile says what they look like. False leaves it to the decoder's own way, which knows no
-/// profiles.
+/// A picture in inks whose profile says what they look like. False leaves it to DecodeJpeg, which knows no profiles.
 bool DecodeWithInkProfile(const std::string& content, Picture* picture) {
-    if (!IsJpeg(content) || !HasInks(content) || !NamesProfile(content)) return false;
+    if (!HasInks(content) || !NamesProfile(content)) return false;
     const ProfilePtr profile = OpenProfile(JpegProfile(content));
     if (profile == nullptr) return false;
     const TransformPtr transform = IntoSrgb(profile, TYPE_CMYK_8_REV, TYPE_RGB_8);
     InkPicture inks;
-    if (transform == nullptr || !DecodeInks(content, &inks)) return false;
+    std::string ignored;
+    if (transform == nullptr || !DecodeInks(content, &inks, &ignored)) return false;
     std::vector<uint8> colours(inks.inks.size() / 4 * 3);
     StoredRows rows;
     rows.pixels = colours.data();
@@ -164,6 +161,35 @@ bool DecodeWithInkProfile(const std::string& content, Picture* picture) {
                        colours.data() + rows.row * y, static_cast<cmsUInt32Number>(inks.width));
     }
     *picture = UprightPicture(rows, NotedOrientation(content));
+    return true;
+}
+
+bool CheckJpeg(const std::string& content, std::string* error) {
+    const std::optional<HeaderSize> told = SizeInHeader(content);
+    if (told && told->width > 0 && told->height > 0 && !IsPictureSizeAllowed(told->width, told->height)) {
+        *error = TooLargeText(told->width, told->height);
+    } else if (!ReachesItsEnd(content)) {
+        *error = kBreaksOff;
+    } else if (!told || told->width < 1 || told->height < 1) {
+        *error = kDamaged;
+    } else {
+        return true;
+    }
+    return false;
+}
+
+/// By the library that also writes them: the other one takes what a profile's segments say of themselves for true.
+bool DecodeJpegPicture(const std::string& content, Picture* picture, std::string* warning, std::string* error) {
+    if (!CheckJpeg(content, error)) return false;
+    if (DecodeWithInkProfile(content, picture)) return true;
+    Picture stored;
+    if (!DecodeJpeg(content, &stored, error)) return false;
+    const int32 width = stored.width, height = stored.height, step = stored.step;
+    uint8* pixels = stored.pixels.data();
+    ConvertColours(content, JpegProfile(content), {pixels, width, height, 3, step, false}, warning);
+    const int orientation = NotedOrientation(content);
+    const StoredRows rows{RowAt(pixels, step, height - 1), width, height, 3, -std::ptrdiff_t{step}, false, false};
+    *picture = orientation == 1 ? std::move(stored) : UprightPicture(rows, orientation);
     return true;
 }
 
@@ -203,8 +229,8 @@ void ClearPadding(const Picture& picture, std::string* bmp) {
 
 bool DecodePicture(const std::string& path, const std::string& content, Picture* picture, std::string* warning,
                    std::string* error) {
+    if (IsJpeg(content)) return DecodeJpegPicture(content, picture, warning, error);
     if (!CheckFile(path, content, error)) return false;
-    if (DecodeWithInkProfile(content, picture)) return true;
     GError* problem = nullptr;
     PixbufPtr pixbuf(gdk_pixbuf_new_from_file(path.c_str(), &problem));
     if (pixbuf == nullptr) {
@@ -217,7 +243,8 @@ bool DecodePicture(const std::string& path, const std::string& content, Picture*
         *error = TooLargeText(rows.width, rows.height);
         return false;
     }
-    ConvertColours(content, pixbuf.get(), warning);
+    ConvertColours(content, ProfileOf(pixbuf.get()),
+                   {gdk_pixbuf_get_pixels(pixbuf.get()), rows.width, rows.height, rows.pixel, rows.row, true}, warning);
     const int orientation = Orientation(pixbuf.get());
     *picture = CanHandOver(rows, orientation) ? HandOver(std::move(pixbuf)) : UprightPicture(rows, orientation);
     return true;
