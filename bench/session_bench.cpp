@@ -3,6 +3,7 @@
 #include "bench/photo.h"
 #include "detect/candidates.h"
 #include "detect/cascade_detector.h"
+#include "detect/detection_memory.h"
 #include "image/bitmap.h"
 #include "image/result_codes.h"
 #include "image/session_images.h"
@@ -149,9 +150,10 @@ void Detector(benchmark::State& state) {
     MakePhoto(SizeOf(state), g_sourceImage);
     const bool quick = state.range(2) != 0;
     int32 result = 0;
+    DetectionMemory memory;
     for (auto _ : state) {
-        ImageBuffer grey;
-        result = FindFace(quick, grey);
+        result = FindFace(quick, memory);
+        memory.grey.Reset();
     }
     state.counters["result"] = result;
     if (result < 0) state.SkipWithError("the detection failed");

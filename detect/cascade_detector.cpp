@@ -2,8 +2,8 @@
 #include "detect/cascade_detector.h"
 
 #include "detect/classifier_file.h"
+#include "detect/detection_memory.h"
 #include "detect/edge_pruning.h"
-#include "detect/fused_scan.h"
 #include "detect/scan_observer.h"
 #include "image/session_images.h"
 #include "primitives/primitives.h"
@@ -218,11 +218,19 @@ bool RunsFused(const DetectorParams& params, ImageSize scaled) {
 /// each of them begins.
 class SharedScan {
 public:
+    /// @param scan one of another picture, or none
+    explicit SharedScan(std::optional<FusedScan>& scan) : scan_(scan) {}
+
     /// False when memory is exhausted.
     [[nodiscard]] bool Reserve(const ImageBuffer& grey, ImageSize scaled) {
-        if (scan_.has_value()) return true;
-        scan_.emplace(CurrentScanKernels(), g_classifier, grey);
-        return scan_->Reserve(scaled);
+        if (isReserved_) return true;
+        if (scan_.has_value()) {
+            scan_->Use(CurrentScanKernels(), g_classifier, grey);
+        } else {
+            scan_.emplace(CurrentScanKernels(), g_classifier, grey);
+        }
+        isReserved_ = scan_->Reserve(scaled);
+        return isReserved_;
     }
 
     /// The number of hits, which are placed among the candidates.
@@ -238,7 +246,8 @@ public:
     }
 
 private:
-    std::optional<FusedScan> scan_;
+    std::optional<FusedScan>& scan_;
+    bool isReserved_ = false;
     bool knowsFirst_ = false;
     int32 firstHits_ = 0;
     CandidateList firstCandidates_;
@@ -318,10 +327,10 @@ int32 RunPass(GreyPlane& grey, float scaleFactor, int32 passTag, SharedScan& sha
     return Scan(params, grey, shared);
 }
 
-int32 Detect(bool quick, ImageBuffer* work, ImageBuffer& plane) {
+int32 Detect(bool quick, ImageBuffer* work, DetectionMemory& memory) {
     if (g_detectorParams == nullptr) return kNoSession;
-    GreyPlane grey(g_sourceImage, work, plane);
-    SharedScan shared;
+    GreyPlane grey(g_sourceImage, work, memory.grey);
+    SharedScan shared(memory.scan);
     if (quick) return RunPass(grey, 1.09F, 2, shared);
     const int32 status = RunPass(grey, 1.05F, 0, shared);
     return status == kNoFace ? RunPass(grey, 1.02F, 1, shared) : status;
@@ -336,17 +345,17 @@ float InitialScale(int32 width, int32 minFaceSize, int32 windowWidth) {
 }
 
 int32 ScanScales(ImageBuffer& work, DetectorParams& params, ImageBuffer& source) {
-    ImageBuffer plane;
-    GreyPlane grey(source, &work, plane);
-    SharedScan shared;
+    DetectionMemory memory;
+    GreyPlane grey(source, &work, memory.grey);
+    SharedScan shared(memory.scan);
     return Scan(params, grey, shared);
 }
 
 int32 RunDetection(bool quick) {
-    ImageBuffer plane;
-    return Detect(quick, &g_workImage, plane);
+    DetectionMemory memory;
+    return Detect(quick, &g_workImage, memory);
 }
 
-int32 FindFace(bool quick, ImageBuffer& grey) { return Detect(quick, nullptr, grey); }
+int32 FindFace(bool quick, DetectionMemory& memory) { return Detect(quick, nullptr, memory); }
 
 } // namespace orvane

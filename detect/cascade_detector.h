@@ -10,6 +10,8 @@
 
 namespace orvane {
 
+struct DetectionMemory;
+
 /// Detector settings, one instance a session.
 struct DetectorParams {
     int32 minFaceSize = 0;     // smallest face in pixels of the picture, computed by each scan
@@ -36,8 +38,8 @@ extern int32 g_pruneParameter; // argument of all pruning modes
 int32 RunDetection(bool quick);
 
 /// The same, but g_workImage stays as it is: for those who make a work picture of their own afterwards.
-/// @param grey where the grey plane is made; its storage serves the next call that gets it
-int32 FindFace(bool quick, ImageBuffer& grey);
+/// @param memory which serves the next call that gets it
+int32 FindFace(bool quick, DetectionMemory& memory);
 
 /// One pass over all scales of `source`; `work` receives a copy of it.
 /// 0 or 10 as above; the load status when the classifier is not loaded; -60 for a picture without

@@ -21,6 +21,12 @@ struct PlannedStump {
 struct StumpValues {
     float below;
     float above;
+
+    /// Without a branch, which the processor would foresee as often as a coin.
+    float Of(bool isBelow) const {
+        const float values[] = {above, below};
+        return values[isBelow ? 1 : 0];
+    }
 };
 
 /// A stage: what it adds to the sum of the stage before. Stumps stand in the order of their kinds.

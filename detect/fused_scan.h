@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-/// The work of one pass over a picture.
+/// The work of the passes over a picture, and over one after the other.
 class FusedScan {
 public:
     /// Whether scales of up to this size can be scanned this way.
@@ -18,7 +18,14 @@ public:
 
     /// @param grey the picture; must stay while the scan does
     FusedScan(const ScanKernels& kernels, const ClassifierTables& classifier, const ImageBuffer& grey)
-        : classifier_(classifier), rows_(kernels, grey), cascade_(kernels, classifier) {}
+        : classifier_(&classifier), rows_(kernels, grey), cascade_(kernels, classifier) {}
+
+    /// Goes over to another picture, with the storage that it has.
+    void Use(const ScanKernels& kernels, const ClassifierTables& classifier, const ImageBuffer& grey) {
+        classifier_ = &classifier;
+        rows_.Use(kernels, grey);
+        cascade_.Use(kernels, classifier);
+    }
 
     /// Makes room for the first scale, which is the largest. False when memory is exhausted.
     [[nodiscard]] bool Reserve(ImageSize scaled);
@@ -31,7 +38,7 @@ public:
     int64 Doubts() const { return cascade_.Doubts(); }
 
 private:
-    const ClassifierTables& classifier_;
+    const ClassifierTables* classifier_;
     ScaleRows rows_;
     WindowCascade cascade_;
 };

@@ -11,7 +11,7 @@ constexpr int32 kMostPieces = 16; // with more, single samples are as fast
 
 bool SamplePlan::Reserve(int32 width) {
     const int64 pieces = int64{kMostPieces} * ((width + kPiece - 1) / kPiece);
-    return offsets_.Allocate(pieces) && places_.Allocate(kPiece * pieces);
+    return offsets_.Ensure(pieces) && places_.Ensure(kPiece * pieces);
 }
 
 bool SamplePlan::Make(const int32* columns, int32 width, int32 extent) {

@@ -26,10 +26,9 @@ bool ScaleRows::Reserve(ImageSize scaled) {
     const int64 words = int64{WordsOf(width)} * height;
     const int64 samples = int64{height} * lineStride_;
     const int64 gradients = int64{7} * lineStride_;
-    return sum_.Allocate(sums) && shortSum_.Allocate(sums) && squares_.Allocate(sums) && columns_.Allocate(width) &&
-           rows_.Allocate(height) && samplePlan_.Reserve(width) && samples_.Allocate(samples) &&
-           covered_.Allocate(height) && gradients_.Allocate(gradients) && ridges_.Allocate(words) &&
-           edges_.Allocate(words) && marks_.Allocate(height);
+    return sum_.Ensure(sums) && shortSum_.Ensure(sums) && squares_.Ensure(sums) && columns_.Ensure(width) &&
+           rows_.Ensure(height) && samplePlan_.Reserve(width) && samples_.Ensure(samples) && covered_.Ensure(height) &&
+           gradients_.Ensure(gradients) && ridges_.Ensure(words) && edges_.Ensure(words) && marks_.Ensure(height);
 }
 
 /// Each row is sampled and passed on to the edges, which come two rows behind.
@@ -92,9 +91,10 @@ void ScaleRows::BeginSums(int32 y) {
 }
 
 void ScaleRows::FindPositions(ImageSize scaled, double factor) {
-    filled_.width = NearestPositions(grey_.width, factor, scaled.width, columns_.data());
-    filled_.height = NearestPositions(grey_.height, factor, scaled.height, rows_.data());
-    samplesPieces_ = kernels_.samplePieces != nullptr && samplePlan_.Make(columns_.data(), filled_.width, grey_.width);
+    filled_.width = NearestPositions(grey_->width, factor, scaled.width, columns_.data());
+    filled_.height = NearestPositions(grey_->height, factor, scaled.height, rows_.data());
+    samplesPieces_ =
+        kernels_->samplePieces != nullptr && samplePlan_.Make(columns_.data(), filled_.width, grey_->width);
 }
 
 void ScaleRows::SampleRow(int32 y, int32 width, uint8* row) const {
@@ -103,11 +103,11 @@ void ScaleRows::SampleRow(int32 y, int32 width, uint8* row) const {
         return;
     }
     Announce(y + kAhead);
-    const uint8* from = RowAt(grey_.data, grey_.Step(), rows_[y]);
+    const uint8* from = RowAt(grey_->data, grey_->Step(), rows_[y]);
     if (samplesPieces_) {
-        kernels_.samplePieces(from, samplePlan_.Pieces(), row);
+        kernels_->samplePieces(from, samplePlan_.Pieces(), row);
     } else {
-        kernels_.sample(from, columns_.data(), filled_.width, row);
+        kernels_->sample(from, columns_.data(), filled_.width, row);
     }
     std::fill(row + filled_.width, row + width, uint8{0});
 }
@@ -116,8 +116,8 @@ void ScaleRows::SampleRow(int32 y, int32 width, uint8* row) const {
 /// of its own, and rows lie too far apart for it to foresee the next.
 void ScaleRows::Announce(int32 y) const {
     if (y >= filled_.height) return;
-    const uint8* row = RowAt(grey_.data, grey_.Step(), rows_[y]);
-    for (int32 x = 0; x < grey_.width; x += kCacheLine) __builtin_prefetch(row + x);
+    const uint8* row = RowAt(grey_->data, grey_->Step(), rows_[y]);
+    for (int32 x = 0; x < grey_->width; x += kCacheLine) __builtin_prefetch(row + x);
 }
 
 /// The row of sums below a row of samples.
@@ -130,8 +130,8 @@ void ScaleRows::SumRowOf(int32 y) {
     squares[0] = 0;
     uint16* shortSum = shortSum_.data() + std::ptrdiff_t{y + 1} * stride_;
     shortSum[0] = 0;
-    kernels_.integral(samples, scaled_.width,
-                      {SumRow(y) + 1, sum + 1, ShortSumRow(y) + 1, shortSum + 1, SquaresRow(y) + 1, squares + 1});
+    kernels_->integral(samples, scaled_.width,
+                       {SumRow(y) + 1, sum + 1, ShortSumRow(y) + 1, shortSum + 1, SquaresRow(y) + 1, squares + 1});
 }
 
 GradientRow ScaleRows::Gradients(int32 y) {
@@ -141,7 +141,7 @@ GradientRow ScaleRows::Gradients(int32 y) {
 
 void ScaleRows::FindGradients(int32 y) {
     const int32 above = std::max(y - 1, 0), below = std::min(y + 1, positions_.height - 1);
-    kernels_.gradients({Samples(above) - 1, Samples(y) - 1, Samples(below) - 1, positions_.width}, kLow, Gradients(y));
+    kernels_->gradients({Samples(above) - 1, Samples(y) - 1, Samples(below) - 1, positions_.width}, kLow, Gradients(y));
 }
 
 void ScaleRows::FindRidges(int32 y) {
@@ -149,7 +149,7 @@ void ScaleRows::FindRidges(int32 y) {
     const int16* above = y > 0 ? Gradients(y - 1).magnitude : nothing;
     const int16* below = y + 1 < positions_.height ? Gradients(y + 1).magnitude : nothing;
     const std::ptrdiff_t at = std::ptrdiff_t{y} * words_;
-    kernels_.ridges(above, Gradients(y), below, positions_.width, kHigh, ridges_.data() + at, edges_.data() + at);
+    kernels_->ridges(above, Gradients(y), below, positions_.width, kHigh, ridges_.data() + at, edges_.data() + at);
 }
 
 } // namespace orvane

@@ -11,9 +11,16 @@ namespace orvane {
 /// The planes of a scale. Storage is made for the first, largest scale and reused by all others.
 class ScaleRows {
 public:
-    ScaleRows(const ScanKernels& kernels, const ImageBuffer& grey) : kernels_(kernels), grey_(grey) {}
+    ScaleRows(const ScanKernels& kernels, const ImageBuffer& grey) : kernels_(&kernels), grey_(&grey) {}
 
-    /// Makes room for scales of up to this size. False when memory is exhausted.
+    /// Goes over to another picture.
+    void Use(const ScanKernels& kernels, const ImageBuffer& grey) {
+        kernels_ = &kernels;
+        grey_ = &grey;
+    }
+
+    /// Makes room for scales of up to this size, in the storage that it has where that fits. False when memory is
+    /// exhausted.
     [[nodiscard]] bool Reserve(ImageSize scaled);
 
     /// Samples the picture, sums it and finds the edges.
@@ -54,8 +61,8 @@ private:
     uint8* Samples(int32 y) { return samples_.data() + std::ptrdiff_t{y} * lineStride_ + 1; }
     GradientRow Gradients(int32 y);
 
-    const ScanKernels& kernels_;
-    const ImageBuffer& grey_;
+    const ScanKernels* kernels_;
+    const ImageBuffer* grey_;
     int32 stride_ = 0;
     int32 lineStride_ = 0; // elements of a row of samples or gradients
     int32 words_ = 0;

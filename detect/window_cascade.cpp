@@ -30,21 +30,21 @@ bool WindowCascade::Serves(const ClassifierTables& classifier, ImageSize scaled)
            int64{255} * (classifier.windowHeight + 1) * scaled.width < kExact;
 }
 
-int32 WindowCascade::StageCount() const { return static_cast<int32>(classifier_.plan.stages.size()); }
+int32 WindowCascade::StageCount() const { return static_cast<int32>(classifier_->plan.stages.size()); }
 
 bool WindowCascade::Reserve(int32 stride, int32 height) {
     constexpr int32 kTileWindows = kTileRows * kTileWords * 64;
     stride_ = stride;
     const int64 windows = int64{stride} * height;
     const int64 tile = int64{stride} * kTileRows;
-    return norms_.Allocate(windows) && sums_.Allocate(tile) && groups_[0].Allocate(kTileWindows) &&
-           groups_[1].Allocate(kTileWindows) && verdicts_.Allocate(kTileWindows) && ResolveStages();
+    return norms_.Ensure(windows) && sums_.Ensure(tile) && groups_[0].Ensure(kTileWindows) &&
+           groups_[1].Ensure(kTileWindows) && verdicts_.Ensure(kTileWindows) && ResolveStages();
 }
 
 bool WindowCascade::ResolveStages() {
-    const CascadePlan& plan = classifier_.plan;
-    if (!stages_.Allocate(StageCount())) return false;
-    if (!corners_.Allocate(4 * std::max<int64>(1, static_cast<int64>(plan.rects.size())))) return false;
+    const CascadePlan& plan = classifier_->plan;
+    if (!stages_.Ensure(StageCount())) return false;
+    if (!corners_.Ensure(4 * std::max<int64>(1, static_cast<int64>(plan.rects.size())))) return false;
     const ImageRect* rect = plan.rects.data();
     int32* corner = corners_.data();
     for (int32 i = 0; i < StageCount(); ++i) {
@@ -71,7 +71,7 @@ bool WindowCascade::ResolveStages() {
 void WindowCascade::Decide(ScaleRows& rows, int32 height) {
     FindNorms(rows, height);
     // More windows to a group pay while many are left, which is in the first stage.
-    beginsShort_ = rows.SumsAreExact() && classifier_.plan.takesShortSums;
+    beginsShort_ = rows.SumsAreExact() && classifier_->plan.takesShortSums;
     for (int32 word = 0; word < rows.Words(); word += kTileWords) {
         for (int32 y = 0; y < height; y += kTileRows) {
             DecideTile(rows, {y, std::min(kTileRows, height - y), word, std::min(word + kTileWords, rows.Words())});
@@ -97,11 +97,11 @@ void WindowCascade::DecideTile(ScaleRows& rows, const Tile& tile) {
 void WindowCascade::RunStage(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups) {
     const float* norms = norms_.data() + std::ptrdiff_t{tile.y} * stride_;
     if (stage == 0 && beginsShort_) {
-        kernels_.shortStage(stages_[stage], rows.ShortSumRow(tile.y), norms, sums_.data(), present_->starts.data(),
-                            groups, verdicts_.data());
+        kernels_->shortStage(stages_[stage], rows.ShortSumRow(tile.y), norms, sums_.data(), present_->starts.data(),
+                             groups, verdicts_.data());
     } else {
-        kernels_.stage(stages_[stage], rows.SumRow(tile.y), norms, sums_.data(), present_->starts.data(), groups,
-                       verdicts_.data());
+        kernels_->stage(stages_[stage], rows.SumRow(tile.y), norms, sums_.data(), present_->starts.data(), groups,
+                        verdicts_.data());
     }
 }
 
@@ -137,16 +137,16 @@ int32 WindowCascade::TakeGroups(ScaleRows& rows, const Tile& tile) {
 
 /// Of whole words of windows, row by row: what reads memory in its order need not wait for it.
 void WindowCascade::FindNorms(ScaleRows& rows, int32 height) {
-    const int32 innerWidth = classifier_.windowWidth - 2, innerHeight = classifier_.windowHeight - 2;
+    const int32 innerWidth = classifier_->windowWidth - 2, innerHeight = classifier_->windowHeight - 2;
     for (int32 y = 0; y < height; ++y) {
         const uint64* edges = rows.EdgeRow(y);
         const int32 top = y + 1, bottom = top + innerHeight;
         for (int32 word = 0; word < rows.Words(); ++word) {
             if (edges[word] == 0) continue;
             const int32 x = 64 * word;
-            kernels_.norms({rows.SumRow(top) + x + 1, rows.SumRow(bottom) + x + 1, rows.SquaresRow(top) + x + 1,
-                            rows.SquaresRow(bottom) + x + 1, innerWidth, static_cast<float>(innerWidth * innerHeight)},
-                           64 - std::countl_zero(edges[word]), norms_.data() + std::ptrdiff_t{y} * stride_ + x);
+            kernels_->norms({rows.SumRow(top) + x + 1, rows.SumRow(bottom) + x + 1, rows.SquaresRow(top) + x + 1,
+                             rows.SquaresRow(bottom) + x + 1, innerWidth, static_cast<float>(innerWidth * innerHeight)},
+                            64 - std::countl_zero(edges[word]), norms_.data() + std::ptrdiff_t{y} * stride_ + x);
         }
     }
 }
@@ -187,7 +187,7 @@ int32 WindowCascade::DropFailed(const ScaleRows& rows, const Tile& tile, int32 s
 uint32 WindowCascade::ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first,
                                     uint32 doubtful) {
     const int32 y = tile.y + first / stride_;
-    const double threshold = classifier_.stageThreshold[static_cast<std::size_t>(stage)];
+    const double threshold = classifier_->stageThreshold[static_cast<std::size_t>(stage)];
     uint32 passes = 0;
     for (uint32 rest = doubtful; rest != 0; rest &= rest - 1) {
         const int32 lane = std::countr_zero(rest);
@@ -211,7 +211,7 @@ double WindowCascade::TrainedSum(int32 stage, const float* window, double norm) 
 
 /// What a stage adds to the sum.
 double WindowCascade::TrainedPart(int32 stage, const float* window, double norm) const {
-    const CascadePlan& plan = classifier_.plan;
+    const CascadePlan& plan = classifier_->plan;
     const PlannedStage& planned = plan.stages[static_cast<std::size_t>(stage)];
     auto stump = static_cast<std::size_t>(planned.firstStump);
     auto rect = static_cast<std::size_t>(planned.firstRect);
@@ -228,7 +228,7 @@ double WindowCascade::TrainedPart(int32 stage, const float* window, double norm)
                 e += static_cast<double>(within) * plan.trainedWeights[rect];
             }
             const bool below = e < static_cast<double>(plan.trainedThresholds[stump]) * norm;
-            sum += below ? plan.trainedValues[stump].below : plan.trainedValues[stump].above;
+            sum += plan.trainedValues[stump].Of(below);
         }
     }
     return sum;
@@ -236,7 +236,7 @@ double WindowCascade::TrainedPart(int32 stage, const float* window, double norm)
 
 /// As `primRectStdDev_32f_C1` has it.
 float WindowCascade::TrainedNorm(const ScaleRows& rows, int32 x, int32 y) const {
-    const int32 width = classifier_.windowWidth - 2, height = classifier_.windowHeight - 2;
+    const int32 width = classifier_->windowWidth - 2, height = classifier_->windowHeight - 2;
     const float *top = rows.SumRow(y + 1) + x + 1, *bottom = rows.SumRow(y + 1 + height) + x + 1;
     const uint32 *squaresTop = rows.SquaresRow(y + 1) + x + 1, *squaresBottom = rows.SquaresRow(y + 1 + height) + x + 1;
     const double area = static_cast<double>(width) * height;

@@ -16,9 +16,15 @@ public:
     static bool Serves(const ClassifierTables& classifier, ImageSize scaled);
 
     WindowCascade(const ScanKernels& kernels, const ClassifierTables& classifier)
-        : kernels_(kernels), classifier_(classifier) {}
+        : kernels_(&kernels), classifier_(&classifier) {}
 
-    /// Makes room for sums of this stride. False when memory is exhausted.
+    /// Goes over to others.
+    void Use(const ScanKernels& kernels, const ClassifierTables& classifier) {
+        kernels_ = &kernels;
+        classifier_ = &classifier;
+    }
+
+    /// Makes room for sums of this stride, in the storage that it has where that fits. False when memory is exhausted.
     /// @param height rows of windows at most
     [[nodiscard]] bool Reserve(int32 stride, int32 height);
 
@@ -52,10 +58,10 @@ private:
     double TrainedPart(int32 stage, const float* window, double norm) const;
     float TrainedNorm(const ScaleRows& rows, int32 x, int32 y) const;
     int32 StageCount() const;
-    int32 LanesOf(int32 stage) const { return stage == 0 && beginsShort_ ? kernels_.shortLanes : kernels_.lanes; }
+    int32 LanesOf(int32 stage) const { return stage == 0 && beginsShort_ ? kernels_->shortLanes : kernels_->lanes; }
 
-    const ScanKernels& kernels_;
-    const ClassifierTables& classifier_;
+    const ScanKernels* kernels_;
+    const ClassifierTables* classifier_;
     HeapArray<ResolvedStage> stages_;
     HeapArray<int32> corners_;
     bool beginsShort_ = false; // whether the first stage takes short sums at the present scale
@@ -70,7 +76,7 @@ private:
         HeapArray<int32> starts;
         HeapArray<uint32> living;
 
-        [[nodiscard]] bool Allocate(int64 count) { return starts.Allocate(count) && living.Allocate(count); }
+        [[nodiscard]] bool Ensure(int64 count) { return starts.Ensure(count) && living.Ensure(count); }
     };
     Groups groups_[2];
     Groups* present_ = &groups_[0];

@@ -24,7 +24,17 @@ public:
         constexpr auto kMost = static_cast<uint64>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(T);
         if (count < 1 || static_cast<uint64>(count) > kMost) return false;
         elements_ = static_cast<T*>(HeapAllocate(static_cast<std::size_t>(count) * sizeof(T)));
+        count_ = elements_ != nullptr ? count : 0;
         return elements_ != nullptr;
+    }
+
+    /// Takes `count` elements, again and again: those that it has, as they are, where they are as many, else zeroed
+    /// ones. False when they are not to be had, and it holds none.
+    [[nodiscard]] bool Ensure(int64 count) {
+        if (elements_ != nullptr && count == count_) return true;
+        HeapFree(elements_);
+        elements_ = nullptr;
+        return Allocate(count);
     }
 
     T* data() { return elements_; }
@@ -34,6 +44,7 @@ public:
 
 private:
     T* elements_ = nullptr;
+    int64 count_ = 0;
 };
 
 } // namespace orvane

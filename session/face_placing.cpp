@@ -39,8 +39,8 @@ int32 Converted(int32 coordinate, double factor) { return TruncToInt32(coordinat
 
 } // namespace
 
-int32 ScanForFace(bool quick, int32 corners[4], ImageBuffer& grey) {
-    const int32 status = FindFace(quick, grey); // the pipeline makes the work picture anew
+int32 ScanForFace(bool quick, int32 corners[4], DetectionMemory& memory) {
+    const int32 status = FindFace(quick, memory); // the pipeline makes the work picture anew
     if (status < 0) return status;
     int32 x, y, w, h;
     GetFaceRect(&x, &y, &w, &h);
@@ -52,8 +52,8 @@ int32 ScanForFace(bool quick, int32 corners[4], ImageBuffer& grey) {
 }
 
 int32 COrvQuickViewDlg::DetectFaceRect(bool quick, int32 corners[4]) {
-    ImageBuffer grey;
-    const int32 status = ScanForFace(quick, corners, grey);
+    const int32 status = ScanForFace(quick, corners, m_detectionMemory);
+    m_detectionMemory.grey.Reset(); // pictures are large, and few
     if (status < 0) return status;
     m_anchorLeft = corners[0];
     m_anchorTop = corners[1];

@@ -157,7 +157,7 @@ bool COrvQuickViewDlg::DetectThreadStep() {
         }
     }
     int32 corners[4] = {0, 0, 0, 0}; // a scan that fails shows as "?"
-    const int32 status = ScanForFace(true, corners, m_liveGrey);
+    const int32 status = ScanForFace(true, corners, m_detectionMemory);
 
     const auto lock = LockState(kStatePatience);
     if (!lock) return true;
@@ -198,7 +198,7 @@ void COrvQuickViewDlg::EndCapture() {
         m_stage = kAdjusting; // tells the live threads to go
     }
     StopLiveThreads();
-    m_liveGrey.Reset();
+    m_detectionMemory.grey.Reset();
     m_capture.reset();
 }
 

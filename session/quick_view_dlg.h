@@ -3,6 +3,7 @@
 #pragma once
 
 #include "capture/video_capture.h"
+#include "detect/detection_memory.h"
 #include "image/bitmap.h"
 #include "image/result_codes.h"
 #include "platform/memory_block.h"
@@ -24,8 +25,8 @@
 namespace orvane {
 
 /// Scans g_sourceImage for the face. A status of 0 or more stores the face's corners, top-down, in `corners` (left,
-/// top, right, bottom); all four are 0 without a face. `grey` is storage as of FindFace.
-int32 ScanForFace(bool quick, int32 corners[4], ImageBuffer& grey);
+/// top, right, bottom); all four are 0 without a face. `memory` is as of FindFace.
+int32 ScanForFace(bool quick, int32 corners[4], DetectionMemory& memory);
 
 /// One instance, made by orv_InitDLL and kept until orv_ReleaseDLL. Each detect call is one session on
 /// it. Outside a session all marks and anchors are -1 and m_stage is 1.
@@ -167,6 +168,7 @@ public:
     std::optional<LockedBlock> m_sourceBlock; // what m_sourceBitmap shows, where it has no pixels of its own
     Bitmap m_sourceBitmap;                    // picture as handed in, or the newest frame
     Bitmap m_resultBitmap;                    // the work picture, and after the final run the output
+    DetectionMemory m_detectionMemory;        // serves from picture to picture, and from frame to frame
     int32 m_previewOffsetX = kPreviewLeft;    // client position of the preview's first pixel
     int32 m_previewOffsetY = kPreviewTop;
     std::atomic<int32> m_mouseX = 0; // last mouse position in preview coordinates
@@ -286,7 +288,6 @@ private:
     bool m_writing = false;                    // our own text goes to an edit
     std::thread m_frameThread;                 // of a live session
     std::thread m_detectThread;
-    ImageBuffer m_liveGrey; // grey plane of the detection, whose storage serves from frame to frame
 };
 
 } // namespace orvane

@@ -3,11 +3,14 @@
 
 #include "detect/cascade_detector.h"
 #include "detect/classifier_file.h"
+#include "detect/detection_memory.h"
 #include "image/session_images.h"
 #include "tests/compare/hit_watcher.h"
 #include "tests/compare/random_scene.h"
 #include "tests/detect/kernel_sets.h"
 #include "tests/support/detector_settings.h"
+#include "tests/support/face_scene.h"
+#include "tests/support/heap_limit.h"
 #include "tests/support/module_files.h"
 #include "tests/support/scene_image.h"
 
@@ -204,6 +207,58 @@ TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsInBothPassesOfADetection) {
         withHitsOfTheFirstScale += fused.text.find("," + std::to_string(hit.size) + " ") != std::string::npos ? 1 : 0;
     }
     EXPECT_GT(withHitsOfTheFirstScale, 5);
+}
+
+TEST_P(FusedScanTest, DetectionsInTheSameMemoryFindWhatFreshOnesFind) {
+    ASSERT_EQ(0, files_.Load(FaceCascade()));
+    g_detectorParams = std::make_unique<DetectorParams>();
+    Random random(28);
+    DetectionMemory memory;
+    int32 faces = 0;
+    for (int32 n = 0; n < 120; ++n) {
+        // Sizes that come again, and others.
+        Scene scene = n % 3 == 0 ? RandomScene(random) : BlankScene(n % 3 == 1 ? 360 : 300, 240, 200);
+        if (n % 3 != 0) DrawFace(scene, random.Int(-20, 300), random.Int(-20, 200), random.Int(20, 120));
+        AddTexture(scene, random.Int(0, 60), random);
+        ASSERT_TRUE(ToImage(scene, g_sourceImage));
+        const bool quick = random.Int(0, 1) != 0;
+        HitWatcher fresh(false);
+        DetectionMemory none;
+        const int32 status = FindFace(quick, none);
+        const FaceRecord face = g_faceRecord;
+        HitWatcher kept(false);
+        ASSERT_EQ(status, FindFace(quick, memory)) << n;
+        ASSERT_EQ(0, kept.steps) << n << ": it was not scanned in one go";
+        ASSERT_EQ(fresh.text, kept.text) << n;
+        EXPECT_EQ(face.centreX, g_faceRecord.centreX) << n;
+        EXPECT_EQ(face.faceWidth, g_faceRecord.faceWidth) << n;
+        faces += status == kSuccess ? 1 : 0;
+    }
+    EXPECT_GT(faces, 20);
+    EXPECT_LT(faces, 100);
+}
+
+TEST_P(FusedScanTest, MemoryThatCouldNotGrowServesTheNextDetection) {
+    ASSERT_EQ(0, files_.Load(FaceCascade()));
+    g_detectorParams = std::make_unique<DetectorParams>();
+    for (int32 before = 0;; ++before) {
+        DetectionMemory memory;
+        ASSERT_TRUE(ToImage(BlankScene(200, 150, 90), g_sourceImage));
+        ASSERT_EQ(kNoFace, FindFace(true, memory));
+        Scene scene = BlankScene(320, 240, 200);
+        DrawFace(scene, 100, 60, 80);
+        ASSERT_TRUE(ToImage(scene, g_sourceImage));
+        bool happened = false;
+        {
+            const HeapFault fault(before);
+            const int32 status = FindFace(true, memory);
+            happened = HeapFault::Happened();
+            EXPECT_EQ(status, happened ? kOutOfMemory : kSuccess) << before;
+        }
+        EXPECT_EQ(kSuccess, FindFace(true, memory)) << before;
+        if (!happened) break;
+        ASSERT_LT(before, 1000);
+    }
 }
 
 TEST_P(FusedScanTest, DecidesEveryWindowOfANoisyPictureAndHardlyAnyTwice) {

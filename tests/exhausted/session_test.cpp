@@ -63,6 +63,7 @@ public:
         EXPECT_TRUE(given == ORV_OK || given == ORV_NO_MEMORY || given == ORV_NO_SESSION) << given;
         EXPECT_EQ(block.Handle() != nullptr, given == ORV_OK);
         ForgetRecords();
+        g_dialog->m_detectionMemory.scan.reset(); // so that the next session asks for all of it again
         return {result, block.Bytes()};
     }
 

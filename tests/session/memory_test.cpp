@@ -39,6 +39,7 @@ protected:
             image->Reset();
         }
         session.m_resultBitmap.Delete();
+        session.m_detectionMemory.scan.reset();
     }
 
 private:
