@@ -45,6 +45,7 @@ struct InnerRectRows {
     const uint32* squaresBottom;
     int32 width; // of the inner rectangle
     float area;
+    bool areExact; // no sum of levels was rounded
 };
 
 /// Three rows of a grey region, each with a pixel more at both ends.

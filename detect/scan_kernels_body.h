@@ -53,22 +53,49 @@ inline WideDoubles SpreadOf(WideDoubles sum, WideDoubles squares, WideDoubles ar
     return AtLeastZero(squares * area - sum * sum);
 }
 
-void RunNorms(const InnerRectRows& rows, int32 count, float* norms) {
+/// Sums of the levels and of their squares.
+struct WindowSums {
+    WideFloats levels;
+    WideUnsignedInts squares; // modulo 2^32 on the way; what a window has is less
+};
+
+/// The variances times the square of the area. Of a window that is not larger, and of exact sums, they are from 0 to
+/// 2^32, so that the products may be modulo that.
+constexpr int32 kMostAreaOfNumbers = 513; // 127.5 times that is below 2^16
+
+inline WideFloats SpreadInNumbers(const WindowSums& of, uint32 area) {
+    const auto sum = reinterpret_cast<WideUnsignedInts>(__builtin_convertvector(of.levels, WideInts));
+    return __builtin_convertvector(of.squares * area - sum * sum, WideFloats);
+}
+
+inline WideFloats SpreadInDoubles(const WindowSums& of, WideDoubles area) {
+    const auto squares = reinterpret_cast<WideVector>(of.squares);
+    return FloatsOf(SpreadOf(LowDoubles(of.levels), LowDoubles(squares), area),
+                    SpreadOf(HighDoubles(of.levels), HighDoubles(squares), area));
+}
+
+template <typename Spread>
+inline void RunNorms(const InnerRectRows& rows, int32 count, float* norms, const Spread& spread) {
     const float inverse = 1.0F / rows.area;
-    const WideDoubles area = rows.area - WideDoubles{};
     for (int32 left = 0; left < count; left += kWideNumbers) {
         const std::ptrdiff_t right = left + rows.width;
-        const auto sumAt = [](const float* from) { return Load<WideFloats>(from); };
-        const WideFloats sum = (sumAt(rows.sumTop + left) - sumAt(rows.sumTop + right)) -
-                               (sumAt(rows.sumBottom + left) - sumAt(rows.sumBottom + right));
-        // Modulo 2^32 on the way; what a window has is less.
+        const auto levelsAt = [](const float* from) { return Load<WideFloats>(from); };
         const auto squaresAt = [](const uint32* from) { return Load<WideUnsignedInts>(from); };
-        const WideUnsignedInts modulo = (squaresAt(rows.squaresTop + left) - squaresAt(rows.squaresTop + right)) -
-                                        (squaresAt(rows.squaresBottom + left) - squaresAt(rows.squaresBottom + right));
-        const auto squares = reinterpret_cast<WideVector>(modulo);
-        const WideFloats spread = FloatsOf(SpreadOf(LowDoubles(sum), LowDoubles(squares), area),
-                                           SpreadOf(HighDoubles(sum), HighDoubles(squares), area));
-        Store(SquareRoots(spread) * inverse, norms + left);
+        const WindowSums of{(levelsAt(rows.sumTop + left) - levelsAt(rows.sumTop + right)) -
+                                (levelsAt(rows.sumBottom + left) - levelsAt(rows.sumBottom + right)),
+                            (squaresAt(rows.squaresTop + left) - squaresAt(rows.squaresTop + right)) -
+                                (squaresAt(rows.squaresBottom + left) - squaresAt(rows.squaresBottom + right))};
+        Store(SquareRoots(spread(of)) * inverse, norms + left);
+    }
+}
+
+void RunNorms(const InnerRectRows& rows, int32 count, float* norms) {
+    if (rows.areExact && rows.area <= static_cast<float>(kMostAreaOfNumbers)) {
+        const auto area = static_cast<uint32>(rows.area);
+        RunNorms(rows, count, norms, [area](const WindowSums& of) { return SpreadInNumbers(of, area); });
+    } else {
+        const WideDoubles area = rows.area - WideDoubles{};
+        RunNorms(rows, count, norms, [area](const WindowSums& of) { return SpreadInDoubles(of, area); });
     }
 }
 

@@ -145,7 +145,8 @@ void WindowCascade::FindNorms(ScaleRows& rows, int32 height) {
             if (edges[word] == 0) continue;
             const int32 x = 64 * word;
             kernels_->norms({rows.SumRow(top) + x + 1, rows.SumRow(bottom) + x + 1, rows.SquaresRow(top) + x + 1,
-                             rows.SquaresRow(bottom) + x + 1, innerWidth, static_cast<float>(innerWidth * innerHeight)},
+                             rows.SquaresRow(bottom) + x + 1, innerWidth, static_cast<float>(innerWidth * innerHeight),
+                             rows.SumsAreExact()},
                             64 - std::countl_zero(edges[word]), norms_.data() + std::ptrdiff_t{y} * stride_ + x);
         }
     }

@@ -310,16 +310,56 @@ TEST_P(ScaleRowsTest, KnowNormsToWhatThePlanAllows) {
             ASSERT_EQ(0,
                       generic::primRectStdDev_32f_C1(sum, expected.sum.Step(), squares, expected.squares.Step(),
                                                      exact.data(), 4 * grey.width, {scale.positions.width, 1}, kInner));
-            GetParam().kernels.norms({rows.SumRow(y + 1) + 1, rows.SumRow(y + 23) + 1, rows.SquaresRow(y + 1) + 1,
-                                      rows.SquaresRow(y + 23) + 1, 22, 484.0F},
-                                     scale.positions.width, norms.data());
-            for (int32 x = 0; x < scale.positions.width; ++x) {
-                const double norm = exact[static_cast<std::size_t>(x)];
-                ASSERT_NEAR(norm, norms[static_cast<std::size_t>(x)], std::max(norm * 5.0 / (1 << 24), 1e-5))
-                    << x << ", " << y;
+            for (const bool areExact : {true, false}) { // sums that are may be taken for others
+                GetParam().kernels.norms({rows.SumRow(y + 1) + 1, rows.SumRow(y + 23) + 1, rows.SquaresRow(y + 1) + 1,
+                                          rows.SquaresRow(y + 23) + 1, 22, 484.0F, areExact},
+                                         scale.positions.width, norms.data());
+                for (int32 x = 0; x < scale.positions.width; ++x) {
+                    const double norm = exact[static_cast<std::size_t>(x)];
+                    ASSERT_NEAR(norm, norms[static_cast<std::size_t>(x)], std::max(norm * 5.0 / (1 << 24), 1e-5))
+                        << x << ", " << y;
+                }
             }
         }
     }
+}
+
+TEST_P(ScaleRowsTest, KnowTheLargestAndSmallestNormsOfWindowsOfEverySize) {
+    // A window's sums stand in its last corner alone.
+    constexpr int32 kWidth = 64 + 4 * kMostLanes;
+    std::vector<float> none(kWidth), levels(kWidth), norms(kWidth);
+    std::vector<uint32> noSquares(kWidth), squares(kWidth);
+    for (const int32 width : {1, 2, 18, 22, 27, 32, 62}) {
+        for (const int32 height : {1, 19, 22, 62}) {
+            const int32 area = width * height;
+            for (const int32 white : {0, 1, area / 3, area / 2, area - 1, area}) {
+                std::fill_n(levels.begin(), width, 0.0F);
+                std::fill_n(squares.begin(), width, 0U);
+                std::fill(levels.begin() + width, levels.end(), static_cast<float>(255 * white));
+                std::fill(squares.begin() + width, squares.end(), 65025U * static_cast<uint32>(white));
+                for (const bool areExact : {true, false}) {
+                    GetParam().kernels.norms({none.data(), levels.data(), noSquares.data(), squares.data(), width,
+                                              static_cast<float>(area), areExact},
+                                             width, norms.data());
+                    const double share = static_cast<double>(white) / area;
+                    const double norm = 255 * std::sqrt(share * (1 - share));
+                    for (int32 x = 0; x < width; ++x)
+                        ASSERT_NEAR(norm, norms[static_cast<std::size_t>(x)], norm * 4.0 / (1 << 24) + 1e-9)
+                            << width << "x" << height << ", " << white << " of them white";
+                }
+            }
+        }
+    }
+}
+
+TEST_P(ScaleRowsTest, KnowNoNormOfLessThanZeroWhereSumsWereRounded) {
+    const std::vector<float> none(64), levels(64, 0.0F);
+    std::vector<float> rounded(64, 22 * 22 * 100.0F + 2), norms(64);
+    const std::vector<uint32> noSquares(64), squares(64, 22 * 22 * 100 * 100);
+    std::fill_n(rounded.begin(), 22, 0.0F);
+    GetParam().kernels.norms({none.data(), rounded.data(), noSquares.data(), squares.data(), 22, 484.0F, false}, 1,
+                             norms.data());
+    EXPECT_LT(norms[0], 1e-3F);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kernels, ScaleRowsTest, ::testing::ValuesIn(KernelSets()), NameOfSet);
