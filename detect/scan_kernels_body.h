@@ -11,8 +11,10 @@ namespace {
 using Ints = int32 __attribute__((vector_size(kBytes)));
 using UnsignedInts = uint32 __attribute__((vector_size(kBytes)));
 using Words = int16 __attribute__((vector_size(kBytes)));
+using WideWords = int16 __attribute__((vector_size(sizeof(WideVector))));
 
 constexpr auto kNumbers = static_cast<int32>(kBytes / 4);
+constexpr int32 kWideWords = 2 * kWideNumbers;
 
 void RunSample(const uint8* from, const int32* columns, int32 width, uint8* row) {
     int32 x = 0;
@@ -193,45 +195,58 @@ void RunIntegral(const uint8* pixels, int32 width, const SumRows& rows) {
 }
 #endif
 
-inline Words WordsAt(const uint8* bytes) { return reinterpret_cast<Words>(WordsOf(bytes)); }
-inline Words Absolute(Words v) { return v < 0 ? -v : v; }
+#if ORVANE_WIDEST
+inline WideWords WideWordsOf(const uint8* bytes) {
+    return reinterpret_cast<WideWords>(_mm512_maskz_cvtepu8_epi16(~0U, LoadBytes(bytes)));
+}
+inline WideWords UpperProduct(WideWords v, int16 factor) {
+    const auto factors = reinterpret_cast<WideVector>(WideWords{} + factor);
+    return reinterpret_cast<WideWords>(_mm512_maskz_mulhi_epu16(~0U, reinterpret_cast<WideVector>(v), factors));
+}
+#else
+inline WideWords WideWordsOf(const uint8* bytes) { return reinterpret_cast<WideWords>(WordsOf(bytes)); }
+inline WideWords UpperProduct(WideWords v, int16 factor) {
+    return reinterpret_cast<WideWords>(UpperProductOfWords(reinterpret_cast<Vector>(v), SplatWord(factor)));
+}
+#endif
+inline WideWords Absolute(WideWords v) { return v < 0 ? -v : v; }
 
 /// Sums and differences of columns, weighted as the operator has them, with a few more at their end. Those of many
 /// pixels, so that none is read while it is on its way to memory.
 struct Columns {
     static constexpr int32 kMost = 512;
-    int16 sum[kMost + kWords];
-    int16 difference[kMost + kWords];
+    int16 sum[kMost + kWideWords];
+    int16 difference[kMost + kWideWords];
 };
 
 inline void FindColumns(const uint8* above, const uint8* here, const uint8* below, int32 count, Columns& columns) {
-    for (int32 x = 0; x < count + kWords; x += kWords) {
-        const Words a = WordsAt(above + x), b = WordsAt(here + x), c = WordsAt(below + x);
+    for (int32 x = 0; x < count + kWideWords; x += kWideWords) {
+        const WideWords a = WideWordsOf(above + x), b = WideWordsOf(here + x), c = WideWordsOf(below + x);
         Store(a + c + (b + b), columns.sum + x);
         Store(c - a, columns.difference + x);
     }
 }
 
-inline Words DirectionOf(Words dx, Words dy, Words ax, Words ay) {
-    const auto flat = reinterpret_cast<Words>(UpperProductOfWords(reinterpret_cast<Vector>(ax), SplatWord(kFlat)));
-    const Words steep = flat + (ax + ax);
+inline WideWords DirectionOf(WideWords dx, WideWords dy, WideWords ax, WideWords ay) {
+    const WideWords flat = UpperProduct(ax, kFlat);
+    const WideWords steep = flat + (ax + ax);
     static_assert(kAlongX == 0 && kRising == kFalling - 1);
-    const Words diagonal = kFalling + ((dx ^ dy) >> 15);
-    return ay > steep ? Words{} + kAlongY : diagonal & (ay > flat);
+    const WideWords diagonal = kFalling + ((dx ^ dy) >> 15);
+    return ay > steep ? WideWords{} + kAlongY : diagonal & (ay > flat);
 }
 
 void RunGradients(const EdgeRows& rows, int32 low, const GradientRow& out) {
-    const Words limit = Words{} + static_cast<int16>(low);
+    const WideWords limit = WideWords{} + static_cast<int16>(low);
     Columns columns;
     for (int32 first = 0; first < rows.width; first += Columns::kMost) {
         const int32 left = (rows.width - first + 63) & ~63, count = left < Columns::kMost ? left : Columns::kMost;
         FindColumns(rows.above + first, rows.here + first, rows.below + first, count, columns);
-        for (int32 x = 0; x < count; x += kWords) {
+        for (int32 x = 0; x < count; x += kWideWords) {
             const int16 *sum = columns.sum + x, *difference = columns.difference + x;
-            const Words middle = Load<Words>(difference + 1);
-            const Words dx = Load<Words>(sum + 2) - Load<Words>(sum);
-            const Words dy = Load<Words>(difference) + Load<Words>(difference + 2) + (middle + middle);
-            const Words ax = Absolute(dx), ay = Absolute(dy), m = ax + ay;
+            const WideWords middle = Load<WideWords>(difference + 1);
+            const WideWords dx = Load<WideWords>(sum + 2) - Load<WideWords>(sum);
+            const WideWords dy = Load<WideWords>(difference) + Load<WideWords>(difference + 2) + (middle + middle);
+            const WideWords ax = Absolute(dx), ay = Absolute(dy), m = ax + ay;
             Store(m & (m > limit), out.magnitude + first + x);
             Store(DirectionOf(dx, dy, ax, ay), out.direction + first + x);
         }
@@ -239,33 +254,64 @@ void RunGradients(const EdgeRows& rows, int32 low, const GradientRow& out) {
     out.magnitude[rows.width] = 0;
 }
 
-/// Ridges among kWords pixels, and those of them above a limit.
+/// Ridges among 64 pixels, and those of them above a limit, a bit each.
 struct Ridges {
-    Vector all, strong;
+    uint64 all, strong;
 };
 
-inline Ridges RidgesAt(const int16* above, const GradientRow& here, const int16* below, int32 x, Vector limit) {
-    const Vector direction = LoadBytes(here.direction + x), rising = SplatWord(kRising);
-    const DirectionMasks masks = {AreAbove(rising, direction), EqualWords(direction, SplatWord(kAlongX)),
-                                  EqualWords(direction, rising)};
-    const Vector ridges = AreRidges(above + x, here.magnitude + x, below + x, masks);
-    return {ridges, Both(ridges, AreAbove(LoadBytes(here.magnitude + x), limit))};
+#if ORVANE_WIDEST
+/// As AreRidges has it.
+inline Ridges RidgesAt(const int16* above, const GradientRow& row, const int16* below, int32 x, int16 limit) {
+    Ridges ridges{0, 0};
+    for (int32 i = 0; i < 64; i += kWideWords, x += kWideWords) {
+        const int16 *up = above + x, *here = row.magnitude + x, *down = below + x;
+        const auto all = [](int16 v) { return reinterpret_cast<WideVector>(WideWords{} + v); };
+        const auto direction = Load<WideVector>(row.direction + x);
+        const __mmask32 rising = _mm512_cmpeq_epi16_mask(direction, all(kRising));
+        const __mmask32 axial = _mm512_cmplt_epi16_mask(direction, all(kRising));
+        const __mmask32 alongX = _mm512_cmpeq_epi16_mask(direction, all(kAlongX));
+        const auto choose = [&](const int16* falling, const int16* rise, const int16* alongY, const int16* level) {
+            auto v = Load<WideVector>(falling);
+            v = _mm512_mask_loadu_epi16(v, rising, rise);
+            v = _mm512_mask_loadu_epi16(v, axial, alongY);
+            return _mm512_mask_loadu_epi16(v, alongX, level);
+        };
+        const WideVector first = choose(up - 1, up + 1, up, here - 1);
+        const WideVector second = choose(down + 1, down - 1, down, here + 1);
+        const auto m = Load<WideVector>(here);
+        const __mmask32 isLargest = _mm512_cmpgt_epi16_mask(m, first) &
+                                    (_mm512_cmpgt_epi16_mask(m, second) | (axial & _mm512_cmpeq_epi16_mask(m, second)));
+        ridges.all |= uint64{isLargest} << i;
+        ridges.strong |= uint64{isLargest & _mm512_cmpgt_epi16_mask(m, all(limit))} << i;
+    }
+    return ridges;
 }
+#else
+inline Ridges RidgesAt(const int16* above, const GradientRow& here, const int16* below, int32 x, int16 limit) {
+    Ridges ridges{0, 0};
+    for (int32 i = 0; i < 64; i += kBytes) {
+        Vector all[2], strong[2];
+        for (int32 half = 0; half < 2; ++half, x += kWords) {
+            const Vector direction = LoadBytes(here.direction + x), rising = SplatWord(kRising);
+            const DirectionMasks masks = {AreAbove(rising, direction), EqualWords(direction, SplatWord(kAlongX)),
+                                          EqualWords(direction, rising)};
+            all[half] = AreRidges(above + x, here.magnitude + x, below + x, masks);
+            strong[half] = Both(all[half], AreAbove(LoadBytes(here.magnitude + x), SplatWord(limit)));
+        }
+        ridges.all |= uint64{SetBits(PackMasks(all[0], all[1]))} << i;
+        ridges.strong |= uint64{SetBits(PackMasks(strong[0], strong[1]))} << i;
+    }
+    return ridges;
+}
+#endif
 
 void RunRidges(const int16* above, const GradientRow& here, const int16* below, int32 width, int32 high, uint64* ridges,
                uint64* strong) {
-    const Vector limit = SplatWord(static_cast<int16>(high));
     for (int32 x = 0; x < width; x += 64) {
-        uint64 stay = 0, start = 0;
-        for (int32 i = 0; i < 64; i += kBytes) {
-            const Ridges low = RidgesAt(above, here, below, x + i, limit);
-            const Ridges upper = RidgesAt(above, here, below, x + i + kWords, limit);
-            stay |= uint64{SetBits(PackMasks(low.all, upper.all))} << i;
-            start |= uint64{SetBits(PackMasks(low.strong, upper.strong))} << i;
-        }
+        const Ridges found = RidgesAt(above, here, below, x, static_cast<int16>(high));
         const uint64 inside = width - x < 64 ? (uint64{1} << (width - x)) - 1 : ~uint64{0};
-        *ridges++ = stay & inside;
-        *strong++ = start & inside;
+        *ridges++ = found.all & inside;
+        *strong++ = found.strong & inside;
     }
 }
 
