@@ -75,6 +75,17 @@ TEST(LinuxPictureIo, APictureThatIsGivenAwayIsEncodedWhereItLies) {
     }
 }
 
+TEST(LinuxPictureIo, WhatBeginsLikeAJpegAndIsNoneIsDamaged) {
+    const TempFolder folder;
+    for (const std::string& content : {std::string("\xFF\xD8"), std::string("\xFF\xD8 and no marker"),
+                                       std::string("\xFF\xD8\xFF\xFE\0\2\xFF\xD9", 8)}) {
+        Picture picture;
+        std::string error;
+        EXPECT_FALSE(ReadPicture(folder.Put("p.jpg", content), &picture, &error));
+        EXPECT_EQ(error, "damaged picture") << testing::PrintToString(content);
+    }
+}
+
 TEST(LinuxPictureIo, APnmIsRead) {
     const TempFolder folder;
     const Picture picture = Read(folder.Put("p.any", std::string("P5 2 1 255\n\x40\xC0", 13)));

@@ -83,9 +83,8 @@ Picture HandOver(PixbufPtr pixbuf) {
     return picture;
 }
 
-/// The decoder for BMP asks for all bytes that the header tells before the pixels, up to four gigabytes, when it is
-/// only asked for the size.
-bool CheckBmp(const std::string& content, std::string* error) {
+/// Of a file whose size and end can be told without a decoder.
+bool CheckHeader(const std::string& content, std::string* error) {
     const std::optional<HeaderSize> told = SizeInHeader(content);
     if (told && told->width > 0 && told->height > 0 && !IsPictureSizeAllowed(told->width, told->height)) {
         *error = TooLargeText(told->width, told->height);
@@ -102,7 +101,9 @@ bool CheckFile(const std::string& path, const std::string& content, std::string*
         *error = kDamaged;
         return false;
     }
-    if (FormatOfContent(content) == PictureFormat::bmp && !CheckBmp(content, error)) return false;
+    // The decoder for BMP asks for all bytes that the header tells before the pixels, up to four gigabytes, when it is
+    // only asked for the size.
+    if (FormatOfContent(content) == PictureFormat::bmp && !CheckHeader(content, error)) return false;
     int width = 0;
     int height = 0;
     GdkPixbufFormat* format = gdk_pixbuf_get_file_info(path.c_str(), &width, &height);
@@ -164,23 +165,9 @@ bool DecodeWithInkProfile(const std::string& content, Picture* picture) {
     return true;
 }
 
-bool CheckJpeg(const std::string& content, std::string* error) {
-    const std::optional<HeaderSize> told = SizeInHeader(content);
-    if (told && told->width > 0 && told->height > 0 && !IsPictureSizeAllowed(told->width, told->height)) {
-        *error = TooLargeText(told->width, told->height);
-    } else if (!ReachesItsEnd(content)) {
-        *error = kBreaksOff;
-    } else if (!told || told->width < 1 || told->height < 1) {
-        *error = kDamaged;
-    } else {
-        return true;
-    }
-    return false;
-}
-
 /// By the library that also writes them: the other one takes what a profile's segments say of themselves for true.
 bool DecodeJpegPicture(const std::string& content, Picture* picture, std::string* warning, std::string* error) {
-    if (!CheckJpeg(content, error)) return false;
+    if (!CheckHeader(content, error)) return false;
     if (DecodeWithInkProfile(content, picture)) return true;
     Picture stored;
     if (!DecodeJpeg(content, &stored, error)) return false;
