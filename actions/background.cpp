@@ -44,15 +44,21 @@ int32 RemoveBackground(BackgroundAnalyzer& analyzer, int32 fillLevel, const Imag
                        ImageBuffer& destination, ImageBuffer& mask, int32 tolerance, bool softenEdges,
                        const FaceRecord& face, int32 originalWidth, int32 originalHeight) {
     analyzer.fillLevel = fillLevel;
-    mask.Fill(kMaskUnclassified);
-    if (tolerance < kSmallestTolerance || !IsPicture(source)) return kNoPicture;
+    if (tolerance < kSmallestTolerance || !IsPicture(source)) {
+        mask.Fill(kMaskUnclassified);
+        return kNoPicture;
+    }
     destination.Remake(source.width, source.height, 3, kDepth8u);
     analyzer.ComputeSamplePoints(source.width, source.height);
     const ImageRect rect{StartOf(face.centreX, face.faceWidth), StartOf(face.centreY, face.faceHeight), face.faceWidth,
                          face.faceHeight};
-    if (!BuildRegionMask(source, mask, analyzer, tolerance, rect)) return kNoPicture;
-    const bool done =
-        RefineAndComposite(source, destination, analyzer, mask, kPasses, softenEdges, originalWidth, originalHeight);
+    RegionMask regions;
+    if (!BuildRegionMask(source, regions, analyzer, tolerance, rect)) {
+        regions.Paint(mask);
+        return kNoPicture;
+    }
+    const bool done = RefineAndComposite(source, destination, analyzer, regions, mask, kPasses, softenEdges,
+                                         originalWidth, originalHeight);
     return done ? kSuccess : kNoPicture;
 }
 

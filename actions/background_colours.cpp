@@ -30,7 +30,7 @@ public:
     }
 
     /// False, with some marked, where a band is none for MarkBand.
-    bool Mark(int32 radius, uint8* marks) const {
+    bool Mark(int32 radius, ColourMarks& marks) const {
         for (std::size_t i = 0; i < count_; ++i) {
             if (IsRepeated(i)) continue;
             if (!MarkBand(BandOf(i, radius), marks)) return false;
@@ -61,43 +61,47 @@ private:
     std::size_t count_ = 0;
 };
 
-bool MarkPairs(const Samples& samples, int32 radius, uint8* marks) {
-    std::memset(marks, kMaskUnclassified, kColourPairs);
+bool MarkPairs(const Samples& samples, int32 radius, ColourMarks& marks) {
     if (samples.Mark(radius, marks)) return true;
     ImageBuffer plane;
     BandPlanes planes;
     if (!planes.Create() || !plane.Create(kColourLevels, kColourLevels, 1, kDepth8u, 0)) return false;
     plane.Fill(kMaskUnclassified);
     samples.MarkByPlanes(radius, planes, plane);
-    std::memcpy(marks, plane.data, kColourPairs);
+    marks = {};
+    for (int32 i = 0; i < kColourPairs; ++i) {
+        if (plane.data[i] != kMaskUnclassified) {
+            marks[static_cast<std::size_t>(i / kColourLevels)].Add(i % kColourLevels);
+        }
+    }
     return true;
 }
 
-/// From marks by value and saturation to those by largest channel and range, of which each largest channel has no
-/// more than itself.
-void SortByRanges(const uint8* marks, uint8* byRange) {
-    for (int32 v = 0; v < kColourLevels; ++v, marks += kColourLevels, byRange += kColourLevels) {
+/// From marks by value and saturation to a table by largest channel and range, of which each largest channel has no
+/// more than itself: 1 where there is no mark.
+void SortByRanges(const ColourMarks& marks, uint8* byRange) {
+    for (int32 v = 0; v < kColourLevels; ++v, byRange += kColourLevels) {
         uint8 pixels[3 * kColourLevels], values[kColourLevels], saturations[kColourLevels];
         std::memset(pixels, v, sizeof pixels);
         for (int32 range = 0; range <= v; ++range) pixels[std::ptrdiff_t{3} * range] = static_cast<uint8>(v - range);
         SplitValueAndSaturation(pixels, sizeof pixels, values, saturations, sizeof values, {v + 1, 1});
-        for (int32 range = 0; range <= v; ++range) byRange[range] = marks[saturations[range]];
+        const SaturationSet& marked = marks[static_cast<std::size_t>(v)];
+        for (int32 range = 0; range <= v; ++range) byRange[range] = marked.Has(saturations[range]) ? 0 : 1;
     }
 }
 
 } // namespace
 
-bool MarkAllSamples(const ImageBuffer& source, const BackgroundAnalyzer& analyzer, ImageBuffer& mask, int32 tolerance) {
-    if (!mask.Remake(source.width, source.height, 1, kDepth8u)) return false;
+bool MarkAllSamples(const ImageBuffer& source, const BackgroundAnalyzer& analyzer, BitPlane& others, int32 tolerance) {
+    if (!others.Create(source.Size())) return false;
     const int32 radius = TruncToInt32(std::max(tolerance, 1) * 0.6 + 0.5);
-    uint8 marks[kColourPairs];
+    ColourMarks marks{};
     if (!MarkPairs(Samples(source, analyzer), radius, marks)) return false;
     uint8 byRange[kColourPairs];
     SortByRanges(marks, byRange);
     const RowKernels& kernels = CurrentRowKernels();
-    for (int32 y = 0; y < mask.height; ++y) {
-        kernels.lookUpColours(RowAt(source.data, source.Step(), y), byRange, RowAt(mask.data, mask.Step(), y),
-                              mask.width);
+    for (int32 y = 0; y < source.height; ++y) {
+        kernels.markColours(RowAt(source.data, source.Step(), y), byRange, others.Row(y), source.width);
     }
     return true;
 }

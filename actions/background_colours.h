@@ -3,12 +3,13 @@
 #pragma once
 
 #include "actions/background_analyzer.h"
+#include "primitives/bit_plane.h"
 
 namespace orvane {
 
-/// Makes `mask` anew, as large as `source`, a picture of three channels: 0 for the pixels that have a background
-/// colour, 154 for all others. A larger tolerance makes wider bands. Sample points beyond the picture say nothing.
-/// False without storage.
-bool MarkAllSamples(const ImageBuffer& source, const BackgroundAnalyzer& analyzer, ImageBuffer& mask, int32 tolerance);
+/// Makes `others` of the size of `source`, a picture of three channels, and marks in it the pixels that do not have a
+/// background colour. A larger tolerance makes wider bands. Sample points beyond the picture say nothing. False without
+/// storage.
+bool MarkAllSamples(const ImageBuffer& source, const BackgroundAnalyzer& analyzer, BitPlane& others, int32 tolerance);
 
 } // namespace orvane

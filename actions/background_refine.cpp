@@ -2,7 +2,9 @@
 
 #include "actions/assertion.h"
 #include "actions/plane_painting.h"
+#include "primitives/heap_array.h"
 #include "primitives/primitives.h"
+#include "primitives/resize_frame.h"
 #include "primitives/row_kernels.h"
 #include "primitives/trunc.h"
 
@@ -56,15 +58,32 @@ void Smooth(ImageBuffer& framed, ImageSize size, int32 passes) {
     for (int32 i = 0; i < 6 * passes + 1; ++i) plane.Blur();
 }
 
-bool RefineMask(ImageBuffer& mask, int32 passes, bool softenEdges, ImageSize work) {
-    const double xFactor = static_cast<double>(work.width) / mask.width;
-    const double yFactor = static_cast<double>(work.height) / mask.height;
+/// Levels of the nearest pixels. Only rows that are asked for are painted.
+bool ScaleRegions(const RegionMask& regions, double xFactor, double yFactor, ImageSize size, ImageBuffer& scaled) {
+    HeapArray<int32> rows, columns;
+    HeapArray<uint8> levels;
+    if (!rows.Allocate(size.height) || !columns.Allocate(size.width) || !levels.Allocate(regions.Size().width) ||
+        !scaled.Create(size.width, size.height, 1, kDepth8u, 0)) {
+        return false;
+    }
+    const int32 height = NearestPositions(regions.Size().height, yFactor, size.height, rows.data());
+    const int32 width = NearestPositions(regions.Size().width, xFactor, size.width, columns.data());
+    for (int32 y = 0; y < height; ++y) {
+        regions.PaintRow(rows[y], levels.data());
+        uint8* to = RowAt(scaled.data, scaled.Step(), y);
+        for (int32 x = 0; x < width; ++x) to[x] = levels[columns[x]];
+    }
+    return true;
+}
+
+bool RefineMask(const RegionMask& regions, ImageBuffer& mask, int32 passes, bool softenEdges, ImageSize work) {
+    const ImageSize size = regions.Size();
+    const double xFactor = static_cast<double>(work.width) / size.width;
+    const double yFactor = static_cast<double>(work.height) / size.height;
     ImageBuffer scaled;
-    if (mask.data == nullptr || !scaled.Create(work.width, work.height, 1, kDepth8u, 0)) return false;
-    ReportStatus(primResize_8u_C1(mask.data, mask.Size(), mask.Step(), {0, 0, mask.width, mask.height}, scaled.data,
-                                  scaled.Step(), work, xFactor, yFactor, kNearest));
+    if (!ScaleRegions(regions, xFactor, yFactor, work, scaled)) return false;
     ImageBuffer framed = AddBorder(scaled, 1, 0);
-    if (framed.data == nullptr) return false;
+    if (framed.data == nullptr || !mask.Remake(size.width, size.height, 1, kDepth8u)) return false;
     Smooth(framed, work, passes);
     ReportStatus(primResize_8u_C1(framed.data + framed.Step() + 1, work, framed.Step(), {0, 0, work.width, work.height},
                                   mask.data, mask.Step(), mask.Size(), 1.0 / xFactor, 1.0 / yFactor,
@@ -84,9 +103,10 @@ void PutOnFlatField(const ImageBuffer& source, ImageBuffer& destination, int32 f
 } // namespace
 
 bool RefineAndComposite(const ImageBuffer& source, ImageBuffer& destination, const BackgroundAnalyzer& analyzer,
-                        ImageBuffer& mask, int32 passes, bool softenEdges, int32 originalWidth, int32 originalHeight) {
+                        const RegionMask& regions, ImageBuffer& mask, int32 passes, bool softenEdges,
+                        int32 originalWidth, int32 originalHeight) {
     if (destination.data == nullptr) return false;
-    if (!RefineMask(mask, passes, softenEdges, WorkSize(originalWidth, originalHeight))) return false;
+    if (!RefineMask(regions, mask, passes, softenEdges, WorkSize(originalWidth, originalHeight))) return false;
     PutOnFlatField(source, destination, analyzer.fillLevel, mask);
     return true;
 }

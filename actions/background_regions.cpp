@@ -6,62 +6,76 @@
 #include "primitives/primitives.h"
 #include "primitives/trunc.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 namespace orvane {
 namespace {
 
 constexpr float kSmallestBackground = 0.2F; // of the picture
 
-/// The work buffer of a flood fill.
-class FloodBuffer {
-public:
-    explicit FloodBuffer(ImageSize size) : data_(static_cast<uint8*>(primMalloc(FloodFillUse(size)))) {}
-    ~FloodBuffer() { primFree(data_); }
-    FloodBuffer(const FloodBuffer&) = delete;
-    FloodBuffer& operator=(const FloodBuffer&) = delete;
-
-    uint8* Data() const { return data_; }
-
-private:
-    uint8* data_;
-};
-
 int64 Distance(int32 a, int32 b) { return std::abs(int64{a} - b); }
 int32 Middle(int32 a, int32 b) { return TruncToInt32(static_cast<double>(int64{a} + b) * 0.5); }
 
+/// The levels of up to 64 pixels.
+void PaintWord(uint64 subject, uint64 background, uint8* levels, int32 count) {
+    const bool allBackground = background == ~uint64{0}, noBackground = background == 0;
+    if (allBackground || (noBackground && (subject == 0 || subject == ~uint64{0}))) { // most words, count is 64 or less
+        const uint8 level = allBackground ? kMaskBackground : subject == 0 ? kMaskNeither : kMaskSubject;
+        std::memset(levels, level, static_cast<std::size_t>(count));
+        return;
+    }
+    for (int32 i = 0; i < count; i += 8, subject >>= 8, background >>= 8) {
+        const uint64 eight =
+            (kMaskNeither * uint64{0x0101010101010101} | BytesOfEightBits(subject)) & ~BytesOfEightBits(background);
+        static_assert(kMaskSubject == 255 && kMaskBackground == 0);
+        std::memcpy(levels + i, &eight, static_cast<std::size_t>(std::min(count - i, 8)));
+    }
+}
+
 } // namespace
 
-bool BuildRegionMask(const ImageBuffer& source, ImageBuffer& mask, const BackgroundAnalyzer& analyzer, int32 tolerance,
+void RegionMask::PaintRow(int32 y, uint8* levels) const {
+    const uint64 *inSubject = subject.Row(y), *inBackground = background.Row(y);
+    for (int32 i = 0; i < subject.Words(); ++i, levels += 64) {
+        PaintWord(inSubject[i], inBackground[i], levels, std::min(Size().width - 64 * i, 64));
+    }
+}
+
+void RegionMask::Paint(ImageBuffer& mask) const {
+    if (background.IsEmpty() || !mask.Remake(Size().width, Size().height, 1, kDepth8u)) return;
+    for (int32 y = 0; y < Size().height; ++y) PaintRow(y, RowAt(mask.data, mask.Step(), y));
+}
+
+bool BuildRegionMask(const ImageBuffer& source, RegionMask& mask, const BackgroundAnalyzer& analyzer, int32 tolerance,
                      ImageRect face) {
-    if (!MarkAllSamples(source, analyzer, mask, tolerance)) return false;
+    BitPlane others;
+    if (!MarkAllSamples(source, analyzer, others, tolerance)) return false;
     const int32 left = TruncToInt32(face.x + 0.3 * face.width);
     const int32 top = TruncToInt32(face.y + 0.12 * face.height);
     const int32 right = TruncToInt32(face.x + 0.7 * face.width);
     const int32 bottom = TruncToInt32(face.y + 0.88 * face.height);
-    return KeepFaceCore(mask, left, top, right, bottom) && ClearCornerRegion(mask);
+    return KeepFaceCore(others, left, top, right, bottom, mask.subject) &&
+           ClearCornerRegion(mask.subject, mask.background);
 }
 
-bool KeepFaceCore(ImageBuffer& mask, int32 left, int32 top, int32 right, int32 bottom) {
-    const FloodBuffer buffer(mask.Size());
-    if (buffer.Data() == nullptr) return false;
-    ReportStatus(PaintRect(mask, {left, top, Distance(left, right), Distance(top, bottom)}, kMaskUnclassified));
-    const ImagePoint seed{Middle(left, right), Middle(top, bottom)};
-    ConnectedRegion subject{};
-    // A seed beyond the mask is refused by the fill.
-    ReportStatus(
-        primFloodFill8_8u_C1I(mask.data, mask.Step(), mask.Size(), seed, kMaskSubject, &subject, buffer.Data()));
-    ReportStatus(primThresholdVal_8u_C1I(mask.data, mask.Step(), mask.Size(), kMaskSubject, kMaskNeither, kLess));
+bool KeepFaceCore(BitPlane& others, int32 left, int32 top, int32 right, int32 bottom, BitPlane& subject) {
+    ReportStatus(MarkRect(others, {left, top, Distance(left, right), Distance(top, bottom)}));
+    int64 area = 0;
+    const int32 status = FloodBits(others, {Middle(left, right), Middle(top, bottom)}, 1, subject, area);
+    if (status == kNoMemory) return false;
+    ReportStatus(status); // a middle beyond the plane
     return true;
 }
 
-bool ClearCornerRegion(ImageBuffer& mask) {
-    const FloodBuffer buffer(mask.Size());
-    const ImagePoint seed{mask.width - 3, mask.height - 3};
-    ConnectedRegion background{};
-    ReportStatus(
-        primFloodFill4_8u_C1I(mask.data, mask.Step(), mask.Size(), seed, kMaskBackground, &background, buffer.Data()));
-    return static_cast<double>(kSmallestBackground) * mask.width * mask.height <= background.area;
+bool ClearCornerRegion(const BitPlane& subject, BitPlane& background) {
+    const ImageSize size = subject.Size();
+    int64 area = 0;
+    const int32 status = FloodBits(subject, {size.width - 3, size.height - 3}, 0, background, area);
+    if (status == kNoMemory) return false;
+    ReportStatus(status); // a small plane
+    return static_cast<double>(kSmallestBackground) * size.width * size.height <= static_cast<double>(area);
 }
 
 } // namespace orvane

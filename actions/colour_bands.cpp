@@ -40,19 +40,32 @@ void Invert(const ImageBuffer& kept, ImageBuffer& inverted) {
     ReportStatus(primCompareC_8u_C1(kept.data, kept.Step(), 0, inverted.data, inverted.Step(), kept.Size(), kEqual));
 }
 
-/// Marks the saturations with a bit that the value has too; a level 0 counts as one that was not kept.
-void MarkRow(int32 keptValue, LevelRange saturations, uint8* marks) {
-    if (keptValue == 0) return;
-    for (int32 s = saturations.low; s <= saturations.high; ++s) {
-        marks[s] = static_cast<uint8>((keptValue & s) != 0 ? 0 : marks[s]);
-    }
+/// The saturations within the range.
+SaturationSet Within(LevelRange range) {
+    SaturationSet set;
+    for (int32 s = range.low; s <= range.high; ++s) set.Add(s);
+    return set;
 }
 
-/// Marks all saturations that were not kept.
-void MarkAround(LevelRange saturations, uint8* marks) {
-    std::fill_n(marks, std::max<int32>(saturations.low, 1), uint8{0});
-    std::fill(marks + saturations.high + 1, marks + kColourLevels, uint8{0});
+/// Those that are not kept of the range: 0 too, which is as if it was not.
+SaturationSet Around(LevelRange range) {
+    SaturationSet set;
+    for (int32 s = 0; s < kColourLevels; ++s) {
+        if (range.Kept(s) == 0) set.Add(s);
+    }
+    return set;
 }
+
+/// For each value the saturations that have a bit in common with it.
+constexpr ColourMarks kSharingABit = [] {
+    ColourMarks marks{};
+    for (int32 v = 0; v < kColourLevels; ++v) {
+        for (int32 s = 0; s < kColourLevels; ++s) {
+            if ((v & s) != 0) marks[static_cast<std::size_t>(v)].Add(s);
+        }
+    }
+    return marks;
+}();
 
 bool CreatePlane(ImageBuffer& plane) { return plane.Create(kColourLevels, kColourLevels, 1, kDepth8u, 0); }
 
@@ -64,19 +77,17 @@ ColourBand BandAround(int32 value, int32 saturation, int32 radius) {
             TruncToInt32(saturation - 0.5 * radius + 0.5), TruncToInt32(saturation + 0.5 * radius + 0.5)};
 }
 
-bool MarkBand(const ColourBand& band, uint8* marks) {
+bool MarkBand(const ColourBand& band, ColourMarks& marks) {
     const LevelRange values = WrapRange(band.valueLow, band.valueHigh);
     const LevelRange saturations = WrapRange(band.saturationLow, band.saturationHigh);
     if (!values.IsOrdered() || !saturations.IsOrdered()) return false;
-    for (int32 v = 0; v < kColourLevels; ++v, marks += kColourLevels) {
-        const int32 kept = values.Kept(v);
-        if (saturations.wrapped) {
-            MarkAround(saturations, marks);
-        } else if (!values.wrapped) {
-            MarkRow(kept, saturations, marks);
-        } else if (kept == 0) {
-            MarkRow(255, saturations, marks);
-        }
+    const SaturationSet set = saturations.wrapped ? Around(saturations) : Within(saturations);
+    for (int32 v = 0; v < kColourLevels; ++v) {
+        // Outside a range that goes round, a value counts as one with all bits.
+        const int32 kept = values.wrapped ? (values.Kept(v) == 0 ? kColourLevels - 1 : 0) : values.Kept(v);
+        SaturationSet marked = set;
+        if (!saturations.wrapped) marked &= kSharingABit[static_cast<std::size_t>(kept)];
+        marks[static_cast<std::size_t>(v)] |= marked;
     }
     return true;
 }

@@ -4,6 +4,8 @@
 
 #include "image/image_buffer.h"
 
+#include <array>
+
 namespace orvane {
 
 inline constexpr int32 kColourLevels = 256;
@@ -20,11 +22,35 @@ struct ColourBand {
 /// radius.
 ColourBand BandAround(int32 value, int32 saturation, int32 radius);
 
-/// Sets the marks to 0 of the pairs whose value and saturation lie in the two ranges and have a bit in common. Where
-/// the saturation's range goes round, it decides alone, whatever the value.
-/// @param marks kColourPairs of them; no other one changes
+/// Some of the saturations, a bit each.
+class SaturationSet {
+public:
+    constexpr bool Has(int32 saturation) const {
+        return (words_[static_cast<std::size_t>(saturation / 64)] >> saturation % 64 & 1) != 0;
+    }
+    constexpr void Add(int32 saturation) {
+        words_[static_cast<std::size_t>(saturation / 64)] |= uint64{1} << saturation % 64;
+    }
+    constexpr SaturationSet& operator|=(const SaturationSet& other) {
+        for (std::size_t i = 0; i < words_.size(); ++i) words_[i] |= other.words_[i];
+        return *this;
+    }
+    constexpr SaturationSet& operator&=(const SaturationSet& other) {
+        for (std::size_t i = 0; i < words_.size(); ++i) words_[i] &= other.words_[i];
+        return *this;
+    }
+
+private:
+    std::array<uint64, kColourLevels / 64> words_{};
+};
+
+/// The marked saturations of each value.
+using ColourMarks = std::array<SaturationSet, kColourLevels>;
+
+/// Marks the pairs whose value and saturation lie in the two ranges and have a bit in common. Where the saturation's
+/// range goes round, it decides alone, whatever the value.
 /// False, with nothing marked, for bounds so far out that they end in the wrong order: see BandPlanes.
-bool MarkBand(const ColourBand& band, uint8* marks);
+bool MarkBand(const ColourBand& band, ColourMarks& marks);
 
 /// The same by primitives over planes, whatever the bounds: a primitive refuses those in the wrong order, which is
 /// told, and what it would have written stays as the band before left it. So all bands of a picture go this way
@@ -34,6 +60,7 @@ public:
     /// False without storage.
     bool Create();
 
+    /// Sets the marks of 256 by 256 pixels to 0.
     void Mark(const ColourBand& band, ImageBuffer& marks);
 
 private:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "image/image_buffer.h"
+#include "primitives/bit_plane.h"
 
 namespace orvane {
 
@@ -14,5 +15,8 @@ struct PaintedRect {
 /// Sets those pixels of a one-channel 8-bit plane that lie in `rect`; what lies beyond the plane is left out.
 /// Status, in order of test: a plane without storage -8; a size of `rect` below 1 -6.
 int32 PaintRect(ImageBuffer& plane, PaintedRect rect, uint8 value);
+
+/// Marks those pixels of a plane that lie in `rect`, likewise. Status: a size of `rect` below 1 -6.
+int32 MarkRect(BitPlane& plane, PaintedRect rect);
 
 } // namespace orvane

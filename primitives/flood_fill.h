@@ -1,7 +1,7 @@
 // Flood fills: everything of one value that hangs together with a seed pixel gets a new value.
 #pragma once
 
-#include "primitives/types.h"
+#include "primitives/bit_plane.h"
 
 namespace orvane {
 
@@ -31,8 +31,9 @@ int32 primFloodFillGetSize(ImageSize roi, int32* size);
 
 } // namespace generic
 
-/// Bytes of that buffer which a flood fill of the region truly uses, for whoever takes it for one fill alone; no
-/// more than 2^31 - 1. The region has pixels.
-int32 FloodFillUse(ImageSize roi);
+/// Marks in `filled`, a new plane, what is connected to the seed in `plane` through pixels that are marked as the seed
+/// is: by the four direct neighbours for a `reach` of 0, by all eight for 1. `area` is their number.
+/// Status, in order of test: no memory -9, and `filled` has no pixels then; seed outside the plane -11.
+int32 FloodBits(const BitPlane& plane, ImagePoint seed, int32 reach, BitPlane& filled, int64& area);
 
 } // namespace orvane

@@ -141,21 +141,33 @@ inline void StorePairs(Vector low, Vector high, uint16* to) {
 #endif
 }
 
-void RunLookUpColours(const uint8* src, const uint8* table, uint8* to, int32 width) {
-    constexpr int32 kPixels = 4 * kBytes;
+/// What a table of noughts and ones has at 64 places, in four parts side by side.
+inline uint64 BitsAt(const uint8* table, const uint16* places) {
+    uint64 a = 0, b = 0, c = 0, d = 0;
+    for (int32 i = 15; i >= 0; --i) {
+        a = 2 * a + table[places[i]];
+        b = 2 * b + table[places[i + 16]];
+        c = 2 * c + table[places[i + 32]];
+        d = 2 * d + table[places[i + 48]];
+    }
+    return a | b << 16 | c << 32 | d << 48;
+}
+
+void RunMarkColours(const uint8* src, const uint8* table, uint64* to, int32 width) {
+    constexpr int32 kPixels = 64;
+    uint16 pairs[kPixels];
     int32 x = 0;
     for (; width - x >= kPixels; x += kPixels) {
-        uint16 pairs[kPixels];
         for (int32 i = 0; i < kPixels; i += kBytes, src += 3 * kBytes) {
             const LevelsOfPixels of = LevelsOf(Channels(src));
             StorePairs(of.range, of.largest, pairs + i);
         }
-        for (int32 i = 0; i < kPixels; ++i) to[x + i] = table[pairs[i]];
+        *to++ = BitsAt(table, pairs);
     }
-    for (; x < width; ++x, src += 3) {
+    for (int32 i = 0; i < width - x; ++i, src += 3) {
         const int32 largest = Larger(Larger(src[0], src[1]), src[2]);
         const int32 smallest = Smaller(Smaller(src[0], src[1]), src[2]);
-        to[x] = table[256 * largest + (largest - smallest)];
+        *to = (i == 0 ? 0 : *to) | uint64{table[256 * largest + (largest - smallest)]} << i;
     }
 }
 

@@ -214,8 +214,9 @@ struct RowKernels {
     /// Value and saturation alone.
     void (*valueAndSaturation)(const uint8* src, uint8* values, uint8* saturations, int32 width);
 
-    /// What a table has for each pixel, by 256 times its largest channel plus how far the smallest lies below.
-    void (*lookUpColours)(const uint8* src, const uint8* table, uint8* to, int32 width);
+    /// A bit for each pixel, as in a BitPlane: what a table of noughts and ones has by 256 times the pixel's largest
+    /// channel plus how far the smallest lies below.
+    void (*markColours)(const uint8* src, const uint8* table, uint64* to, int32 width);
 
     void (*grey)(const uint8* src, uint8* dst, int32 width);
 

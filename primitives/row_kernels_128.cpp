@@ -15,7 +15,7 @@ using namespace kernels128;
 const RowKernels kRowKernels128 = {
     RunHsv,
     RunValueAndSaturation,
-    RunLookUpColours,
+    RunMarkColours,
     RunGrey,
     RunSplit,
     RunReverse,

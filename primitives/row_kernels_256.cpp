@@ -18,7 +18,7 @@ using namespace kernels256;
 const RowKernels kRowKernels256 = {
     RunHsv,
     RunValueAndSaturation,
-    RunLookUpColours,
+    RunMarkColours,
     RunGrey,
     RunSplit,
     RunReverse,

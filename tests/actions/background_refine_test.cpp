@@ -2,6 +2,7 @@
 #include "actions/background_refine.h"
 
 #include "primitives/primitives.h"
+#include "tests/support/bit_planes.h"
 #include "tests/support/heap_limit.h"
 #include "tests/support/pictures.h"
 #include "tests/support/portrait.h"
@@ -10,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <type_traits>
 
@@ -44,21 +46,19 @@ protected:
     Refinement() {
         g_filters.clear();
         test::MakeRandomPicture(source, 90, 60, 3, 1);
-        EXPECT_TRUE(mask.Create(90, 60, 1, kDepth8u, 0));
+        test::MakeRandomPicture(mask, 7, 5, 1, 1);
         EXPECT_TRUE(destination.Create(90, 60, 3, kDepth8u, 0));
-        mask.Fill(255.0);
     }
 
     bool Refine(int32 passes = 2, bool soften = true, ImageSize original = {0, 0}) {
-        return RefineAndComposite(source, destination, analyzer, mask, passes, soften, original.width, original.height);
+        RegionMask regions;
+        test::MakeBitPlane(regions.subject, {90, 60}, isSubject);
+        test::MakeBitPlane(regions.background, {90, 60}, [&](int32 x, int32 y) { return !isSubject(x, y); });
+        return RefineAndComposite(source, destination, analyzer, regions, mask, passes, soften, original.width,
+                                  original.height);
     }
 
-    void ClearBelow(int32 rows) {
-        for (int32 y = 0; y < rows; ++y) {
-            for (int32 x = 0; x < 90; ++x) *test::PixelAt(mask, x, y) = 0;
-        }
-    }
-
+    std::function<bool(int32, int32)> isSubject = [](int32, int32) { return true; };
     ImageBuffer source, destination, mask;
     BackgroundAnalyzer analyzer;
 
@@ -105,7 +105,7 @@ TEST_F(Refinement, OfAMaskWithoutBackgroundKeepsThePictureOnceTheBlurHasPassedTh
 }
 
 TEST_F(Refinement, OfAMaskOfBackgroundIsTheFillLevel) {
-    mask.Fill(0.0);
+    isSubject = [](int32, int32) { return false; };
     analyzer.fillLevel = 40;
     EXPECT_TRUE(Refine());
     ImageBuffer expected;
@@ -115,14 +115,13 @@ TEST_F(Refinement, OfAMaskOfBackgroundIsTheFillLevel) {
 }
 
 TEST_F(Refinement, TakesAwayWhatIsThinnerThanTheErosion) {
-    mask.Fill(0.0);
-    for (int32 y = 0; y < 60; ++y) *test::PixelAt(mask, 45, y) = 255; // 3 columns of 300
+    isSubject = [](int32 x, int32) { return x == 45; }; // 3 columns of 300
     EXPECT_TRUE(Refine());
     EXPECT_EQ(+*test::PixelAt(mask, 45, 30), 0);
 }
 
 TEST_F(Refinement, BringsAStraightEdgeBackOutByTheBlur) {
-    ClearBelow(30);
+    isSubject = [](int32, int32 y) { return y >= 30; };
     EXPECT_TRUE(Refine());
     // Of the 8 rows of 300 that the erosion takes the blur gives back those where it stays above 0.
     int32 edge = 0;
@@ -137,24 +136,21 @@ TEST_F(Refinement, BringsAStraightEdgeBackOutByTheBlur) {
 }
 
 TEST_F(Refinement, ScalesBackLinearlyOnlyWhenSoftened) {
-    ClearBelow(30);
-    ImageBuffer start, soft;
-    start.CopyFrom(mask);
+    isSubject = [](int32, int32 y) { return y >= 30; };
+    ImageBuffer soft;
     EXPECT_TRUE(Refine(2, true));
     soft.CopyFrom(mask);
-    mask.CopyFrom(start);
     EXPECT_TRUE(Refine(2, false));
     EXPECT_FALSE(test::SamePicture("", "", soft, mask));
 }
 
 TEST_F(Refinement, WithoutStorageIsRefused) {
-    for (int32 allowed = 0; allowed < 2; ++allowed) {
-        bool refined = true;
-        test::Printed([&] {
-            const test::HeapLimit limit(allowed);
-            refined = Refine();
-        });
-        EXPECT_FALSE(refined) << allowed;
+    RegionMask regions;
+    test::MakeBitPlane(regions.subject, {90, 60}, isSubject);
+    ASSERT_TRUE(regions.background.Create({90, 60}));
+    for (int32 allowed = 0; allowed < 6; ++allowed) { // rows, columns, levels, scaled and framed mask, the mask itself
+        const test::HeapLimit limit(allowed);
+        EXPECT_FALSE(RefineAndComposite(source, destination, analyzer, regions, mask, 2, true, 0, 0)) << allowed;
     }
     destination.Reset();
     EXPECT_FALSE(Refine());

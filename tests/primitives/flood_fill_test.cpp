@@ -2,6 +2,8 @@
 
 #include "primitives/primitives.h"
 #include "tests/reference/flood_fill.h"
+#include "tests/support/bit_planes.h"
+#include "tests/support/heap_limit.h"
 
 #include <cstring>
 #include <functional>
@@ -12,15 +14,11 @@ namespace {
 
 using Bytes = Plane<uint8>;
 
-/// A work buffer of exactly the size that a fill says to use, which is within the documented one; with guard bytes on
-/// both sides, at any alignment.
+/// A work buffer of exactly the size that the query tells, with guard bytes on both sides, at any alignment.
 class WorkBuffer {
 public:
-    WorkBuffer(ImageSize roi, int32 misalignment)
-        : before_(static_cast<std::size_t>(kGuard + misalignment)), size_(FloodFillUse(roi)) {
-        int32 documented = 0;
-        EXPECT_EQ(kOk, primFloodFillGetSize(roi, &documented));
-        EXPECT_LE(size_, documented) << roi.width << "x" << roi.height;
+    WorkBuffer(ImageSize roi, int32 misalignment) : before_(static_cast<std::size_t>(kGuard + misalignment)) {
+        EXPECT_EQ(kOk, primFloodFillGetSize(roi, &size_));
         bytes_.assign(before_ + static_cast<std::size_t>(size_) + kGuard, kGuardByte);
     }
     uint8* Data() { return bytes_.data() + before_; }
@@ -34,7 +32,7 @@ private:
     static constexpr int32 kGuard = 64;
     static constexpr uint8 kGuardByte = 0xA5;
     std::size_t before_;
-    int32 size_;
+    int32 size_ = 0;
     std::vector<uint8> bytes_;
 };
 
@@ -53,6 +51,20 @@ int32 Fill(Bytes& plane, ImageSize roi, ImagePoint seed, uint8 newValue, int32 n
     return entry(plane.Data(), plane.Step(), roi, seed, newValue, &region, buffer.Data());
 }
 
+/// Expects the same pixels of a fill of bits, of which those are set that equal the seed, or all others.
+void JudgeBits(const Bytes& plane, ImagePoint seed, int32 reach, const Bytes& filledPlane, double area) {
+    const ImageSize size{plane.RowElements(), plane.Height()};
+    for (const bool marked : {true, false}) {
+        BitPlane bits, filled;
+        MakeBitPlane(bits, size,
+                     [&](int32 x, int32 y) { return (plane.At(x, y) == plane.At(seed.x, seed.y)) == marked; });
+        int64 count = -1;
+        ASSERT_EQ(kOk, FloodBits(bits, seed, reach, filled, count));
+        EXPECT_EQ(static_cast<double>(count), area) << (marked ? "marked" : "not marked");
+        EXPECT_TRUE(IsMarkedWhere(filled, [&](int32 x, int32 y) { return plane.At(x, y) != filledPlane.At(x, y); }));
+    }
+}
+
 /// Fills a copy of the plane, and expects what the reference makes of it.
 void Judge(const Bytes& plane, ImagePoint seed, uint8 newValue, int32 neighbours, int32 misalignment) {
     const ImageSize roi{plane.RowElements(), plane.Height()};
@@ -63,7 +75,8 @@ void Judge(const Bytes& plane, ImagePoint seed, uint8 newValue, int32 neighbours
     const ConnectedRegion expectedRegion = reference::FloodFill(expected, roi, seed, newValue, neighbours);
     EXPECT_SAME_PLANE(uint8, result, expected);
     ExpectSameRegion(expectedRegion, region);
-    EXPECT_TRUE(buffer.GuardsStand()) << "the work outgrew what it said";
+    EXPECT_TRUE(buffer.GuardsStand()) << "the work outgrew its buffer";
+    JudgeBits(plane, seed, neighbours == 8 ? 1 : 0, expected, expectedRegion.area);
     if (::testing::Test::HasFailure()) {
         FAIL() << roi.width << "x" << roi.height << ", " << neighbours << " neighbours, seed " << seed.x << ","
                << seed.y;
@@ -270,6 +283,27 @@ TEST(FloodFill, TestsPointersSizeStepSeedThenWhetherABufferCanExist) {
     }
     EXPECT_EQ(-1, region.area) << "a refused call wrote";
     EXPECT_EQ(7, image[0]) << "a refused call wrote";
+}
+
+TEST(FloodFill, OfBitsTestsMemoryThenTheSeed) {
+    BitPlane plane, none;
+    MakeBitPlane(plane, {70, 2}, [](int32 x, int32) { return x < 65; });
+    int64 area = -1;
+    for (const int32 allowed : {0, 1}) {
+        BitPlane filled;
+        const HeapLimit limit(allowed);
+        EXPECT_EQ(kNoMemory, FloodBits(plane, {70, 0}, 0, filled, area)) << allowed;
+        EXPECT_TRUE(filled.IsEmpty());
+        EXPECT_EQ(0, area);
+    }
+    for (const ImagePoint outside : {ImagePoint{-1, 0}, ImagePoint{0, -1}, ImagePoint{70, 0}, ImagePoint{0, 2}}) {
+        BitPlane filled;
+        EXPECT_EQ(kSeedOutside, FloodBits(plane, outside, 0, filled, area)) << outside.x << "," << outside.y;
+        EXPECT_TRUE(IsMarkedWhere(filled, [](int32, int32) { return false; }));
+        EXPECT_EQ(0, area);
+    }
+    BitPlane filled;
+    EXPECT_EQ(kNoMemory, FloodBits(none, {0, 0}, 0, filled, area)) << "a plane without pixels";
 }
 
 TEST(FloodFillSize, IsSixBytesAPixelAnd32CutTo32Bits) {
