@@ -299,7 +299,7 @@ private:
             uint8* const to = DestinationPixel<Channels>(f, static_cast<int32>(first), row.y);
             starts[i] = {row.at.u, row.at.v, to, row.end - end};
         }
-        SampleRowsLinearly({f.src, f.srcSize, f.srcStep, {f.map.cosine, f.map.sine}}, starts, end - first);
+        SampleRowsLinearly<Channels>({f.src, f.srcSize, f.srcStep, {f.map.cosine, f.map.sine}}, starts, end - first);
         for (int32 i = 0; i < kTurnedRows; ++i) {
             rows[i].x = end;
             rows[i].at = {starts[i].u, starts[i].v};
@@ -376,7 +376,7 @@ int32 Rotate(RotateFrame f, double angle, double xShift, double yShift, int32 in
     if (IsDegenerate(f.map)) return kDegenerateTransform;
     if (f.srcRoi.width < 2 || f.srcRoi.height < 2) return kSourceTooSmall;
     if (interpolation == kNearest) return RotateBySpans<Channels, SampleNearest<Channels>, false>(f);
-    return RotateBySpans<Channels, SampleLinear<Channels>, Channels == 3>(f);
+    return RotateBySpans<Channels, SampleLinear<Channels>, true>(f);
 }
 
 /// A frame that writes all of `dstRoi`, from the destination's first pixel on.

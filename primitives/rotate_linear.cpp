@@ -287,9 +287,9 @@ bool Offsets32(const LinearPath& path) {
 }
 
 #ifdef __SSE2__
-/// Whether there is a kernel for both rows, and they lie inside.
-bool TakesTogether(const LinearPath& path, const TurnedStart (&rows)[kTurnedRows], int64 count) {
-    if (CurrentRowKernels().turnedRows3 == nullptr || !Offsets32(path) || count > kLongestWidePiece) return false;
+/// Whether both rows lie inside, as a kernel for both wants them.
+bool LieInside(const LinearPath& path, const TurnedStart (&rows)[kTurnedRows], int64 count) {
+    if (!Offsets32(path) || count > kLongestWidePiece) return false;
     for (const TurnedStart& row : rows) {
         if (!LiesInside(path, {row.u, row.v}, count)) return false;
     }
@@ -332,13 +332,17 @@ void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uin
     SampleExactly<Channels>(way, at, count, to);
 }
 
+template <int32 Channels>
 void SampleRowsLinearly(const LinearPath& path, TurnedStart (&rows)[kTurnedRows], int64 count) {
 #ifdef __SSE2__
-    if (TakesTogether(path, rows, count) && CurrentRowKernels().turnedRows3(TurnedPathOf<3>(path), rows, count)) return;
+    const auto together = Channels == 3 ? CurrentRowKernels().turnedRows3 : CurrentRowKernels().turnedRows1;
+    if (together != nullptr && LieInside(path, rows, count) && together(TurnedPathOf<Channels>(path), rows, count)) {
+        return;
+    }
 #endif
     for (TurnedStart& row : rows) {
         SourcePosition at{row.u, row.v};
-        SampleLinearly<3>(path, at, count, row.to);
+        SampleLinearly<Channels>(path, at, count, row.to);
         row.u = at.u;
         row.v = at.v;
     }
@@ -346,5 +350,7 @@ void SampleRowsLinearly(const LinearPath& path, TurnedStart (&rows)[kTurnedRows]
 
 template void SampleLinearly<1>(const LinearPath& path, SourcePosition& at, int64 count, uint8* to);
 template void SampleLinearly<3>(const LinearPath& path, SourcePosition& at, int64 count, uint8* to);
+template void SampleRowsLinearly<1>(const LinearPath& path, TurnedStart (&rows)[kTurnedRows], int64 count);
+template void SampleRowsLinearly<3>(const LinearPath& path, TurnedStart (&rows)[kTurnedRows], int64 count);
 
 } // namespace orvane

@@ -25,8 +25,9 @@ struct LinearPath {
 template <int32 Channels>
 void SampleLinearly(const LinearPath& path, SourcePosition& at, int64 count, uint8* to);
 
-/// The same of neighbouring rows of three channels, which a processor may take together: each one's `u` and `v` end one
-/// step behind the last sample, unless none of the row follow.
+/// The same of neighbouring rows, which a processor may take together: each one's `u` and `v` end one step behind the
+/// last sample, unless none of the row follow.
+template <int32 Channels>
 void SampleRowsLinearly(const LinearPath& path, TurnedStart (&rows)[kTurnedRows], int64 count);
 
 } // namespace orvane

@@ -167,14 +167,14 @@ inline void SampleBlocks(const TurnedPath& path, PieceWay& way, int64 count, uin
 template <int32 Channels>
 int64 RunTurnedRow(const TurnedPath& turned, double& uAt, double& vAt, int64 count, uint8* to) {
     const TurnedPath path = turned; // which no pixel can change
-    const bool runs = Channels == 3 && GoesByRuns(path);
+    const bool runs = GoesByRuns(path);
     const int64 piece = runs ? kRunPiece : 128; // what the errors of fixed point go by
     while (count >= (runs ? 1 : kSamples)) {
         int64 samples = count < piece ? count : piece;
         if (!runs) samples -= samples % kSamples;
         PieceWay way{uAt, vAt};
         if (runs) {
-            way = SampleRuns(path, {uAt, vAt, to, 0}, samples);
+            way = SampleRuns<Channels>(path, {uAt, vAt, to, 0}, samples);
         } else {
             SampleBlocks<Channels>(path, way, samples, to);
             way.GoTo(path, samples);
@@ -187,10 +187,11 @@ int64 RunTurnedRow(const TurnedPath& turned, double& uAt, double& vAt, int64 cou
     return count;
 }
 
+template <int32 Channels>
 bool RunTurnedRows(const TurnedPath& turned, TurnedStart (&rows)[kTurnedRows], int64 count) {
     if (!GoesByRuns(turned)) return false;
     const TurnedPath path = turned; // which no pixel can change
-    SampleRunsOfTwo(path, rows[0], rows[1], count);
+    SampleRunsOfTwo<Channels>(path, rows[0], rows[1], count);
     return true;
 }
 

@@ -83,22 +83,25 @@ struct PieceWay {
 constexpr int32 kRunDoubt = 8;
 /// Vectors of a run, and its pixels: a longer one is cut.
 constexpr int32 kRunVectors = 24;
-constexpr int64 kRunPixels = kRunVectors * 8 / 3;
+template <int32 Channels>
+constexpr int64 kRunPixels = kRunVectors * 8 / Channels;
 
 /// How far the pixel of each byte of a run lies from its first, along both axes; as many as the longest run has.
+template <int32 Channels>
 struct RunWays {
     float x[kRunVectors][8], y[kRunVectors][8];
 
     explicit RunWays(const TurnedPath& path) {
         const auto xStep = static_cast<float>(path.uStep - 1.0), yStep = static_cast<float>(path.vStep);
-        const __m256i thirds = _mm256_set1_epi32(21846); // of 2^16, and a little more
+        const __m256i part = _mm256_set1_epi32(Channels == 3 ? 21846 : 65536); // a byte's of its pixel, by 2^16
         __m256i bytes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
         const double slope = path.vStep < 0.0 ? -path.vStep : path.vStep;
-        const double longest = slope * kRunPixels > 1.0 ? 1.0 / slope + 2.0 : static_cast<double>(kRunPixels);
-        const int32 needed = static_cast<int32>(longest) * 3 / 8 + 1;
+        constexpr auto kMost = static_cast<double>(kRunPixels<Channels>);
+        const double longest = slope * kMost > 1.0 ? 1.0 / slope + 2.0 : kMost;
+        const int32 needed = static_cast<int32>(longest) * Channels / 8 + 1;
         const int32 vectors = needed < kRunVectors ? needed : kRunVectors;
         for (int32 i = 0; i < vectors; ++i, bytes = _mm256_add_epi32(bytes, _mm256_set1_epi32(8))) {
-            const __m256 pixels = _mm256_cvtepi32_ps(_mm256_srli_epi32(_mm256_mullo_epi32(bytes, thirds), 16));
+            const __m256 pixels = _mm256_cvtepi32_ps(_mm256_srli_epi32(_mm256_mullo_epi32(bytes, part), 16));
             _mm256_storeu_ps(x[i], _mm256_mul_ps(pixels, _mm256_set1_ps(xStep)));
             _mm256_storeu_ps(y[i], _mm256_mul_ps(pixels, _mm256_set1_ps(yStep)));
         }
@@ -110,29 +113,32 @@ inline __m256 EightFloats(const uint8* bytes) {
 }
 
 /// Eight bytes of a row and their right neighbours, as floats.
+template <int32 Channels>
 struct CornerPair {
     __m256 left, difference;
 
     explicit CornerPair(const uint8* bytes)
-        : left(EightFloats(bytes)), difference(_mm256_sub_ps(EightFloats(bytes + 3), left)) {}
+        : left(EightFloats(bytes)), difference(_mm256_sub_ps(EightFloats(bytes + Channels), left)) {}
     __m256 At(__m256 x) const { return _mm256_fmadd_ps(difference, x, left); }
 };
 
 /// Eight bytes of samples: the byte in bits 16 to 23 of a number, the fraction below.
-inline __m256i SampleBetween(const CornerPair& upper, const CornerPair& lower, __m256 x, __m256 y) {
+template <int32 Channels>
+inline __m256i SampleBetween(const CornerPair<Channels>& upper, const CornerPair<Channels>& lower, __m256 x, __m256 y) {
     const __m256 top = upper.At(x);
     const __m256 sample = _mm256_fmadd_ps(_mm256_sub_ps(lower.At(x), top), y, top);
     return DoubledNumbers(_mm256_add_ps(sample, _mm256_set1_ps(kRaiseBy<kRunDoubt>)));
 }
 
 /// Some samples between two rows: the first one's place.
+template <int32 Channels>
 struct Run {
     const uint8* upper;
     const uint8* lower;
     __m256 x, y;
 
-    __m256i Eight(const RunWays& ways, std::ptrdiff_t i) const {
-        return SampleBetween(CornerPair(upper + 8 * i), CornerPair(lower + 8 * i),
+    __m256i Eight(const RunWays<Channels>& ways, std::ptrdiff_t i) const {
+        return SampleBetween(CornerPair<Channels>(upper + 8 * i), CornerPair<Channels>(lower + 8 * i),
                              _mm256_add_ps(x, _mm256_loadu_ps(ways.x[i])),
                              _mm256_add_ps(y, _mm256_loadu_ps(ways.y[i])));
     }
@@ -181,6 +187,7 @@ struct RowCrossings {
 };
 
 /// A row of runs: the lines of pixels that end its run at hand, and where its samples lie from them.
+template <int32 Channels>
 struct RunRow {
     const uint8* upper;
     double x, y; // of the first sample
@@ -190,20 +197,20 @@ struct RunRow {
     RunRow(const TurnedPath& path, const TurnedStart& start, const RowCrossings& ends)
         : rowEnd(ends.rows.ends), columnEnd(ends.columns.ends) {
         const auto column0 = static_cast<int32>(start.u), row0 = static_cast<int32>(start.v);
-        upper = path.src + static_cast<std::ptrdiff_t>(row0) * path.srcStep + 3 * std::ptrdiff_t{column0};
+        upper = path.src + static_cast<std::ptrdiff_t>(row0) * path.srcStep + Channels * std::ptrdiff_t{column0};
         x = start.u - column0;
         y = start.v - row0;
     }
 
     /// Of the run that begins at sample `done`.
     int32 End(int32 done) const {
-        int32 end = done + static_cast<int32>(kRunPixels);
+        int32 end = done + static_cast<int32>(kRunPixels<Channels>);
         end = Lesser(*rowEnd, end);
         return Lesser(*columnEnd, end);
     }
 
-    Run From(const TurnedPath& path, int32 first) const {
-        const uint8* from = upper + 3 * std::ptrdiff_t{first};
+    Run<Channels> From(const TurnedPath& path, int32 first) const {
+        const uint8* from = upper + Channels * std::ptrdiff_t{first};
         const auto at = static_cast<double>(first);
         return {from, from + path.srcStep, _mm256_set1_ps(static_cast<float>(x + at * (path.uStep - 1.0))),
                 _mm256_set1_ps(static_cast<float>(y + at * path.vStep))};
@@ -219,25 +226,27 @@ struct RunRow {
         if (first == *columnEnd) {
             ++columnEnd;
             x += 1.0;
-            upper -= 3;
+            upper -= Channels;
         }
     }
 };
 
 /// What the samples in doubt of a run come to, which begins at sample `first` of its piece.
-[[gnu::noinline]] void DecideDoubts(const TurnedPath& path, const RunWays& ways, PieceWay& way, Run run, int32 first,
-                                    int32 bytes, uint8* to) {
+template <int32 Channels>
+[[gnu::noinline]] void DecideDoubts(const TurnedPath& path, const RunWays<Channels>& ways, PieceWay& way,
+                                    Run<Channels> run, int32 first, int32 bytes, uint8* to) {
     for (std::ptrdiff_t i = 0; 8 * i < bytes; ++i) {
         for (uint32 doubts = DoubtsOf<kRunDoubt>(run.Eight(ways, i)); doubts != 0; doubts &= doubts - 1) {
-            const std::ptrdiff_t pixel = (8 * i + __builtin_ctz(doubts)) / 3;
-            if (3 * pixel < bytes) way.Decide(path, first + pixel, to + 3 * pixel);
+            const std::ptrdiff_t pixel = (8 * i + __builtin_ctz(doubts)) / Channels;
+            if (Channels * pixel < bytes) way.Decide(path, first + pixel, to + Channels * pixel);
         }
     }
 }
 
 /// A run near the end of a piece, which its last vector would leave.
-[[gnu::noinline]] void SampleLastRun(const TurnedPath& path, const RunWays& ways, PieceWay& way, Run run, int32 first,
-                                     int32 bytes, uint8* to) {
+template <int32 Channels>
+[[gnu::noinline]] void SampleLastRun(const TurnedPath& path, const RunWays<Channels>& ways, PieceWay& way,
+                                     Run<Channels> run, int32 first, int32 bytes, uint8* to) {
     uint8 apart[kRunVectors * 8];
     __m256i least = _mm256_set1_epi32(-1); // of the fractions
     for (std::ptrdiff_t i = 0; 8 * i < bytes; ++i) {
@@ -257,7 +266,8 @@ struct LeastOfTwo {
 };
 
 /// Whole vectors of a run; the least of their fractions.
-inline __m256i SampleOneRun(const RunWays& ways, const Run& run, int32 vectors, uint8* to) {
+template <int32 Channels>
+inline __m256i SampleOneRun(const RunWays<Channels>& ways, const Run<Channels>& run, int32 vectors, uint8* to) {
     __m256i least = _mm256_set1_epi32(-1);
     for (std::ptrdiff_t i = 0; i < vectors; ++i) {
         const __m256i samples = run.Eight(ways, i);
@@ -268,12 +278,13 @@ inline __m256i SampleOneRun(const RunWays& ways, const Run& run, int32 vectors, 
 }
 
 /// The same of two runs, of which one ends at the row where the other begins.
-inline LeastOfTwo SampleTwoRuns(const RunWays& ways, const Run& a, const Run& b, int32 vectors, uint8* toA,
-                                uint8* toB) {
+template <int32 Channels>
+inline LeastOfTwo SampleTwoRuns(const RunWays<Channels>& ways, const Run<Channels>& a, const Run<Channels>& b,
+                                int32 vectors, uint8* toA, uint8* toB) {
     LeastOfTwo least{_mm256_set1_epi32(-1), _mm256_set1_epi32(-1)};
     for (std::ptrdiff_t i = 0; i < vectors; ++i) {
         const __m256 xWay = _mm256_loadu_ps(ways.x[i]), yWay = _mm256_loadu_ps(ways.y[i]);
-        const CornerPair upper(a.upper + 8 * i), middle(b.upper + 8 * i), lower(b.lower + 8 * i);
+        const CornerPair<Channels> upper(a.upper + 8 * i), middle(b.upper + 8 * i), lower(b.lower + 8 * i);
         const __m256i samplesA = SampleBetween(upper, middle, _mm256_add_ps(a.x, xWay), _mm256_add_ps(a.y, yWay));
         const __m256i samplesB = SampleBetween(middle, lower, _mm256_add_ps(b.x, xWay), _mm256_add_ps(b.y, yWay));
         StoreEight(samplesA, toA + 8 * i);
@@ -287,19 +298,20 @@ inline void ExpectRun(const uint8* from, int32 bytes, std::ptrdiff_t ahead) {
     for (int32 i = 0; i < bytes; i += 64) Expect(from + i, ahead);
 }
 
+template <int32 Channels>
 PieceWay SampleRuns(const TurnedPath& path, const TurnedStart& start, int64 count) {
     PieceWay way{start.u, start.v};
-    const RunWays ways(path);
+    const RunWays<Channels> ways(path);
     const RowCrossings ends(path, start, count);
-    RunRow row(path, start, ends);
+    RunRow<Channels> row(path, start, ends);
     for (int32 done = 0; done < count;) {
         const int32 end = row.End(done);
-        const Run run = row.From(path, done);
-        const int32 bytes = 3 * (end - done);
+        const Run<Channels> run = row.From(path, done);
+        const int32 bytes = Channels * (end - done);
         ExpectRun(run.upper, bytes, path.ahead);
         const auto vectors = static_cast<int32>((static_cast<uint32>(bytes) + 7) / 8);
-        uint8* const to = start.to + 3 * std::ptrdiff_t{done};
-        if (int64{8} * vectors > 3 * (count - done)) {
+        uint8* const to = start.to + Channels * std::ptrdiff_t{done};
+        if (int64{8} * vectors > Channels * (count - done)) {
             SampleLastRun(path, ways, way, run, done, bytes, to);
         } else if (DoubtsOf<kRunDoubt>(SampleOneRun(ways, run, vectors, to)) != 0) {
             DecideDoubts(path, ways, way, run, done, bytes, to);
@@ -313,18 +325,19 @@ PieceWay SampleRuns(const TurnedPath& path, const TurnedStart& start, int64 coun
 
 /// Two neighbouring rows of runs. These end at the same samples in most places, where one row's lower pixels are the
 /// other one's upper ones. All is local, since what a structure keeps takes a tenth longer here.
+template <int32 Channels>
 void SampleRunsOfTwo(const TurnedPath& path, TurnedStart& startA, TurnedStart& startB, int64 count) {
     PieceWay wayA{startA.u, startA.v}, wayB{startB.u, startB.v};
-    const RunWays ways(path);
+    const RunWays<Channels> ways(path);
     const RowCrossings endsA(path, startA, count), endsB(path, startB, count);
     const int64 room = count + (startA.behind < startB.behind ? startA.behind : startB.behind);
     const std::ptrdiff_t srcStep = path.srcStep, ahead = path.ahead;
     const std::ptrdiff_t nextRow = path.vStep > 0.0 ? srcStep : -srcStep;
     const double oneRow = path.vStep > 0.0 ? -1.0 : 1.0;
     const uint8* upperA =
-        path.src + static_cast<int32>(startA.v) * srcStep + 3 * std::ptrdiff_t{static_cast<int32>(startA.u)};
+        path.src + static_cast<int32>(startA.v) * srcStep + Channels * std::ptrdiff_t{static_cast<int32>(startA.u)};
     const uint8* upperB =
-        path.src + static_cast<int32>(startB.v) * srcStep + 3 * std::ptrdiff_t{static_cast<int32>(startB.u)};
+        path.src + static_cast<int32>(startB.v) * srcStep + Channels * std::ptrdiff_t{static_cast<int32>(startB.u)};
     const int32* rowEndA = endsA.rows.ends;
     const int32* rowEndB = endsB.rows.ends;
     const int32* columnEndA = endsA.columns.ends;
@@ -334,24 +347,24 @@ void SampleRunsOfTwo(const TurnedPath& path, TurnedStart& startA, TurnedStart& s
                                    startB.u - static_cast<int32>(startB.u), startB.v - static_cast<int32>(startB.v));
     const __m256d steps = _mm256_setr_pd(path.uStep - 1.0, path.vStep, path.uStep - 1.0, path.vStep);
     for (int32 done = 0; done < count;) {
-        int32 end = done + static_cast<int32>(kRunPixels);
+        int32 end = done + static_cast<int32>(kRunPixels<Channels>);
         end = *rowEndA < end ? *rowEndA : end;
         end = *rowEndB < end ? *rowEndB : end;
         end = *columnEndA < end ? *columnEndA : end;
         end = *columnEndB < end ? *columnEndB : end;
         const __m128 at = _mm256_cvtpd_ps(_mm256_fmadd_pd(_mm256_set1_pd(static_cast<double>(done)), steps, first));
         const __m256 both = _mm256_set_m128(at, at);
-        const uint8* fromA = upperA + 3 * std::ptrdiff_t{done};
-        const uint8* fromB = upperB + 3 * std::ptrdiff_t{done};
-        const Run a = {fromA, fromA + srcStep, _mm256_permute_ps(both, 0x00), _mm256_permute_ps(both, 0x55)};
-        const Run b = {fromB, fromB + srcStep, _mm256_permute_ps(both, 0xAA), _mm256_permute_ps(both, 0xFF)};
-        const int32 bytes = 3 * (end - done);
+        const uint8* fromA = upperA + Channels * std::ptrdiff_t{done};
+        const uint8* fromB = upperB + Channels * std::ptrdiff_t{done};
+        const Run<Channels> a = {fromA, fromA + srcStep, _mm256_permute_ps(both, 0x00), _mm256_permute_ps(both, 0x55)};
+        const Run<Channels> b = {fromB, fromB + srcStep, _mm256_permute_ps(both, 0xAA), _mm256_permute_ps(both, 0xFF)};
+        const int32 bytes = Channels * (end - done);
         ExpectRun(fromA, bytes, ahead);
         ExpectRun(fromB, bytes, ahead);
         const int32 vectors = static_cast<int32>((static_cast<uint32>(bytes) + 7) / 8);
-        uint8* const toA = startA.to + 3 * std::ptrdiff_t{done};
-        uint8* const toB = startB.to + 3 * std::ptrdiff_t{done};
-        if (int64{8} * vectors > 3 * (room - done)) {
+        uint8* const toA = startA.to + Channels * std::ptrdiff_t{done};
+        uint8* const toB = startB.to + Channels * std::ptrdiff_t{done};
+        if (int64{8} * vectors > Channels * (room - done)) {
             SampleLastRun(path, ways, wayA, a, done, bytes, toA);
             SampleLastRun(path, ways, wayB, b, done, bytes, toB);
         } else {
@@ -381,12 +394,12 @@ void SampleRunsOfTwo(const TurnedPath& path, TurnedStart& startA, TurnedStart& s
         if (done == *columnEndA) {
             ++columnEndA;
             first = _mm256_add_pd(first, _mm256_setr_pd(1.0, 0.0, 0.0, 0.0));
-            upperA -= 3;
+            upperA -= Channels;
         }
         if (done == *columnEndB) {
             ++columnEndB;
             first = _mm256_add_pd(first, _mm256_setr_pd(0.0, 0.0, 1.0, 0.0));
-            upperB -= 3;
+            upperB -= Channels;
         }
     }
     const auto end = [&](TurnedStart& start, PieceWay& way) {

@@ -323,8 +323,9 @@ struct RowKernels {
     int64 (*turnedRow1)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
     int64 (*turnedRow3)(const TurnedPath& path, double& u, double& v, int64 count, uint8* to);
 
-    /// Samples all of such a piece of each row, three channels, and leaves where the next sample lies, if any follow.
+    /// Samples all of such a piece of each row, and leaves where the next sample lies, if any follow.
     /// False, with nothing done, where rows taken one by one are as fast; null where they always are.
+    bool (*turnedRows1)(const TurnedPath& path, TurnedStart (&rows)[kTurnedRows], int64 count);
     bool (*turnedRows3)(const TurnedPath& path, TurnedStart (&rows)[kTurnedRows], int64 count);
 };
 

@@ -60,6 +60,7 @@ const RowKernels kRowKernels128 = {
     nullptr,
     nullptr,
     nullptr,
+    nullptr,
 };
 
 } // namespace orvane

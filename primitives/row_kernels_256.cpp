@@ -62,7 +62,8 @@ const RowKernels kRowKernels256 = {
     RunNearBoxMeans<3>,
     RunTurnedRow<1>,
     RunTurnedRow<3>,
-    RunTurnedRows,
+    RunTurnedRows<1>,
+    RunTurnedRows<3>,
 };
 
 } // namespace orvane
