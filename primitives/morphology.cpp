@@ -75,7 +75,7 @@ public:
     }
 
 private:
-    static constexpr int32 kMost = 64;
+    static constexpr int32 kMost = 16; // few, since each row of pixels begins with clearing them
 
     const RowKernels& kernels_;
     uint8* result_;

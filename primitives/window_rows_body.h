@@ -22,8 +22,28 @@ inline int64 LowestBlocks(const uint8* const* rows, int32 count, uint8* result, 
     return x;
 }
 
+/// Blocks of two vectors of so many rows, whose addresses stay in registers.
+template <int32 Count>
+inline int64 LowestOf(const uint8* const* rows, uint8* result, int64 width) {
+    const uint8* row[Count];
+    for (int32 k = 0; k < Count; ++k) row[k] = rows[k];
+    int64 x = 0;
+    for (; width - x >= 2 * kBytes; x += 2 * kBytes) {
+        Vector a = LoadBytes(row[0] + x), b = LoadBytes(row[0] + x + kBytes);
+        for (int32 k = 1; k < Count; ++k) {
+            a = Smallest(a, LoadBytes(row[k] + x));
+            b = Smallest(b, LoadBytes(row[k] + x + kBytes));
+        }
+        StoreBytes(result + x, a);
+        StoreBytes(result + x + kBytes, b);
+    }
+    return x;
+}
+
 void RunLowest(const uint8* const* rows, int32 count, uint8* result, int64 width) {
-    int64 x = LowestBlocks<4>(rows, count, result, 0, width);
+    int64 x = count == 3   ? LowestOf<3>(rows, result, width)
+              : count == 5 ? LowestOf<5>(rows, result, width)
+                           : LowestBlocks<4>(rows, count, result, 0, width);
     for (x = LowestBlocks<1>(rows, count, result, x, width); x < width; ++x) {
         uint8 lowest = rows[0][x];
         for (int32 k = 1; k < count; ++k) lowest = rows[k][x] < lowest ? rows[k][x] : lowest;
