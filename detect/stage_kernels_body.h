@@ -4,11 +4,25 @@
 #include "detect/scan_kernels.h"
 #include "detect/wide_vectors.h"
 
+#include <utility>
+
 namespace orvane::ORVANE_KERNELS {
 namespace {
 
 constexpr auto kLanes = static_cast<int32>(sizeof(Floats) / sizeof(float));
 constexpr int32 kShortLanes = 2 * kWideNumbers;
+
+template <typename Body, int32... Numbers>
+[[gnu::always_inline]] inline void ForEachOf(std::integer_sequence<int32, Numbers...>, const Body& body) {
+    (body(std::integral_constant<int32, Numbers>{}), ...);
+}
+
+/// Calls the body with each number from 0 on as a constant. What a loop indexes would go through memory from one kind
+/// of stumps to the next.
+template <int32 Count, typename Body>
+[[gnu::always_inline]] inline void ForEach(const Body& body) {
+    ForEachOf(std::make_integer_sequence<int32, Count>{}, body);
+}
 
 inline uint32 BitsAtLeast(const FloatPair& v, float least) {
     return BitsAtLeast(v.low, least) | BitsAtLeast(v.high, least) << kWideNumbers;
@@ -37,32 +51,32 @@ inline void RunStumps(int32 count, const PlannedStump*& stump, const int32*& cor
     constexpr int32 kRects = kRectsOfKind[Kind];
     for (int32 i = 0; i < count; ++i, ++stump, corners += kCornersOfKind[Kind], weights += kRects) {
         Floats difference[Groups];
-        for (int32 g = 0; g < Groups; ++g) difference[g] = r.norm[g] * stump->minusThreshold;
+        ForEach<Groups>([&](auto g) { difference[g] = r.norm[g] * stump->minusThreshold; });
         if constexpr (Kind == kRectsAlongASide) {
             const std::ptrdiff_t a = corners[0], b = corners[1], d = corners[2], e = corners[3], m = corners[4],
                                  n = corners[5];
             const Floats first = Splat<Floats>(weights[0]), second = Splat<Floats>(weights[1]);
-            for (int32 g = 0; g < Groups; ++g) {
+            ForEach<Groups>([&](auto g) {
                 const Floats side = Between(r.window[g], d, e);
                 difference[g] = MultiplyAdd(Between(r.window[g], a, b) - side, first, difference[g]);
                 difference[g] = MultiplyAdd(Between(r.window[g], m, n) - side, second, difference[g]);
-            }
+            });
         } else {
             for (int32 rect = 0; rect < kRects; ++rect) {
                 const int32* c = corners + std::ptrdiff_t{4} * rect;
                 const std::ptrdiff_t a = c[0], b = c[1], d = c[2], e = c[3];
                 const Floats weight = Splat<Floats>(weights[rect]);
-                for (int32 g = 0; g < Groups; ++g) {
+                ForEach<Groups>([&](auto g) {
                     const Floats sum = Between(r.window[g], a, b) - Between(r.window[g], d, e);
                     difference[g] = MultiplyAdd(sum, weight, difference[g]);
-                }
+                });
             }
         }
         const Floats more = Splat<Floats>(stump->belowMore);
-        for (int32 g = 0; g < Groups; ++g) {
+        ForEach<Groups>([&](auto g) {
             r.sum[g] = AddBelow(r.sum[g], difference[g], more);
             r.nearest[g] = Nearer(r.nearest[g], difference[g]);
-        }
+        });
     }
 }
 
@@ -77,12 +91,12 @@ template <int32 Groups>
 inline void RunGroups(const ResolvedStage& stage, const float* window, const float* norms, float* sums,
                       const int32* starts, GroupVerdict* verdicts) {
     Running<Groups> r;
-    for (int32 g = 0; g < Groups; ++g) {
+    ForEach<Groups>([&](auto g) {
         r.window[g] = window + starts[g];
         r.norm[g] = Load<Floats>(norms + starts[g]);
         r.sum[g] = Splat<Floats>(stage.allAbove);
         r.nearest[g] = Splat<Floats>(3e38F);
-    }
+    });
     const PlannedStump* stump = stage.stumps;
     const int32* corners = stage.corners;
     const float* weights = stage.weights;
@@ -92,12 +106,12 @@ inline void RunGroups(const ResolvedStage& stage, const float* window, const flo
     RunStumps<kTwoRects>(counts[kNestedRects] + counts[kTwoRects], stump, corners, weights, r); // here they are alike
     RunStumps<kThreeRects>(counts[kThreeRects], stump, corners, weights, r);
     RunStumps<kFourRects>(counts[kFourRects], stump, corners, weights, r);
-    for (int32 g = 0; g < Groups; ++g) {
+    ForEach<Groups>([&](auto g) {
         Floats sum = UnlessDoubtful(r.sum[g], r.nearest[g]);
         if (stage.continues) sum += Load<Floats>(sums + starts[g]);
         Store(sum, sums + starts[g]);
         verdicts[g] = VerdictOf(sum, stage);
-    }
+    });
 }
 
 void RunStage(const ResolvedStage& stage, const float* window, const float* norms, float* sums, const int32* starts,
@@ -174,13 +188,13 @@ inline void RunShortStumps(int32 count, const PlannedStump*& stump, const PartWe
     for (int32 i = 0; i < count; ++i, ++stump, ++weights, corners += kCornersOfKind[Kind]) {
         const WideFloats threshold = Splat<WideFloats>(stump->minusThreshold), unit = Splat<WideFloats>(weights->unit);
         const WideFloats more = Splat<WideFloats>(stump->belowMore);
-        for (int32 g = 0; g < Groups; ++g) {
+        ForEach<Groups>([&](auto g) {
             const PartNumbers sums = SumsOfParts<Kind>(r.window[g], corners, *weights);
             const WideFloats low = MultiplyAdd(FloatsOf(sums.low), unit, r.norm[g].low * threshold);
             const WideFloats high = MultiplyAdd(FloatsOf(sums.high), unit, r.norm[g].high * threshold);
             r.sum[g] = {AddBelow(r.sum[g].low, low, more), AddBelow(r.sum[g].high, high, more)};
             r.nearest[g] = {Nearer(r.nearest[g].low, low), Nearer(r.nearest[g].high, high)};
-        }
+        });
     }
 }
 
@@ -189,12 +203,12 @@ inline void RunShortGroups(const ResolvedStage& stage, const uint16* window, con
                            const int32* starts, GroupVerdict* verdicts) {
     const WideFloats far = Splat<WideFloats>(3e38F), all = Splat<WideFloats>(stage.allAbove);
     ShortRunning<Groups> r;
-    for (int32 g = 0; g < Groups; ++g) {
+    ForEach<Groups>([&](auto g) {
         r.window[g] = window + starts[g];
         r.norm[g] = LoadPair(norms + starts[g]);
         r.sum[g] = {all, all};
         r.nearest[g] = {far, far};
-    }
+    });
     const PlannedStump* stump = stage.stumps;
     const PartWeights* weights = stage.parts;
     const int32* corners = stage.corners;
@@ -204,12 +218,12 @@ inline void RunShortGroups(const ResolvedStage& stage, const uint16* window, con
     RunShortStumps<kTwoRects>(counts[kTwoRects], stump, weights, corners, r);
     RunShortStumps<kThreeRects>(counts[kThreeRects], stump, weights, corners, r);
     RunShortStumps<kFourRects>(counts[kFourRects], stump, weights, corners, r);
-    for (int32 g = 0; g < Groups; ++g) {
+    ForEach<Groups>([&](auto g) {
         const FloatPair sum =
             Ordered({UnlessDoubtful(r.sum[g].low, r.nearest[g].low), UnlessDoubtful(r.sum[g].high, r.nearest[g].high)});
         StorePair(sum, sums + starts[g]);
         verdicts[g] = VerdictOf(sum, stage);
-    }
+    });
 }
 
 /// With fewer registers two groups, which could share the reading of the stumps, take no less.
