@@ -13,7 +13,7 @@ namespace {
 /// Asks in time for what a later row will read. Nothing is read, so the address may lie anywhere.
 inline void Expect(const uint8* pixel, std::ptrdiff_t ahead) {
     const auto address = reinterpret_cast<std::uintptr_t>(pixel) + static_cast<std::uintptr_t>(ahead);
-    _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
+    _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T1);
 }
 
 /// The distance from a double to that power of two which is the smallest of those that lie as far apart as itself.
@@ -37,14 +37,13 @@ inline double WholePart(double v) {
 /// that ends in the middle of two: it is a whole multiple of their distance, as the sums are, and all of them that do
 /// not reach the power's ends can be added as one product, which is exact.
 inline double RoundedSum(double sum, double step, int64 count) {
-    const double inverse = step < 0.0 ? -1.0 / step : 1.0 / step;
     for (auto rest = static_cast<double>(count); rest > 0.0;) {
         const double power = PowerBelow(sum), rounded = (sum + step) - sum;
         const double missing = step - rounded, half = power * 0x1p-53;
         const double room = rounded > 0.0 ? 2.0 * power - sum : sum - power, way = rounded > 0.0 ? rounded : -rounded;
         if (missing < half && -missing < half && way > 0.0 && room >= 2.0 * way) {
             // A step less than there is room for, however that is rounded.
-            const double leap = rest * way < room ? rest - 1.0 : WholePart(room * inverse - 2.0);
+            const double leap = rest * way < room ? rest - 1.0 : WholePart(room / way - 2.0);
             sum += leap * rounded;
             rest -= leap;
         }
@@ -108,26 +107,101 @@ struct RunWays {
     }
 };
 
-inline __m256 EightFloats(const uint8* bytes) {
-    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))));
-}
+// The vectors that a run goes by: of eight bytes, and of as many as the widest register holds as floats.
 
-/// Eight bytes of a row and their right neighbours, as floats.
-template <int32 Channels>
-struct CornerPair {
-    __m256 left, difference;
+struct Eight {
+    static constexpr int32 kVectors = 1; // of eight bytes
+    using Floats = __m256;
+    using Numbers = __m256i;
 
-    explicit CornerPair(const uint8* bytes)
-        : left(EightFloats(bytes)), difference(_mm256_sub_ps(EightFloats(bytes + Channels), left)) {}
-    __m256 At(__m256 x) const { return _mm256_fmadd_ps(difference, x, left); }
+    static Floats FromBytes(const uint8* bytes) {
+        return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes))));
+    }
+    static Floats MultiplyAdd(Floats a, Floats b, Floats c) { return _mm256_fmadd_ps(a, b, c); }
+    static Floats Load(const float* from) { return _mm256_loadu_ps(from); }
+    static Numbers Doubled(Floats raised) { return DoubledNumbers(raised); }
+    static Numbers Least(Numbers a, Numbers b) { return _mm256_min_epu16(a, b); }
+    static Numbers Most() { return _mm256_set1_epi32(-1); }
+    static void Store(Numbers doubled, uint8* to) { StoreEight(doubled, to); }
+    static uint32 Doubts(Numbers doubled) { return DoubtsOf<kRunDoubt>(doubled); }
+
+    static Floats Splat(float v) { return _mm256_set1_ps(v); }
+    static Floats FourTimes(__m128 v) { return _mm256_set_m128(v, v); }
+    template <int Of>
+    static Floats EachOfFour(Floats v) {
+        return _mm256_permute_ps(v, Of);
+    }
+    static __m256 FirstEight(Floats v) { return v; }
 };
 
-/// Eight bytes of samples: the byte in bits 16 to 23 of a number, the fraction below.
-template <int32 Channels>
-inline __m256i SampleBetween(const CornerPair<Channels>& upper, const CornerPair<Channels>& lower, __m256 x, __m256 y) {
-    const __m256 top = upper.At(x);
-    const __m256 sample = _mm256_fmadd_ps(_mm256_sub_ps(lower.At(x), top), y, top);
-    return DoubledNumbers(_mm256_add_ps(sample, _mm256_set1_ps(kRaiseBy<kRunDoubt>)));
+#if ORVANE_WIDEST
+
+// The forms with a mask, of all places, since the compiler takes those without one for uses of a vector that was never
+// set.
+struct Sixteen {
+    static constexpr int32 kVectors = 2;
+    using Floats = __m512;
+    using Numbers = __m512i;
+
+    static Floats FromBytes(const uint8* bytes) {
+        const __m128i sixteen = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+        return _mm512_maskz_cvtepi32_ps(0xFFFF, _mm512_maskz_cvtepu8_epi32(0xFFFF, sixteen));
+    }
+    static Floats MultiplyAdd(Floats a, Floats b, Floats c) { return _mm512_fmadd_ps(a, b, c); }
+    static Floats Load(const float* from) { return _mm512_loadu_ps(from); }
+    static Numbers Doubled(Floats raised) {
+        const Numbers numbers = _mm512_castps_si512(raised);
+        return _mm512_add_epi32(numbers, numbers);
+    }
+    static Numbers Least(Numbers a, Numbers b) { return _mm512_min_epu16(a, b); }
+    static Numbers Most() { return _mm512_set1_epi32(-1); }
+    static void Store(Numbers doubled, uint8* to) {
+        const Numbers thirds = _mm512_shuffle_epi8(doubled, _mm512_set1_epi32(0x0E0A0602));
+        const Numbers places = _mm512_maskz_broadcast_i32x4(0xFFFF, _mm_setr_epi32(0, 4, 8, 12));
+        const Numbers inOrder = _mm512_maskz_permutexvar_epi32(0xFFFF, places, thirds);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to), __builtin_shufflevector(inOrder, inOrder, 0, 1));
+    }
+    static uint32 Doubts(Numbers doubled) {
+        return _mm512_testn_epi32_mask(doubled, _mm512_set1_epi32(0xFFFF & ~(4 * kRunDoubt - 1)));
+    }
+
+    static Floats Splat(float v) { return _mm512_set1_ps(v); }
+    static Floats FourTimes(__m128 v) { return _mm512_maskz_broadcast_f32x4(0xFFFF, v); }
+    template <int Of>
+    static Floats EachOfFour(Floats v) {
+        return _mm512_maskz_permute_ps(0xFFFF, v, Of);
+    }
+    static __m256 FirstEight(Floats v) { return __builtin_shufflevector(v, v, 0, 1, 2, 3, 4, 5, 6, 7); }
+    static Numbers Joined(Numbers least, __m256i eight) {
+        return _mm512_min_epu16(least, _mm512_maskz_inserti64x4(0xFF, Most(), eight, 0));
+    }
+};
+using Widest = Sixteen;
+
+#else
+
+using Widest = Eight;
+
+#endif
+
+/// Bytes of a row and their right neighbours, as floats.
+template <typename Width, int32 Channels>
+struct CornerPair {
+    typename Width::Floats left, difference;
+
+    explicit CornerPair(const uint8* bytes)
+        : left(Width::FromBytes(bytes)), difference(Width::FromBytes(bytes + Channels) - left) {}
+    typename Width::Floats At(typename Width::Floats x) const { return Width::MultiplyAdd(difference, x, left); }
+};
+
+/// Bytes of samples: the byte in bits 16 to 23 of a number, the fraction below.
+template <typename Width, int32 Channels>
+inline typename Width::Numbers SampleBetween(const CornerPair<Width, Channels>& upper,
+                                             const CornerPair<Width, Channels>& lower, typename Width::Floats x,
+                                             typename Width::Floats y) {
+    const auto top = upper.At(x);
+    const auto sample = Width::MultiplyAdd(lower.At(x) - top, y, top);
+    return Width::Doubled(sample + Width::Splat(kRaiseBy<kRunDoubt>));
 }
 
 /// Some samples between two rows: the first one's place.
@@ -135,13 +209,44 @@ template <int32 Channels>
 struct Run {
     const uint8* upper;
     const uint8* lower;
-    __m256 x, y;
+    Widest::Floats x, y;
 
-    __m256i Eight(const RunWays<Channels>& ways, std::ptrdiff_t i) const {
-        return SampleBetween(CornerPair<Channels>(upper + 8 * i), CornerPair<Channels>(lower + 8 * i),
-                             _mm256_add_ps(x, _mm256_loadu_ps(ways.x[i])),
-                             _mm256_add_ps(y, _mm256_loadu_ps(ways.y[i])));
+    /// Of the vector `i` of eight.
+    template <typename Width>
+    typename Width::Numbers Samples(const RunWays<Channels>& ways, std::ptrdiff_t i) const {
+        return SampleBetween(CornerPair<Width, Channels>(upper + 8 * i), CornerPair<Width, Channels>(lower + 8 * i),
+                             X<Width>(ways, i), Y<Width>(ways, i));
     }
+
+    template <typename Width>
+    typename Width::Floats X(const RunWays<Channels>& ways, std::ptrdiff_t i) const {
+        return Own<Width>(x) + Width::Load(ways.x[i]);
+    }
+    template <typename Width>
+    typename Width::Floats Y(const RunWays<Channels>& ways, std::ptrdiff_t i) const {
+        return Own<Width>(y) + Width::Load(ways.y[i]);
+    }
+
+private:
+    template <typename Width>
+    static typename Width::Floats Own(Widest::Floats v) {
+        if constexpr (Width::kVectors == Widest::kVectors) {
+            return v;
+        } else {
+            return Widest::FirstEight(v);
+        }
+    }
+};
+
+/// The least of samples, by words.
+struct LeastSample {
+    Widest::Numbers least = Widest::Most();
+
+    void Take(Widest::Numbers samples) { least = Widest::Least(least, samples); }
+#if ORVANE_WIDEST
+    void Take(__m256i samples) { least = Widest::Joined(least, samples); }
+#endif
+    bool IsInDoubt() const { return Widest::Doubts(least) != 0; }
 };
 
 /// Whether the way leads right, and down or up by less than a pixel in four.
@@ -212,8 +317,8 @@ struct RunRow {
     Run<Channels> From(const TurnedPath& path, int32 first) const {
         const uint8* from = upper + Channels * std::ptrdiff_t{first};
         const auto at = static_cast<double>(first);
-        return {from, from + path.srcStep, _mm256_set1_ps(static_cast<float>(x + at * (path.uStep - 1.0))),
-                _mm256_set1_ps(static_cast<float>(y + at * path.vStep))};
+        return {from, from + path.srcStep, Widest::Splat(static_cast<float>(x + at * (path.uStep - 1.0))),
+                Widest::Splat(static_cast<float>(y + at * path.vStep))};
     }
 
     /// To the run that begins at sample `first`.
@@ -231,16 +336,28 @@ struct RunRow {
     }
 };
 
+/// Calls one body for each of the widest vectors, and another one for what is left.
+template <typename Body>
+[[gnu::always_inline]] inline void ForEachVector(int32 vectors, const Body& body) {
+    std::ptrdiff_t i = 0;
+    for (; i + Widest::kVectors <= vectors; i += Widest::kVectors) body(Widest{}, i);
+    if constexpr (Widest::kVectors > 1) {
+        if (i < vectors) body(Eight{}, i);
+    }
+}
+
 /// What the samples in doubt of a run come to, which begins at sample `first` of its piece.
 template <int32 Channels>
 [[gnu::noinline]] void DecideDoubts(const TurnedPath& path, const RunWays<Channels>& ways, PieceWay& way,
                                     Run<Channels> run, int32 first, int32 bytes, uint8* to) {
-    for (std::ptrdiff_t i = 0; 8 * i < bytes; ++i) {
-        for (uint32 doubts = DoubtsOf<kRunDoubt>(run.Eight(ways, i)); doubts != 0; doubts &= doubts - 1) {
+    ForEachVector((bytes + 7) / 8, [&](auto width, std::ptrdiff_t i) {
+        using Width = decltype(width);
+        const auto samples = run.template Samples<Width>(ways, i);
+        for (uint32 doubts = Width::Doubts(samples); doubts != 0; doubts &= doubts - 1) {
             const std::ptrdiff_t pixel = (8 * i + __builtin_ctz(doubts)) / Channels;
             if (Channels * pixel < bytes) way.Decide(path, first + pixel, to + Channels * pixel);
         }
-    }
+    });
 }
 
 /// A run near the end of a piece, which its last vector would leave.
@@ -248,54 +365,57 @@ template <int32 Channels>
 [[gnu::noinline]] void SampleLastRun(const TurnedPath& path, const RunWays<Channels>& ways, PieceWay& way,
                                      Run<Channels> run, int32 first, int32 bytes, uint8* to) {
     uint8 apart[kRunVectors * 8];
-    __m256i least = _mm256_set1_epi32(-1); // of the fractions
+    LeastSample least;
     for (std::ptrdiff_t i = 0; 8 * i < bytes; ++i) {
-        const __m256i samples = run.Eight(ways, i);
-        StoreEight(samples, apart + 8 * i);
-        least = _mm256_min_epu16(least, samples);
+        const auto samples = run.template Samples<Eight>(ways, i);
+        Eight::Store(samples, apart + 8 * i);
+        least.Take(samples);
     }
     __builtin_memcpy(to, apart, static_cast<std::size_t>(bytes));
-    if (DoubtsOf<kRunDoubt>(least) != 0) DecideDoubts(path, ways, way, run, first, bytes, to);
+    if (least.IsInDoubt()) DecideDoubts(path, ways, way, run, first, bytes, to);
+}
+
+/// Whole vectors of a run.
+template <int32 Channels>
+inline LeastSample SampleOneRun(const RunWays<Channels>& ways, const Run<Channels>& run, int32 vectors, uint8* to) {
+    LeastSample least;
+    ForEachVector(vectors, [&](auto width, std::ptrdiff_t i) {
+        using Width = decltype(width);
+        const auto samples = run.template Samples<Width>(ways, i);
+        Width::Store(samples, to + 8 * i);
+        least.Take(samples);
+    });
+    return least;
 }
 
 /// Of two runs.
 struct LeastOfTwo {
-    __m256i a, b;
+    LeastSample a, b;
 
-    __m256i Both() const { return _mm256_min_epu16(a, b); }
+    bool AnyInDoubt() const { return Widest::Doubts(Widest::Least(a.least, b.least)) != 0; }
 };
 
-/// Whole vectors of a run; the least of their fractions.
-template <int32 Channels>
-inline __m256i SampleOneRun(const RunWays<Channels>& ways, const Run<Channels>& run, int32 vectors, uint8* to) {
-    __m256i least = _mm256_set1_epi32(-1);
-    for (std::ptrdiff_t i = 0; i < vectors; ++i) {
-        const __m256i samples = run.Eight(ways, i);
-        StoreEight(samples, to + 8 * i);
-        least = _mm256_min_epu16(least, samples);
-    }
-    return least;
-}
-
-/// The same of two runs, of which one ends at the row where the other begins.
+/// Whole vectors of two runs, of which one ends at the row where the other begins.
 template <int32 Channels>
 inline LeastOfTwo SampleTwoRuns(const RunWays<Channels>& ways, const Run<Channels>& a, const Run<Channels>& b,
                                 int32 vectors, uint8* toA, uint8* toB) {
-    LeastOfTwo least{_mm256_set1_epi32(-1), _mm256_set1_epi32(-1)};
-    for (std::ptrdiff_t i = 0; i < vectors; ++i) {
-        const __m256 xWay = _mm256_loadu_ps(ways.x[i]), yWay = _mm256_loadu_ps(ways.y[i]);
-        const CornerPair<Channels> upper(a.upper + 8 * i), middle(b.upper + 8 * i), lower(b.lower + 8 * i);
-        const __m256i samplesA = SampleBetween(upper, middle, _mm256_add_ps(a.x, xWay), _mm256_add_ps(a.y, yWay));
-        const __m256i samplesB = SampleBetween(middle, lower, _mm256_add_ps(b.x, xWay), _mm256_add_ps(b.y, yWay));
-        StoreEight(samplesA, toA + 8 * i);
-        StoreEight(samplesB, toB + 8 * i);
-        least = {_mm256_min_epu16(least.a, samplesA), _mm256_min_epu16(least.b, samplesB)};
-    }
+    LeastOfTwo least;
+    ForEachVector(vectors, [&](auto width, std::ptrdiff_t i) {
+        using Width = decltype(width);
+        const CornerPair<Width, Channels> upper(a.upper + 8 * i), middle(b.upper + 8 * i), lower(b.lower + 8 * i);
+        const auto samplesA = SampleBetween(upper, middle, a.template X<Width>(ways, i), a.template Y<Width>(ways, i));
+        const auto samplesB = SampleBetween(middle, lower, b.template X<Width>(ways, i), b.template Y<Width>(ways, i));
+        Width::Store(samplesA, toA + 8 * i);
+        Width::Store(samplesB, toB + 8 * i);
+        least.a.Take(samplesA);
+        least.b.Take(samplesB);
+    });
     return least;
 }
 
 inline void ExpectRun(const uint8* from, int32 bytes, std::ptrdiff_t ahead) {
-    for (int32 i = 0; i < bytes; i += 64) Expect(from + i, ahead);
+    Expect(from, ahead);
+    for (int32 i = 64; i < bytes; i += 64) Expect(from + i, ahead); // few runs are so long
 }
 
 template <int32 Channels>
@@ -313,7 +433,7 @@ PieceWay SampleRuns(const TurnedPath& path, const TurnedStart& start, int64 coun
         uint8* const to = start.to + Channels * std::ptrdiff_t{done};
         if (int64{8} * vectors > Channels * (count - done)) {
             SampleLastRun(path, ways, way, run, done, bytes, to);
-        } else if (DoubtsOf<kRunDoubt>(SampleOneRun(ways, run, vectors, to)) != 0) {
+        } else if (SampleOneRun(ways, run, vectors, to).IsInDoubt()) {
             DecideDoubts(path, ways, way, run, done, bytes, to);
         }
         done = end;
@@ -353,11 +473,13 @@ void SampleRunsOfTwo(const TurnedPath& path, TurnedStart& startA, TurnedStart& s
         end = *columnEndA < end ? *columnEndA : end;
         end = *columnEndB < end ? *columnEndB : end;
         const __m128 at = _mm256_cvtpd_ps(_mm256_fmadd_pd(_mm256_set1_pd(static_cast<double>(done)), steps, first));
-        const __m256 both = _mm256_set_m128(at, at);
+        const Widest::Floats both = Widest::FourTimes(at);
         const uint8* fromA = upperA + Channels * std::ptrdiff_t{done};
         const uint8* fromB = upperB + Channels * std::ptrdiff_t{done};
-        const Run<Channels> a = {fromA, fromA + srcStep, _mm256_permute_ps(both, 0x00), _mm256_permute_ps(both, 0x55)};
-        const Run<Channels> b = {fromB, fromB + srcStep, _mm256_permute_ps(both, 0xAA), _mm256_permute_ps(both, 0xFF)};
+        const Run<Channels> a = {fromA, fromA + srcStep, Widest::EachOfFour<0x00>(both),
+                                 Widest::EachOfFour<0x55>(both)};
+        const Run<Channels> b = {fromB, fromB + srcStep, Widest::EachOfFour<0xAA>(both),
+                                 Widest::EachOfFour<0xFF>(both)};
         const int32 bytes = Channels * (end - done);
         ExpectRun(fromA, bytes, ahead);
         ExpectRun(fromB, bytes, ahead);
@@ -371,13 +493,9 @@ void SampleRunsOfTwo(const TurnedPath& path, TurnedStart& startA, TurnedStart& s
             const LeastOfTwo least = b.upper == a.lower ? SampleTwoRuns(ways, a, b, vectors, toA, toB)
                                                         : LeastOfTwo{SampleOneRun(ways, a, vectors, toA),
                                                                      SampleOneRun(ways, b, vectors, toB)};
-            if (DoubtsOf<kRunDoubt>(least.Both()) != 0) {
-                if (DoubtsOf<kRunDoubt>(least.a) != 0) {
-                    DecideDoubts(path, ways, wayA, a, done, bytes, toA);
-                }
-                if (DoubtsOf<kRunDoubt>(least.b) != 0) {
-                    DecideDoubts(path, ways, wayB, b, done, bytes, toB);
-                }
+            if (least.AnyInDoubt()) {
+                if (least.a.IsInDoubt()) DecideDoubts(path, ways, wayA, a, done, bytes, toA);
+                if (least.b.IsInDoubt()) DecideDoubts(path, ways, wayB, b, done, bytes, toB);
             }
         }
         done = end;

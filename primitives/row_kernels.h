@@ -332,6 +332,10 @@ struct RowKernels {
 /// For every processor, and for those with AVX2 and FMA.
 extern const RowKernels kRowKernels128;
 extern const RowKernels kRowKernels256;
+#if defined(__x86_64__)
+/// Puts those for AVX-512 in place of the ones that they are faster than.
+void UseRowKernels512(RowKernels& kernels);
+#endif
 
 /// Those for the instruction set in use.
 const RowKernels& CurrentRowKernels();
