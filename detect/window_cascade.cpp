@@ -33,7 +33,7 @@ bool WindowCascade::Serves(const ClassifierTables& classifier, ImageSize scaled)
 int32 WindowCascade::StageCount() const { return static_cast<int32>(classifier_->plan.stages.size()); }
 
 bool WindowCascade::Reserve(int32 stride, int32 height) {
-    constexpr int32 kTileWindows = kTileRows * kTileWords * 64 + 1; // and one more, which a group that is none takes
+    constexpr int32 kTileWindows = kTileRows * kTileWords * 64;
     stride_ = stride;
     const int64 windows = int64{stride} * height;
     const int64 tile = int64{stride} * kTileRows;
@@ -152,36 +152,63 @@ void WindowCascade::FindNorms(ScaleRows& rows, int32 height) {
     }
 }
 
-/// Goes by the verdicts of a stage and makes new groups of what is left of each; their number. Nothing waits for the
-/// group before, and no branch depends on a window: neighbours that could share a group, one of fifty, are not worth
-/// it.
+/// Goes by the verdict on a group; those of its windows that live on.
+uint32 WindowCascade::KeptOf(const ScaleRows& rows, const Tile& tile, int32 stage, int32 group) {
+    const uint32 living = present_->living[group];
+    const GroupVerdict& verdict = verdicts_[group];
+    const uint32 doubtful = living & verdict.doubtful;
+    uint32 kept = living & verdict.passes & ~doubtful;
+    if (doubtful != 0) [[unlikely]]
+        kept |= ResolveDoubts(rows, tile, stage, present_->starts[group], doubtful);
+    return kept;
+}
+
+/// Gathers what a stage left into new groups. Their number.
 int32 WindowCascade::DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups) {
     const int32 lanes = LanesOf(stage + 1); // at most as many as before
-    const uint32 all = LowestBits(lanes);
-    const bool narrower = lanes < LanesOf(stage);
-    const int32* starts = present_->starts.data();
-    const uint32* living = present_->living.data();
-    int32* newStarts = next_->starts.data();
-    uint32* newLiving = next_->living.data();
-    int32 count = 0;
-    const auto takeFirst = [&](int32 start, uint32 kept) {
-        const int32 bit = std::countr_zero(kept | 1U << (kMostLanes - 1));
-        newStarts[count] = start + bit; // written over by the next one where none is left
-        newLiving[count] = kept >> bit & all;
-        count += kept != 0 ? 1 : 0;
-        return kept & ~(all << bit);
-    };
-    for (int32 i = 0; i < groups; ++i) {
-        const GroupVerdict& verdict = verdicts_[i];
-        const uint32 doubtful = living[i] & verdict.doubtful;
-        uint32 kept = living[i] & verdict.passes & ~doubtful;
-        if (doubtful != 0) [[unlikely]]
-            kept |= ResolveDoubts(rows, tile, stage, starts[i], doubtful);
-        const uint32 rest = takeFirst(starts[i], kept);
-        if (!narrower) continue;
-        for (uint32 more = takeFirst(starts[i], rest); more != 0;) more = takeFirst(starts[i], more);
-    }
+    const int32 count =
+        lanes < LanesOf(stage) ? MakeNarrower(rows, tile, stage, groups, lanes) : DropEmpty(rows, tile, stage, groups);
     std::swap(present_, next_);
+    return count;
+}
+
+/// Into groups of fewer windows, each of which begins at a living one. No two have a window in common, since the next
+/// stage adds to its sum.
+int32 WindowCascade::MakeNarrower(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups, int32 lanes) {
+    const uint32 all = LowestBits(lanes);
+    Groups& left = *next_;
+    int32 count = 0;
+    int32 next = -1; // the first window that no new group holds; rows are further apart than a group reaches
+    for (int32 i = 0; i < groups; ++i) {
+        const int32 first = present_->starts[i];
+        uint32 kept = KeptOf(rows, tile, stage, i);
+        if (first < next) {
+            const uint32 shared = kept & LowestBits(next - first);
+            left.living[count - 1] |= shared << (first - left.starts[count - 1]);
+            kept ^= shared;
+        }
+        while (kept != 0) {
+            const int32 bit = std::countr_zero(kept);
+            left.starts[count] = first + bit;
+            left.living[count] = kept >> bit & all;
+            ++count;
+            next = first + bit + lanes;
+            kept &= ~(all << bit);
+        }
+    }
+    return count;
+}
+
+/// Keeps the groups that have living windows, as they are. Neighbours of two that one could hold are too few to be
+/// worth a branch on each, or that a group waits for the one before.
+int32 WindowCascade::DropEmpty(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups) {
+    int32 count = 0;
+    for (int32 i = 0; i < groups; ++i) {
+        const uint32 kept = KeptOf(rows, tile, stage, i);
+        next_->starts[count] = present_->starts[i];
+        next_->living[count] = kept; // the next group takes its place where none is left
+        count += kept != 0 ? 1 : 0;
+    }
     return count;
 }
 

@@ -52,7 +52,10 @@ private:
     int32 TakeGroups(ScaleRows& rows, const Tile& tile);
     void FindNorms(ScaleRows& rows, int32 height);
     void RunStage(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
+    uint32 KeptOf(const ScaleRows& rows, const Tile& tile, int32 stage, int32 group);
     int32 DropFailed(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
+    int32 MakeNarrower(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups, int32 lanes);
+    int32 DropEmpty(const ScaleRows& rows, const Tile& tile, int32 stage, int32 groups);
     uint32 ResolveDoubts(const ScaleRows& rows, const Tile& tile, int32 stage, int32 first, uint32 doubtful);
     double TrainedSum(int32 stage, const float* window, double norm) const;
     double TrainedPart(int32 stage, const float* window, double norm) const;
