@@ -56,6 +56,23 @@ protected:
     InstructionSetGuard set_{GetParam().set};
 };
 
+/// Stages of which each begins with all stumps of the one before, whose numbers they share.
+CascadeFile ChainedFile(const std::vector<CascadeStage>& stages) {
+    const CascadeFile file = BuildCascade({24, 24}, stages);
+    const std::size_t longest = stages.size() - 1;
+    CascadeFile shared = BuildCascade({24, 24}, {stages[longest]});
+    shared.header[2] = file.header[2];
+    shared.stageThreshold = file.stageThreshold;
+    shared.stageReserved = file.stageReserved;
+    shared.stageClassifierCount.clear();
+    for (const CascadeStage& stage : stages)
+        shared.stageClassifierCount.push_back(
+            static_cast<int32>(std::min(stage.classifiers.size(), stages[longest].classifiers.size())));
+    shared.stageClassifierStart.assign(stages.size(), 0);
+    shared.stageFeatureStart.assign(stages.size(), 0);
+    return shared;
+}
+
 /// A cascade of random stumps; its stages go on from each other or begin anew.
 CascadeFile RandomCascade(Random& random, bool chained) {
     std::vector<CascadeStage> stages;
@@ -79,21 +96,7 @@ CascadeFile RandomCascade(Random& random, bool chained) {
     }
     // One that reaches the window's corners, without which the scan refuses the file.
     stages[0].classifiers.push_back({{{{0, 0, 24, 24}, 0.0F}}, 0.0F, 0.0F, 0.0F});
-    CascadeFile file = BuildCascade({24, 24}, stages);
-    if (!chained) return file;
-    // Stages that begin with those before share their numbers.
-    const std::size_t longest = stages.size() - 1;
-    CascadeFile shared = BuildCascade({24, 24}, {stages[longest]});
-    shared.header[2] = file.header[2];
-    shared.stageThreshold = file.stageThreshold;
-    shared.stageReserved = file.stageReserved;
-    shared.stageClassifierCount.clear();
-    for (const CascadeStage& stage : stages)
-        shared.stageClassifierCount.push_back(
-            static_cast<int32>(std::min(stage.classifiers.size(), stages[longest].classifiers.size())));
-    shared.stageClassifierStart.assign(stages.size(), 0);
-    shared.stageFeatureStart.assign(stages.size(), 0);
-    return shared;
+    return chained ? ChainedFile(stages) : BuildCascade({24, 24}, stages);
 }
 
 /// A stump of two nested rectangles, two, three or four of one size, whose weights make up for each other.
@@ -138,6 +141,29 @@ TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWithAFirstStageThatTakesShort
     EXPECT_GT(withHits, 20);
     EXPECT_GT(takeShortSums, all / 2) << "short sums are hardly tried";
     EXPECT_LT(takeShortSums, all) << "sums that are not short are not tried";
+}
+
+TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWhereStagesPartNeighbours) {
+    // Five stages, each of which goes on from the sums of the one before, and drops windows between others.
+    Random random(29);
+    int32 withHits = 0;
+    for (int32 n = 0; n < 40; ++n) {
+        std::vector<CascadeStage> stages(5);
+        stages[0].classifiers.push_back({{{{0, 0, 1, 1}, 1.0F}, {{23, 23, 1, 1}, -1.0F}}, 0.0F, 0.0F, 0.0F});
+        for (std::size_t s = 0; s < stages.size(); ++s) {
+            if (s > 0) stages[s].classifiers = stages[s - 1].classifiers;
+            for (int32 i = 0; i < 2; ++i) stages[s].classifiers.push_back(BalancedStump(random));
+            stages[s].threshold = static_cast<float>(random.Real(-1.0, 0.0));
+        }
+        ASSERT_EQ(0, files_.Load(ChainedFile(stages))) << n;
+        for (std::size_t s = 1; s < stages.size(); ++s) ASSERT_TRUE(g_classifier.plan.stages[s].continues) << s;
+        Scene scene = BlankScene(120, 90, 128);
+        AddTexture(scene, 100, random);
+        ASSERT_TRUE(ToImage(scene, g_sourceImage));
+        withHits += BothScans(1.5F, "cascade " + std::to_string(n)).empty() ? 0 : 1;
+        if (HasFailure()) return;
+    }
+    EXPECT_GT(withHits, 10);
 }
 
 TEST_P(FusedScanTest, FindsTheWindowsOfAScanByStepsWhereLargeSumsAreRounded) {
