@@ -16,7 +16,10 @@ void UseRowKernels512(RowKernels& kernels) {
     kernels.hsv = RunHsv;
     kernels.magnitudes = RunMagnitudes;
     kernels.ridgeBits = RunRidgeBits;
+    kernels.cubicMeans1 = RunCubicMeans<1>;
+    kernels.cubicMeans3 = RunCubicMeans<3>;
     kernels.boxMeans3 = RunBoxMeans3;
+    kernels.nearBoxMeans1 = RunNearBoxMeans<1>;
     kernels.nearBoxMeans3 = RunNearBoxMeans<3>;
     kernels.turnedRow3 = RunTurnedRow<3>;
     kernels.turnedRows3 = RunTurnedRows<3>;

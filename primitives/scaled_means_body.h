@@ -84,10 +84,47 @@ inline void SumRows(const ScaledMeans& m) {
     }
 }
 
+/// Which of sixteen neighbouring sums, or of eight, are a column of a block.
+#if ORVANE_WIDEST
+template <int32 Windows>
+class ColumnOf {
+public:
+    /// @param places numbers from 0 to 7, less 2^31 where they are those of the second eight
+    explicit ColumnOf(__m256i places)
+        : places_(_mm256_or_si256(places, _mm256_slli_epi32(_mm256_srli_epi32(places, 31), 3))) {}
+
+    __m256 At(const float* from) const {
+        const __m256 first = _mm256_loadu_ps(from);
+        if constexpr (Windows == 1) return _mm256_permutevar8x32_ps(first, places_);
+        return _mm256_permutex2var_ps(first, places_, _mm256_loadu_ps(from + 8));
+    }
+
+private:
+    __m256i places_; // the second eight as 8 to 15
+};
+#else
+template <int32 Windows>
+class ColumnOf {
+public:
+    /// @param places numbers from 0 to 7, less 2^31 where they are those of the second eight
+    explicit ColumnOf(__m256i places) : places_(places) {}
+
+    __m256 At(const float* from) const {
+        const __m256 first = _mm256_permutevar8x32_ps(_mm256_loadu_ps(from), places_);
+        if constexpr (Windows == 1) return first;
+        const __m256 second = _mm256_permutevar8x32_ps(_mm256_loadu_ps(from + 8), places_);
+        return _mm256_blendv_ps(first, second, _mm256_castsi256_ps(places_));
+    }
+
+private:
+    __m256i places_;
+};
+#endif
+
 /// The doubled numbers of eight pixels' raised means. `Windows` of eight sums hold all that a column of them reads.
 template <int32 Channels, int32 Taps, int32 Windows>
 inline void MeansOfBlock(const ScaledMeans& m, std::ptrdiff_t block, __m256i (&doubled)[Channels]) {
-    const __m256i places = LoadBytes(m.places + kMeanBlock * block);
+    const ColumnOf<Windows> column(LoadBytes(m.places + kMeanBlock * block));
     const float* weights = m.weights + kMeanBlock * block * (Taps != 0 ? Taps : m.taps);
     const float* from[Channels] = {};
     for (int32 c = 0; c < Channels; ++c) from[c] = m.planes + m.bases[block] + c * m.planeStep;
@@ -97,13 +134,7 @@ inline void MeansOfBlock(const ScaledMeans& m, std::ptrdiff_t block, __m256i (&d
     for (std::ptrdiff_t k = 0; k < (Taps != 0 ? Taps : m.taps); ++k) {
         const __m256 weight = _mm256_loadu_ps(weights + kMeanBlock * k);
         for (int32 c = 0; c < Channels; ++c) {
-            const float* at = from[c] + k;
-            __m256 column = _mm256_permutevar8x32_ps(_mm256_loadu_ps(at), places);
-            if constexpr (Windows == 2) {
-                const __m256 further = _mm256_permutevar8x32_ps(_mm256_loadu_ps(at + 8), places);
-                column = _mm256_blendv_ps(column, further, _mm256_castsi256_ps(places));
-            }
-            sums[c] = _mm256_fmadd_ps(column, weight, sums[c]);
+            sums[c] = _mm256_fmadd_ps(column.At(from[c] + k), weight, sums[c]);
         }
     }
     for (int32 c = 0; c < Channels; ++c) doubled[c] = DoubledNumbers(sums[c]);
