@@ -31,7 +31,9 @@ struct WindowedPlane {
 /// The last `window.height` source rows, zero where none has been put yet.
 class RowRing {
 public:
-    explicit RowRing(const WindowedPlane& plane) : rowBytes_(plane.Reach()), rows_(plane.window.height) {}
+    /// @param more rows than a window has
+    explicit RowRing(const WindowedPlane& plane, int32 more = 0)
+        : rowBytes_(plane.Reach()), rows_(int64{plane.window.height} + more) {}
 
     bool Allocate() { return bytes_.Allocate(rowBytes_ * rows_); } // both below 2^32 and 2^31: no overflow
 
@@ -87,7 +89,7 @@ private:
 /// Of a full window the smallest of each row of it is found first, for all windows that share it. The ring holds those,
 /// so no row is copied.
 int32 ErodeFully(const WindowedPlane& plane) {
-    RowRing ring(plane);
+    RowRing ring(plane, 1);
     if (!ring.Allocate()) return kNoMemory;
     const RowKernels& kernels = CurrentRowKernels();
     const ImageSize window = plane.window;
@@ -97,7 +99,18 @@ int32 ErodeFully(const WindowedPlane& plane) {
         lowest.Write();
     };
     for (int64 i = 0; i < window.height - 1; ++i) enter(i);
-    for (int32 y = 0; y < plane.roi.height; ++y) {
+    int32 y = 0;
+    if (window.height == 3 || window.height == 5) {
+        for (; y + 1 < plane.roi.height; y += 2) {
+            enter(int64{y} + window.height - 1);
+            enter(int64{y} + window.height);
+            const uint8* rows[6];
+            for (int32 j = 0; j <= window.height; ++j) rows[j] = ring.Row(int64{y} + j);
+            kernels.lowestOfTwo(rows, window.height, RowAt(plane.first, plane.step, y),
+                                RowAt(plane.first, plane.step, y + 1), plane.roi.width);
+        }
+    }
+    for (; y < plane.roi.height; ++y) {
         enter(int64{y} + window.height - 1);
         LowestOfRows lowest(kernels, RowAt(plane.first, plane.step, y), plane.roi.width);
         for (int32 j = 0; j < window.height; ++j) lowest.Add(ring.Row(int64{y} + j));

@@ -264,6 +264,9 @@ struct RowKernels {
     /// The smallest of `count` rows, element by element; `result` may be one of them.
     void (*lowest)(const uint8* const* rows, int32 count, uint8* result, int64 width);
 
+    /// The same of the first `count` of one row more, and of the last; 3 or 5 of them.
+    void (*lowestOfTwo)(const uint8* const* rows, int32 count, uint8* first, uint8* last, int64 width);
+
     /// Sums of three rows, element by element.
     void (*sumOfThree)(const uint8* const (&rows)[3], uint16* sums, int64 width);
 

@@ -33,6 +33,7 @@ const RowKernels kRowKernels128 = {
     RunRoundToBytes,
     RunStretch,
     RunLowest,
+    RunLowestOfTwo,
     RunSumOfThree,
     RunMeanOfNine,
     {RunColumnSums<-1, 0, 1>, RunColumnSums<1, 2, 1>, RunColumnSums<3, 10, 3>, RunColumnSums<-1, -2, 0, 2, 1>,

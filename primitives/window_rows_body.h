@@ -51,6 +51,36 @@ void RunLowest(const uint8* const* rows, int32 count, uint8* result, int64 width
     }
 }
 
+/// The smallest of the first `Count` rows, and of the last: what both have in common is found once.
+template <int32 Count>
+inline int64 LowestOfTwo(const uint8* const* rows, uint8* first, uint8* last, int64 width) {
+    const uint8* row[Count + 1];
+    for (int32 k = 0; k <= Count; ++k) row[k] = rows[k];
+    int64 x = 0;
+    for (; width - x >= 2 * kBytes; x += 2 * kBytes) {
+        Vector a = LoadBytes(row[1] + x), b = LoadBytes(row[1] + x + kBytes);
+        for (int32 k = 2; k < Count; ++k) {
+            a = Smallest(a, LoadBytes(row[k] + x));
+            b = Smallest(b, LoadBytes(row[k] + x + kBytes));
+        }
+        StoreBytes(first + x, Smallest(a, LoadBytes(row[0] + x)));
+        StoreBytes(first + x + kBytes, Smallest(b, LoadBytes(row[0] + x + kBytes)));
+        StoreBytes(last + x, Smallest(a, LoadBytes(row[Count] + x)));
+        StoreBytes(last + x + kBytes, Smallest(b, LoadBytes(row[Count] + x + kBytes)));
+    }
+    return x;
+}
+
+void RunLowestOfTwo(const uint8* const* rows, int32 count, uint8* first, uint8* last, int64 width) {
+    int64 x = count == 3 ? LowestOfTwo<3>(rows, first, last, width) : LowestOfTwo<5>(rows, first, last, width);
+    for (; x < width; ++x) {
+        uint8 shared = rows[1][x];
+        for (int32 k = 2; k < count; ++k) shared = rows[k][x] < shared ? rows[k][x] : shared;
+        first[x] = rows[0][x] < shared ? rows[0][x] : shared;
+        last[x] = rows[count][x] < shared ? rows[count][x] : shared;
+    }
+}
+
 void RunSumOfThree(const uint8* const (&rows)[3], uint16* sums, int64 width) {
     const uint8* a = rows[0];
     const uint8* b = rows[1];
