@@ -73,6 +73,7 @@ inline constexpr int32 kMostLanes = 32;
 struct ScanKernels {
     int32 lanes;      // windows of a group
     int32 shortLanes; // and of one whose sums are short
+    int32 tileRows;   // of windows that take all their stages before the next ones, so that the sums stay at hand
 
     /// Takes `width` pixels of a row, those of the `columns`.
     void (*sample)(const uint8* from, const int32* columns, int32 width, uint8* row);

@@ -5,9 +5,16 @@
 
 namespace orvane {
 
-const ScanKernels kScanKernels128 = {
-    kernels128::kLanes,       kernels128::kShortLanes, kernels128::RunSample,     nullptr,
-    kernels128::RunNorms,     kernels128::RunStage,    kernels128::RunShortStage, kernels128::RunIntegral,
-    kernels128::RunGradients, kernels128::RunRidges};
+const ScanKernels kScanKernels128 = {kernels128::kLanes,
+                                     kernels128::kShortLanes,
+                                     kernels128::kTileRows,
+                                     kernels128::RunSample,
+                                     nullptr,
+                                     kernels128::RunNorms,
+                                     kernels128::RunStage,
+                                     kernels128::RunShortStage,
+                                     kernels128::RunIntegral,
+                                     kernels128::RunGradients,
+                                     kernels128::RunRidges};
 
 } // namespace orvane

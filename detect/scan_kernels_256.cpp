@@ -5,9 +5,9 @@
 
 namespace orvane {
 
-const ScanKernels kScanKernels256 = {kernels256::kLanes,          kernels256::kShortLanes, kernels256::RunSample,
-                                     kernels256::RunSamplePieces, kernels256::RunNorms,    kernels256::RunStage,
-                                     kernels256::RunShortStage,   kernels256::RunIntegral, kernels256::RunGradients,
-                                     kernels256::RunRidges};
+const ScanKernels kScanKernels256 = {kernels256::kLanes,       kernels256::kShortLanes,     kernels256::kTileRows,
+                                     kernels256::RunSample,    kernels256::RunSamplePieces, kernels256::RunNorms,
+                                     kernels256::RunStage,     kernels256::RunShortStage,   kernels256::RunIntegral,
+                                     kernels256::RunGradients, kernels256::RunRidges};
 
 } // namespace orvane

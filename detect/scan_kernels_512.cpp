@@ -6,9 +6,9 @@
 
 namespace orvane {
 
-const ScanKernels kScanKernels512 = {kernels512::kLanes,          kernels512::kShortLanes, kernels512::RunSample,
-                                     kernels512::RunSamplePieces, kernels512::RunNorms,    kernels512::RunStage,
-                                     kernels512::RunShortStage,   kernels512::RunIntegral, kernels512::RunGradients,
-                                     kernels512::RunRidges};
+const ScanKernels kScanKernels512 = {kernels512::kLanes,       kernels512::kShortLanes,     kernels512::kTileRows,
+                                     kernels512::RunSample,    kernels512::RunSamplePieces, kernels512::RunNorms,
+                                     kernels512::RunStage,     kernels512::RunShortStage,   kernels512::RunIntegral,
+                                     kernels512::RunGradients, kernels512::RunRidges};
 
 } // namespace orvane

@@ -11,6 +11,12 @@ namespace {
 
 constexpr auto kLanes = static_cast<int32>(sizeof(Floats) / sizeof(float));
 constexpr int32 kShortLanes = 2 * kWideNumbers;
+// Few groups are left over where four go together, and the first-level cache is larger where the widest vectors are.
+#if ORVANE_WIDEST
+constexpr int32 kTileRows = 16;
+#else
+constexpr int32 kTileRows = 8;
+#endif
 
 template <typename Body, int32... Numbers>
 [[gnu::always_inline]] inline void ForEachOf(std::integer_sequence<int32, Numbers...>, const Body& body) {

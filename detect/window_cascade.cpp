@@ -33,12 +33,12 @@ bool WindowCascade::Serves(const ClassifierTables& classifier, ImageSize scaled)
 int32 WindowCascade::StageCount() const { return static_cast<int32>(classifier_->plan.stages.size()); }
 
 bool WindowCascade::Reserve(int32 stride, int32 height) {
-    constexpr int32 kTileWindows = kTileRows * kTileWords * 64;
     stride_ = stride;
     const int64 windows = int64{stride} * height;
-    const int64 tile = int64{stride} * kTileRows;
-    return norms_.Ensure(windows) && sums_.Ensure(tile) && groups_[0].Ensure(kTileWindows) &&
-           groups_[1].Ensure(kTileWindows) && verdicts_.Ensure(kTileWindows) && ResolveStages();
+    const int64 tile = int64{stride} * kernels_->tileRows;
+    const int64 tileWindows = int64{kernels_->tileRows} * kTileWords * 64;
+    return norms_.Ensure(windows) && sums_.Ensure(tile) && groups_[0].Ensure(tileWindows) &&
+           groups_[1].Ensure(tileWindows) && verdicts_.Ensure(tileWindows) && ResolveStages();
 }
 
 bool WindowCascade::ResolveStages() {
@@ -73,8 +73,9 @@ void WindowCascade::Decide(ScaleRows& rows, int32 height) {
     // More windows to a group pay while many are left, which is in the first stage.
     beginsShort_ = rows.SumsAreExact() && classifier_->plan.takesShortSums;
     for (int32 word = 0; word < rows.Words(); word += kTileWords) {
-        for (int32 y = 0; y < height; y += kTileRows) {
-            DecideTile(rows, {y, std::min(kTileRows, height - y), word, std::min(word + kTileWords, rows.Words())});
+        for (int32 y = 0; y < height; y += kernels_->tileRows) {
+            const int32 tileRows = std::min(kernels_->tileRows, height - y);
+            DecideTile(rows, {y, tileRows, word, std::min(word + kTileWords, rows.Words())});
         }
     }
 }

@@ -36,7 +36,6 @@ public:
     int64 Doubts() const { return doubts_; }
 
 private:
-    static constexpr int32 kTileRows = 8;
     static constexpr int32 kTileWords = 3;
 
     /// Some rows of windows between two words.

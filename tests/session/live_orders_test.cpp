@@ -34,9 +34,13 @@ protected:
         End();
         inside_ = false;
         const bool frameFirst = random_.Int(0, 1) == 0;
-        if (frameFirst) EXPECT_FALSE(session.FrameThreadStep());
+        if (frameFirst) {
+            EXPECT_FALSE(session.FrameThreadStep());
+        }
         EXPECT_FALSE(session.DetectThreadStep()) << "the detection outlives the marking stage";
-        if (!frameFirst) EXPECT_FALSE(session.FrameThreadStep());
+        if (!frameFirst) {
+            EXPECT_FALSE(session.FrameThreadStep());
+        }
         ExpectShownFrame();
         session.EndSession();
         EXPECT_TRUE(session.m_sourceBitmap.IsEmpty());
