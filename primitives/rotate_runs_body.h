@@ -395,16 +395,21 @@ struct LeastOfTwo {
     bool AnyInDoubt() const { return Widest::Doubts(Widest::Least(a.least, b.least)) != 0; }
 };
 
-/// Whole vectors of two runs, of which one ends at the row where the other begins.
-template <int32 Channels>
+/// Whole vectors of two runs.
+/// @tparam Shared whether one ends at the row where the other begins
+template <bool Shared, int32 Channels>
 inline LeastOfTwo SampleTwoRuns(const RunWays<Channels>& ways, const Run<Channels>& a, const Run<Channels>& b,
                                 int32 vectors, uint8* toA, uint8* toB) {
     LeastOfTwo least;
     ForEachVector(vectors, [&](auto width, std::ptrdiff_t i) {
         using Width = decltype(width);
-        const CornerPair<Width, Channels> upper(a.upper + 8 * i), middle(b.upper + 8 * i), lower(b.lower + 8 * i);
-        const auto samplesA = SampleBetween(upper, middle, a.template X<Width>(ways, i), a.template Y<Width>(ways, i));
-        const auto samplesB = SampleBetween(middle, lower, b.template X<Width>(ways, i), b.template Y<Width>(ways, i));
+        using Pair = CornerPair<Width, Channels>;
+        const Pair lowerA(a.lower + 8 * i);
+        const auto samplesA =
+            SampleBetween(Pair(a.upper + 8 * i), lowerA, a.template X<Width>(ways, i), a.template Y<Width>(ways, i));
+        const Pair upperB = Shared ? lowerA : Pair(b.upper + 8 * i);
+        const auto samplesB =
+            SampleBetween(upperB, Pair(b.lower + 8 * i), b.template X<Width>(ways, i), b.template Y<Width>(ways, i));
         Width::Store(samplesA, toA + 8 * i);
         Width::Store(samplesB, toB + 8 * i);
         least.a.Take(samplesA);
@@ -490,9 +495,8 @@ void SampleRunsOfTwo(const TurnedPath& path, TurnedStart& startA, TurnedStart& s
             SampleLastRun(path, ways, wayA, a, done, bytes, toA);
             SampleLastRun(path, ways, wayB, b, done, bytes, toB);
         } else {
-            const LeastOfTwo least = b.upper == a.lower ? SampleTwoRuns(ways, a, b, vectors, toA, toB)
-                                                        : LeastOfTwo{SampleOneRun(ways, a, vectors, toA),
-                                                                     SampleOneRun(ways, b, vectors, toB)};
+            const LeastOfTwo least = b.upper == a.lower ? SampleTwoRuns<true>(ways, a, b, vectors, toA, toB)
+                                                        : SampleTwoRuns<false>(ways, a, b, vectors, toA, toB);
             if (least.AnyInDoubt()) {
                 if (least.a.IsInDoubt()) DecideDoubts(path, ways, wayA, a, done, bytes, toA);
                 if (least.b.IsInDoubt()) DecideDoubts(path, ways, wayB, b, done, bytes, toB);
