@@ -336,8 +336,20 @@ struct RowKernels {
 extern const RowKernels kRowKernels128;
 extern const RowKernels kRowKernels256;
 #if defined(__x86_64__)
-/// Puts those for AVX-512 in place of the ones that they are faster than.
-void UseRowKernels512(RowKernels& kernels);
+/// What is faster on those with AVX-512.
+struct WidestRowKernels {
+    decltype(RowKernels::hsv) hsv;
+    decltype(RowKernels::magnitudes) magnitudes;
+    decltype(RowKernels::ridgeBits) ridgeBits;
+    decltype(RowKernels::cubicMeans1) cubicMeans1;
+    decltype(RowKernels::cubicMeans3) cubicMeans3;
+    decltype(RowKernels::boxMeans3) boxMeans3;
+    decltype(RowKernels::nearBoxMeans1) nearBoxMeans1;
+    decltype(RowKernels::nearBoxMeans3) nearBoxMeans3;
+    decltype(RowKernels::turnedRow3) turnedRow3;
+    decltype(RowKernels::turnedRows3) turnedRows3;
+};
+extern const WidestRowKernels kRowKernels512;
 #endif
 
 /// Those for the instruction set in use.

@@ -12,17 +12,17 @@ namespace orvane {
 
 using namespace kernels512;
 
-void UseRowKernels512(RowKernels& kernels) {
-    kernels.hsv = RunHsv;
-    kernels.magnitudes = RunMagnitudes;
-    kernels.ridgeBits = RunRidgeBits;
-    kernels.cubicMeans1 = RunCubicMeans<1>;
-    kernels.cubicMeans3 = RunCubicMeans<3>;
-    kernels.boxMeans3 = RunBoxMeans3;
-    kernels.nearBoxMeans1 = RunNearBoxMeans<1>;
-    kernels.nearBoxMeans3 = RunNearBoxMeans<3>;
-    kernels.turnedRow3 = RunTurnedRow<3>;
-    kernels.turnedRows3 = RunTurnedRows<3>;
-}
+const WidestRowKernels kRowKernels512 = {
+    .hsv = RunHsv,
+    .magnitudes = RunMagnitudes,
+    .ridgeBits = RunRidgeBits,
+    .cubicMeans1 = RunCubicMeans<1>,
+    .cubicMeans3 = RunCubicMeans<3>,
+    .boxMeans3 = RunBoxMeans3,
+    .nearBoxMeans1 = RunNearBoxMeans<1>,
+    .nearBoxMeans3 = RunNearBoxMeans<3>,
+    .turnedRow3 = RunTurnedRow<3>,
+    .turnedRows3 = RunTurnedRows<3>,
+};
 
 } // namespace orvane
